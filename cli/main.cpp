@@ -1,0 +1,91 @@
+// main.cpp - the program fiid: tells the format of files.
+#include <unistd.h>
+
+#include <cstdio>
+#include <exception>
+
+#include "cli/file_walk.h"
+#include "cli/identify.h"
+#include "cli/options.h"
+#include "cli/output.h"
+#include "cli/path_list.h"
+#include "cli/record_writer.h"
+#include "platform/format_catalogue.h"
+
+namespace {
+
+constexpr int successExitStatus = 0;
+constexpr int failedExitStatus = 1;
+
+void ListFormats(const Options& options) {
+    RecordWriter writer(options.format, options.explain);
+    writer.BeginFormats();
+    for (const FIFormatRecord& format : FIFormatRecords()) writer.Write(format);
+    writer.End();
+}
+
+// Identifies everything the options name. Returns whether all of it could be read.
+bool IdentifyAll(const Options& options) {
+    const std::uint32_t flags = options.extendedText ? FIFlagExtendedText : 0;
+    bool allRead = true;
+    RecordWriter writer(options.format, options.explain);
+    const auto write = [&](const Record& record) {
+        allRead = allRead && !record.error.has_value();
+        writer.Write(record);
+    };
+    const auto visitFile = [&](const std::string& path) { write(IdentifyPath(path, flags)); };
+    const auto visitFailure = [&](const std::string& path, const std::string& reason) {
+        Record record;
+        record.path = path;
+        record.error = reason;
+        write(record);
+    };
+    const auto visit = [&](const std::string& path) { WalkPath(path, visitFile, visitFailure); };
+
+    writer.BeginRecords();
+    for (const std::string& path : options.paths) {
+        if (path == "-") {
+            write(IdentifyStandardInput(flags));
+        } else {
+            visit(path);
+        }
+    }
+    if (options.filesFrom.has_value()) {
+        const std::optional<std::string> failure = ReadPathList(*options.filesFrom, options.nulSeparated, visit);
+        if (failure.has_value()) {
+            WriteMessage(EscapeForText(*options.filesFrom) + ": " + *failure);
+            allRead = false;
+        }
+    }
+    writer.End();
+    return allRead;
+}
+
+int Run(int argc, char** argv) {
+    int exitStatus = successExitStatus;
+    const std::optional<Options> options = ParseOptions(argc, argv, exitStatus);
+    if (!options.has_value()) return exitStatus;
+    if (FIInit(nullptr) != 0) {
+        WriteMessage("the base utility library does not start");
+        return failedExitStatus;
+    }
+    bool allRead = true;
+    if (options->listFormats) {
+        ListFormats(*options);
+    } else {
+        allRead = IdentifyAll(*options);
+    }
+    FIDeInit(nullptr);
+    return allRead ? successExitStatus : failedExitStatus;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const std::exception& error) {
+        WriteMessage(error.what());
+        return failedExitStatus;
+    }
+}

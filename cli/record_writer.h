@@ -1,0 +1,32 @@
+// record_writer.h - the output formats.
+#pragma once
+
+#include <string>
+
+#include "cli/record.h"
+#include "platform/format_catalogue.h"
+
+enum class OutputFormat { Text, Ndjson, Json, Csv, Tsv };
+
+// Writes records to standard output in one format, from Begin to End.
+class RecordWriter {
+ public:
+    // With explain, records also tell the deciding row of the signature table and its notation.
+    RecordWriter(OutputFormat format, bool explain) : format_(format), explain_(explain) {}
+
+    void BeginRecords();
+    void Write(const Record& record);
+    void BeginFormats();
+    void Write(const FIFormatRecord& format);
+    void End();
+
+ private:
+    void WriteFields(const std::string& line);
+
+    OutputFormat format_;
+    bool explain_;
+    bool first_ = true;
+};
+
+// A path for a line of text: control characters and backslashes escaped, all other bytes as they are.
+std::string EscapeForText(const std::string& path);

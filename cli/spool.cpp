@@ -1,0 +1,70 @@
+// spool.cpp - standard input into a temporary file.
+#include "cli/spool.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t blockBytes = 65536;
+
+std::string TemporaryDirectory() {
+    const char* const directory = std::getenv("TMPDIR");
+    return directory != nullptr && directory[0] != '\0' ? directory : "/tmp";
+}
+
+// An open file without a name, or -1 with errno set.
+int OpenUnnamedFile(const std::string& directory) {
+    const int descriptor = open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (descriptor >= 0) return descriptor;
+    // Not every file system has unnamed files.
+    std::string name = directory + "/fiid-" + std::string(6, 'X');
+    const int named = mkostemp(name.data(), O_CLOEXEC);
+    if (named >= 0) unlink(name.c_str());
+    return named;
+}
+
+bool WriteFully(int descriptor, const char* bytes, std::size_t size) {
+    while (size > 0) {
+        const ssize_t written = write(descriptor, bytes, size);
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+}  // namespace
+
+SpooledInput::~SpooledInput() {
+    if (descriptor_ >= 0) close(descriptor_);
+}
+
+bool SpooledInput::Open(std::optional<std::string>& error) {
+    const std::string directory = TemporaryDirectory();
+    descriptor_ = OpenUnnamedFile(directory);
+    if (descriptor_ < 0) {
+        error = directory + ": no temporary file: " + std::strerror(errno);
+        return false;
+    }
+    std::array<char, blockBytes> block;
+    while (true) {
+        const ssize_t came = read(STDIN_FILENO, block.data(), block.size());
+        if (came == 0) return true;
+        if (came < 0 && errno == EINTR) continue;
+        if (came < 0) {
+            error = std::string("standard input: ") + std::strerror(errno);
+            return false;
+        }
+        if (!WriteFully(descriptor_, block.data(), static_cast<std::size_t>(came))) {
+            error = directory + ": " + std::strerror(errno);
+            return false;
+        }
+    }
+}

@@ -1,0 +1,18 @@
+# What every target of the project is compiled with. fiid_options carries it, so that nothing of it reaches a user.
+add_library(fiid_options INTERFACE)
+target_compile_options(fiid_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+target_compile_options(fiid_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor>)
+target_include_directories(fiid_options INTERFACE
+    ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/generated)
+
+if(FIID_SANITIZE)
+    target_compile_options(fiid_options INTERFACE -fsanitize=${FIID_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(fiid_options INTERFACE -fsanitize=${FIID_SANITIZE})
+    if(FIID_SANITIZE MATCHES "undefined")
+        target_compile_options(fiid_options INTERFACE -fno-sanitize-recover=all)
+    endif()
+endif()
+if(FIID_COVERAGE)
+    target_compile_options(fiid_options INTERFACE --coverage)
+    target_link_options(fiid_options INTERFACE --coverage)
+endif()

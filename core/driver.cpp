@@ -1,0 +1,177 @@
+// driver.cpp - the entries of the library and the driver that walks the signature table.
+#include "core/driver.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+#include "core/interpreter.h"
+#include "core/reader.h"
+#include "platform/base_utility.h"
+#include "signatures/table.h"
+#include "text/encoded_text.h"
+
+namespace {
+
+constexpr std::int16_t success = 0;
+constexpr std::int16_t failure = -1;
+constexpr std::uint32_t openMode = 1;
+constexpr std::uint16_t originStart = 0;
+constexpr std::int16_t encodedTextTest = 4050;
+
+constexpr std::size_t nameBytes = 256;
+constexpr std::size_t extensionLength = 4;
+
+// The file's name as the handle gives it, in 8-bit or in 16-bit characters.
+union FIFileName {
+    char narrow[nameBytes];
+    std::uint16_t wide[nameBytes / sizeof(std::uint16_t)];
+};
+
+// Only ASCII letters change, on every machine. A locale's toupper could change bytes of 128 and above, but none of them
+// stands in an extension that the table tests for.
+char FIUpperAscii(std::uint8_t character) {
+    const bool lower = character >= 'a' && character <= 'z';
+    return static_cast<char>(lower ? character - 'a' + 'A' : character);
+}
+
+// Copies the characters behind the last dot, upper-cased, at most four; the rest is dropped. Directories are not known
+// here: a dot in one counts if it is the last. Of a 16-bit unit only the low byte is kept, so U+0144 counts as 'D'.
+template <typename Unit>
+void FICutExtension(const Unit* name, std::size_t capacity, char (&extension)[extensionLength + 1]) {
+    std::size_t end = 0;
+    while (end < capacity && name[end] != 0) ++end;
+    std::size_t start = end;  // becomes the place behind the last dot
+    while (start > 0 && name[start - 1] != '.') --start;
+    if (start == 0) return;
+    for (std::size_t index = 0; index < extensionLength && start + index < end; ++index) {
+        extension[index] = FIUpperAscii(static_cast<std::uint8_t>(name[start + index]));
+    }
+}
+
+void FIReadExtension(HIOFILE handle, char (&extension)[extensionLength + 1]) {
+    std::fill(std::begin(extension), std::end(extension), '\0');
+    FIFileName name;
+    std::uint32_t nameType = IONameNarrow;
+    name.wide[0] = 0;
+    static_cast<void>(handle->operations.IOGetInfo(handle, IOInfoName, &name));
+    static_cast<void>(handle->operations.IOGetInfo(handle, IOInfoNameType, &nameType));
+    if (nameType == IONameWide) {
+        FICutExtension(name.wide, nameBytes / sizeof(std::uint16_t), extension);
+    } else {
+        FICutExtension(name.narrow, nameBytes, extension);
+    }
+}
+
+// A storage whose class identifier can't be had counts as a plain file.
+bool FIReadClassId(HIOFILE handle, std::uint8_t (&classId)[classIdSize]) {
+    return handle->operations.IOGetInfo(handle, IOInfoIsStorage, nullptr) == 0 &&
+           handle->operations.IOGetInfo(handle, IOInfoClassId, classId) == 0;
+}
+
+// The place behind the next FF E0, which is the next row, or null at FF E1. The scan starts at the row's first byte and
+// has no regard for items: no row holds such a pair as data.
+const std::uint8_t* FINextRow(const std::uint8_t* row) {
+    while (true) {
+        while (*row != opcodePrefix) ++row;
+        ++row;
+        if (*row == static_cast<std::uint8_t>(FIOpcode::RowEnd)) return row + 1;
+        if (*row == static_cast<std::uint8_t>(FIOpcode::TableEnd)) return nullptr;
+    }
+}
+
+// What the rows can ask about besides the file's bytes; one per request.
+struct FIRequest {
+    char extension[extensionLength + 1];
+    bool hasClassId;
+    std::uint8_t classId[classIdSize];
+    std::uint16_t xmlNamespace[xmlNamespaceUnits];  // FIXmlNamespace
+};
+
+FIVerdict FIWalkTable(FIReader& reader, FIRequest& request) {
+    FIVerdict verdict = {0, 0};
+    for (const std::uint8_t* row = FISignatureTable(); row != nullptr; row = FINextRow(row)) {
+        ++verdict.row;
+        verdict.fiid =
+            FIRunSignature(row, reader, request.extension, request.hasClassId, request.classId, request.xmlNamespace);
+        if (verdict.fiid != 0) return verdict;
+    }
+    return {0, 0};
+}
+
+bool FITextIsAllowed(std::uint32_t flags) {
+    if ((flags & FIFlagExtendedText) != 0) return true;
+    UTOptionSet* const options = UTGetGlobalOptionSet();
+    if (options == nullptr) return false;
+    std::uint32_t value = 0;
+    std::uint32_t valueSize = sizeof(value);
+    return UTGetOption(options, UTOptionTextIdentification, &value, &valueSize) == 0 &&
+           (value & FIFlagExtendedText) != 0;
+}
+
+}  // namespace
+
+std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& verdict) {
+    verdict = {0, 0};
+    FIRequest request;  // the namespace's further units stay undefined until the scan fills them
+    request.xmlNamespace[0] = xmlNamespaceNotScanned;
+    request.hasClassId = FIReadClassId(handle, request.classId);
+    FIReadExtension(handle, request.extension);
+    FIReader* const reader = FIReaderNew(handle);
+    if (reader == nullptr) {
+        verdict.fiid = formatNotKnown;
+        return failure;
+    }
+    verdict = FIWalkTable(*reader, request);
+    if (verdict.fiid == 0) {
+        if (FITextIsAllowed(flags) && !request.hasClassId) {
+            static_cast<void>(FIExtTextID(reader, &verdict.fiid));
+        } else {
+            verdict.fiid = formatNotKnown;
+        }
+    }
+    static_cast<void>(FIReaderFree(*reader));
+    static_cast<void>(handle->operations.IOSeek(handle, originStart, 0));
+    return success;
+}
+
+extern "C" {
+
+std::int16_t FIInit(void* context) { return UTInit(context); }
+
+std::int16_t FIDeInit(void* context) { return UTDeInit(context); }
+
+std::int16_t FIIdFile(std::uint32_t specificationType, const void* specification, std::uint32_t flags, FIID* fiid) {
+    return FIIdFileEx(specificationType, specification, flags, fiid, nullptr, 0);
+}
+
+std::int16_t FIIdFileEx(std::uint32_t specificationType, const void* specification, std::uint32_t flags, FIID* fiid,
+                        char* name, std::uint16_t nameSize) {
+    *fiid = 0;
+    HIOFILE handle = nullptr;
+    if (IOOpen(&handle, specificationType, specification, openMode) != 0) return failure;
+    const std::int16_t status = FIIdHandle(handle, flags, fiid);
+    static_cast<void>(handle->operations.IOClose(handle));
+    if (status == success && name != nullptr) {
+        static_cast<void>(UTGetString(*fiid | UTStringKeyFormat, name, nameSize, 0));
+    }
+    return status;
+}
+
+std::int16_t FIIdHandle(HIOFILE handle, std::uint32_t flags, FIID* fiid) {
+    FIVerdict verdict;
+    const std::int16_t status = FIIdHandleWithRow(handle, flags, verdict);
+    *fiid = verdict.fiid;
+    return status;
+}
+
+FIID FIIdSpecial(HIOFILE handle, std::int16_t test) {
+    if (test != encodedTextTest) return 0;
+    FIReader* const reader = FIReaderNew(handle);
+    if (reader == nullptr) return 0;
+    const FIID fiid = FIProbeEncodedText(*reader);
+    static_cast<void>(FIReaderFree(*reader));
+    return fiid;
+}
+
+}  // extern "C"

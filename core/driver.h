@@ -1,0 +1,19 @@
+// driver.h - one identification from end to end, for callers inside the project that want to know what decided.
+#pragma once
+
+#include <cstdint>
+
+#include "fiid.h"
+
+// Format identifier of a file that nothing recognised.
+inline constexpr FIID formatNotKnown = 1999;
+
+// The result of an identification and the row of the signature table that gave it, 0 when no row did: then the
+// characters of the text decided, or the format is not known.
+struct FIVerdict {
+    FIID fiid;
+    std::uint16_t row;
+};
+
+// FIIdHandle with the deciding row.
+std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& verdict);

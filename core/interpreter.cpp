@@ -1,0 +1,174 @@
+// interpreter.cpp - the signature bytecode machine.
+#include "core/interpreter.h"
+
+#include <algorithm>
+
+#include "core/reader.h"
+#include "core/routines.h"
+#include "package/xml_namespace.h"
+
+namespace {
+
+constexpr std::uint16_t originEnd = 2;
+
+// Operand bounds of XmlNs: 255 units that match without a terminator count as a whole match.
+constexpr std::size_t namespaceCompareLimit = 255;
+
+std::uint16_t FIOperandWord(const std::uint8_t* operand) {
+    return static_cast<std::uint16_t>(operand[0] | operand[1] << 8);
+}
+
+std::uint32_t FIOperandDWord(const std::uint8_t* operand) {
+    return FIOperandWord(operand) | static_cast<std::uint32_t>(FIOperandWord(operand + 2)) << 16;
+}
+
+// The literal FF is compared with the 16-bit value, so the end of the file, whose low byte is FF, does not pass.
+bool FITakeLiteral(FIReader& reader, std::uint8_t literal) { return FIReaderGetByte(reader) == literal; }
+
+bool FITakeNot(FIReader& reader, std::uint8_t refused) {
+    const std::uint16_t byte = FIReaderGetByte(reader);
+    return byte != refused && byte != endOfFile;
+}
+
+bool FITakeRange(FIReader& reader, const std::uint8_t* operand) {
+    const std::uint8_t count = operand[0];
+    for (std::uint8_t taken = 0; taken < count; ++taken) {
+        const std::uint16_t byte = FIReaderGetByte(reader);
+        if (byte < operand[1] || byte > operand[2]) return false;  // the end of the file is above every bound
+    }
+    return true;
+}
+
+// Both halves are always taken. With the end of the file in the high half the word is 0xFF00 with the low byte, and it
+// is compared like any other; in the low half the word is 0xFFFF, which never passes.
+bool FITakeOutside(FIReader& reader, const std::uint8_t* operand) {
+    const std::uint8_t count = operand[0];
+    const std::uint16_t low = FIOperandWord(operand + 1);
+    const std::uint16_t high = FIOperandWord(operand + 3);
+    for (std::uint8_t taken = 0; taken < count; ++taken) {
+        const std::uint16_t first = FIReaderGetByte(reader);
+        const std::uint16_t second = FIReaderGetByte(reader);
+        const auto word = static_cast<std::uint16_t>(first | second << 8);
+        if (word == endOfFile || (word >= low && word <= high)) return false;
+    }
+    return true;
+}
+
+bool FITakeEither(FIReader& reader, const std::uint8_t* operand) {
+    const std::uint16_t byte = FIReaderGetByte(reader);
+    return byte == operand[0] || byte == operand[1];
+}
+
+// Moves the handle to the place, asks where that is, and lets the reader go there: in its buffer if it can.
+bool FISeekFromEnd(FIReader& reader, std::int32_t offset) {
+    const HIOFILE file = reader.file;
+    std::uint32_t position = 0;
+    return file->operations.IOSeek(file, originEnd, offset) == 0 && file->operations.IOTell(file, &position) == 0 &&
+           FIReaderSeek(reader, position) == 0;
+}
+
+// Compares the text with the start of the extension and moves on in it: a longer extension passes, a shorter one fails
+// on its NUL.
+bool FITakeExtension(const char*& extension, const std::uint8_t* text, std::uint8_t count) {
+    for (std::uint8_t index = 0; index < count; ++index) {
+        if (static_cast<std::uint8_t>(*extension) != text[index]) return false;
+        ++extension;
+    }
+    return true;
+}
+
+// Compares the operand with the file's XML namespace, for equality. Returns the operand's length with its NUL, or 0
+// when they differ.
+std::size_t FITakeNamespace(FIReader& reader, std::uint16_t* units, const std::uint8_t* operand) {
+    if (units[0] == xmlNamespaceNotScanned) FIScanXmlNamespace(reader, units);
+    if (units[0] == xmlNamespaceNotFound) return 0;
+    for (std::size_t index = 0; index < namespaceCompareLimit; ++index) {
+        if (units[index] != operand[index]) return 0;
+        if (operand[index] == 0) return index + 1;
+    }
+    return namespaceCompareLimit;
+}
+
+}  // namespace
+
+FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, const char* extension, bool hasClassId,
+                    const std::uint8_t* classId, std::uint16_t* xmlNamespace) {
+    const std::uint8_t* code = row;
+    while (true) {
+        bool passed = true;
+        if (*code != opcodePrefix) {
+            passed = FITakeLiteral(reader, *code);
+            ++code;
+            if (!passed) return 0;
+            continue;
+        }
+        const std::uint8_t* const operand = code + 2;
+        code = operand;
+        switch (static_cast<FIOpcode>(operand[-1])) {
+            case FIOpcode::Seek:
+                passed = FIReaderSeek(reader, FIOperandDWord(operand)) == 0;
+                code += 4;
+                break;
+            case FIOpcode::Not:
+                passed = FITakeNot(reader, *operand);
+                code += 1;
+                break;
+            case FIOpcode::Range:
+                passed = FITakeRange(reader, operand);
+                code += 3;
+                break;
+            case FIOpcode::Outside:
+                passed = FITakeOutside(reader, operand);
+                code += 5;
+                break;
+            case FIOpcode::Skip:
+                passed = FIReaderSkip(*operand, reader) == 0;
+                code += 1;
+                break;
+            case FIOpcode::Id:
+                return FIOperandWord(operand);
+            case FIOpcode::Rewind:
+                passed = FIReaderSeek(reader, 0) == 0;
+                break;
+            case FIOpcode::Call: {
+                const FIRoutine* const routine = FIFindRoutine(FIOperandWord(operand));
+                if (routine != nullptr) return FIRunRoutine(*routine, reader, extension);
+                // Quirk: the number's high byte is taken as the start of the next item. The three rows for PICT data
+                // hold FF 0C 00 FF 08: a call of the unknown routine 0xFF00, whose high byte then reads as the FF of
+                // Id.
+                code += 1;
+                break;
+            }
+            case FIOpcode::Either:
+                passed = FITakeEither(reader, operand);
+                code += 2;
+                break;
+            case FIOpcode::Ext:
+                passed = FITakeExtension(extension, operand + 1, *operand);
+                code += 1 + *operand;
+                break;
+            case FIOpcode::SeekEnd:
+                passed = FISeekFromEnd(reader, static_cast<std::int32_t>(FIOperandDWord(operand)));
+                code += 4;
+                break;
+            case FIOpcode::ClassId:
+                passed = hasClassId && std::equal(operand, operand + classIdSize, classId);
+                code += classIdSize;
+                break;
+            case FIOpcode::XmlNs: {
+                const std::size_t length = FITakeNamespace(reader, xmlNamespace, operand);
+                passed = length != 0;
+                code += length;
+                break;
+            }
+            case FIOpcode::Literal:
+                passed = FITakeLiteral(reader, opcodePrefix);
+                break;
+            case FIOpcode::RowEnd:
+            case FIOpcode::TableEnd:
+            default:  // every other opcode is a no-op too
+                break;
+        }
+        if (!passed) return 0;
+    }
+}

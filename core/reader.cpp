@@ -1,0 +1,124 @@
+// reader.cpp - the parts of FIReader that are not worth inlining.
+#include "core/reader.h"
+
+#include "platform/base_utility.h"
+
+namespace {
+
+constexpr std::uint16_t originStart = 0;
+constexpr std::uint16_t originEnd = 2;
+constexpr std::uint32_t endOfReach = 0xFFFFFFFF;
+
+std::int32_t FISeekHandle(HIOFILE file, std::uint32_t target) {
+    // The operation's offset is a signed number that origin 0 reads as unsigned.
+    return file->operations.IOSeek(file, originStart, static_cast<std::int32_t>(target));
+}
+
+// Reads the next 2,048 bytes at the handle's position. Returns the first of them.
+std::uint16_t FIReadBuffer(FIReader& reader) {
+    reader.cursor = reader.buffer + 1;
+    reader.bytesFilled = 0;
+    if (reader.file->operations.IORead(reader.file, reader.buffer, FIReaderBufferSize, &reader.bytesFilled) != 0) {
+        reader.bytesFilled = 0;
+    }
+    if (reader.bytesFilled == 0) {
+        reader.bytesLeft = -1;
+        return endOfFile;
+    }
+    reader.bytesLeft = static_cast<std::int16_t>(reader.bytesFilled - 1);
+    return reader.buffer[0];
+}
+
+// The file goes on behind what 32 bits can tell. The handle is moved to its end, whose position it tells as endOfReach:
+// the refills that follow find it where they want it, and read nothing there as often as they are asked.
+std::uint16_t FIReaderReachEnd(FIReader& reader) {
+    reader.bufferPos = endOfReach;
+    static_cast<void>(reader.file->operations.IOSeek(reader.file, originEnd, 0));
+    return FIReadBuffer(reader);
+}
+
+}  // namespace
+
+FIReader* FIReaderNew(HIOFILE file) {
+    auto* const reader = static_cast<FIReader*>(HeapAlloc(GetProcessHeap(), 0, sizeof(FIReader)));
+    if (reader == nullptr) return nullptr;
+    FIReaderStart(*reader, file);
+    reader->self = reader;
+    return reader;
+}
+
+void FIReaderStart(FIReader& reader, HIOFILE file) {
+    reader.bytesLeft = 0;
+    reader.bytesFilled = 0;
+    reader.bufferPos = 0;
+    reader.file = file;
+    reader.self = nullptr;
+}
+
+HIOFILE FIReaderFree(FIReader& reader) {
+    const HIOFILE file = reader.file;
+    HeapFree(GetProcessHeap(), 0, reader.self);
+    return file;
+}
+
+std::uint16_t FIReaderFill(FIReader& reader) {
+    if (reader.bytesFilled > endOfReach - reader.bufferPos) return FIReaderReachEnd(reader);
+    reader.bufferPos += reader.bytesFilled;
+    // A routine, or a second reader over the same handle, may have moved the handle: the reader goes on from its own
+    // idea of the position. Neither status counts, for the read that follows shows what can be had.
+    std::uint32_t position = 0;
+    static_cast<void>(reader.file->operations.IOTell(reader.file, &position));
+    if (position != reader.bufferPos) static_cast<void>(FISeekHandle(reader.file, reader.bufferPos));
+    return FIReadBuffer(reader);
+}
+
+std::int32_t FIReaderFlush(FIReader& reader, std::uint32_t target) {
+    reader.bytesFilled = 0;
+    reader.bytesLeft = 0;
+    const std::int32_t status = FISeekHandle(reader.file, target);
+    reader.bufferPos = target;
+    return status;
+}
+
+std::int16_t FIReaderSkip(std::uint16_t count, FIReader& reader) {
+    for (; count > 0; --count) {
+        if (FIReaderGetByte(reader) == endOfFile) return -1;
+    }
+    return 0;
+}
+
+std::int32_t FIReadWordBE(FIReader& reader) {
+    const std::uint16_t high = FIReaderGetByte(reader);
+    const std::uint16_t low = FIReaderGetByte(reader);
+    if (high == endOfFile || low == endOfFile) return -1;
+    return high << 8 | low;
+}
+
+std::int32_t FIReadWordLE(FIReader& reader) {
+    const std::uint16_t low = FIReaderGetByte(reader);
+    const std::uint16_t high = FIReaderGetByte(reader);
+    if (high == endOfFile || low == endOfFile) return -1;
+    return high << 8 | low;
+}
+
+std::int32_t FIReadDWordBE(FIReader& reader, std::uint32_t& value) {
+    std::uint32_t result = 0;
+    for (std::uint32_t index = 0; index < 4; ++index) {
+        const std::uint16_t byte = FIReaderGetByte(reader);
+        if (byte == endOfFile) return -1;
+        result = result << 8 | byte;
+    }
+    value = result;
+    return 0;
+}
+
+std::int32_t FIReadDWordLE(FIReader& reader, std::uint32_t& value) {
+    std::uint32_t result = 0;
+    for (std::uint32_t shift = 0; shift < 32; shift += 8) {
+        const std::uint16_t byte = FIReaderGetByte(reader);
+        if (byte == endOfFile) return -1;
+        result |= static_cast<std::uint32_t>(byte) << shift;
+    }
+    value = result;
+    return 0;
+}

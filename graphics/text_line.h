@@ -1,0 +1,17 @@
+// text_line.h - reading text through the reader: lines, and words that must stand there.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "fiid.h"
+
+// Reads a line of at most capacity - 1 bytes into buffer, without its line end, and NUL-terminates it. LF, CR, LF CR
+// and CR LF end a line. Returns 0 when the end of the file or a NUL byte ended it, otherwise 1. A full buffer ends the
+// read at once: the rest of the line, be it only its line end, comes back as the next line. With a capacity below 2
+// nothing is read, and the buffer, which must have room for the NUL even so, holds an empty line.
+std::int16_t FIReadTextLine(char* buffer, std::uint16_t capacity, FIReader& reader);
+
+// Takes bytes as long as they are those of text. Returns true when all of it was there; otherwise the reader stands
+// behind the first byte that differs, or at the end of the file.
+bool FITakeText(FIReader& reader, std::string_view text);

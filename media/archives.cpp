@@ -1,0 +1,198 @@
+// archives.cpp - tar by the fields and the checksum of its first header, ZIP and LHA behind an executable stub.
+//
+// The tar header (IEEE Std 1003.1, "ustar Interchange Format", and its predecessors), octal text:
+//
+//   Offset  Size  Field
+//        0     8  the start of the name, read as octal when the checksum is wrong
+//      100     8  mode
+//      108     8  owner
+//      116     8  group
+//      124    12  size
+//      136    12  modification time
+//      148     8  checksum: the sum of all 512 bytes with blanks in this field, of signed or of unsigned bytes
+//
+// The LHA header: '-' 'l' 'z' or 'h', the method's digit, '-' from its third byte on, and a level of 0 to 2 at 20.
+#include "media/archives.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+#include "core/reader.h"
+
+namespace {
+
+constexpr FIID zipStubFormat = 1803;
+constexpr FIID tarFormat = 1807;
+constexpr FIID lhaStubFormat = 1814;
+
+constexpr std::uint16_t originStart = 0;
+constexpr std::uint16_t originEnd = 2;
+
+// ---- ZIP
+// --------------------------------------------------------------------------------------------------------------
+
+constexpr std::uint32_t localHeaderSignature = 0x04034B50;
+constexpr std::uint32_t shortStub = 12784;
+constexpr std::uint32_t mediumStub = 15512;
+constexpr std::uint32_t longStub = 38426;
+constexpr std::uint32_t stubSizeWord = 100;
+constexpr std::int32_t directoryOffsetFromEnd = -6;  // of an end record without a comment
+constexpr std::uint32_t localHeaderOffset = 42;      // of an entry of the central directory
+
+enum class FIZipTest : std::uint8_t { Match, NoMatch, EndOfFile, Failure };
+
+// Reads a double word at an offset.
+bool FIReadDWordAt(FIReader& reader, std::uint32_t offset, std::uint32_t& value) {
+    return FIReaderSeek(reader, offset) == 0 && FIReadDWordLE(reader, value) == 0;
+}
+
+FIZipTest FITestSignature(FIReader& reader, std::uint32_t offset) {
+    std::uint32_t signature = 0;
+    if (FIReaderSeek(reader, offset) != 0) return FIZipTest::Failure;
+    if (FIReadDWordLE(reader, signature) != 0) return FIZipTest::EndOfFile;
+    return signature == localHeaderSignature ? FIZipTest::Match : FIZipTest::NoMatch;
+}
+
+// Follows the directory from the end of the file to the first local header.
+bool FIDirectoryLeadsToHeader(FIReader& reader) {
+    const HIOFILE file = reader.file;
+    std::uint32_t position = 0;
+    if (file->operations.IOSeek(file, originEnd, directoryOffsetFromEnd) != 0) return false;
+    if (file->operations.IOTell(file, &position) != 0) return false;
+    std::uint32_t directory = 0;
+    std::uint32_t header = 0;
+    return FIReadDWordAt(reader, position, directory) && FIReadDWordAt(reader, directory + localHeaderOffset, header) &&
+           FITestSignature(reader, header) == FIZipTest::Match;
+}
+
+// ---- tar
+// --------------------------------------------------------------------------------------------------------------
+
+constexpr std::size_t tarBlockSize = 512;
+constexpr std::size_t tarNameStart = 0;
+constexpr std::size_t tarNumberSize = 8;
+constexpr std::size_t tarChecksumStart = 148;
+
+struct FITarField {
+    std::size_t offset;
+    std::size_t size;
+};
+
+// In the order in which they are tested; together they lie in one stretch.
+constexpr FITarField tarFields[] = {{100, 8}, {108, 8}, {116, 8}, {124, 12}, {136, 12}};
+
+// The byte as a signed number, -128 to 127.
+std::int32_t FISigned(std::uint8_t byte) { return byte < 0x80 ? byte : byte - 0x100; }
+
+bool FIIsOctal(std::uint8_t byte) { return byte >= '0' && byte <= '7'; }
+bool FIIsFiller(std::uint8_t byte) { return byte == 0 || byte == ' '; }
+
+bool FIFieldsAreOctal(const std::uint8_t* block) {
+    return std::all_of(std::begin(tarFields), std::end(tarFields), [block](const FITarField& field) {
+        return std::all_of(block + field.offset, block + field.offset + field.size,
+                           [](std::uint8_t byte) { return FIIsOctal(byte) || FIIsFiller(byte); });
+    });
+}
+
+// Parses eight bytes of octal text, fillers passed over. False when another byte stopped it; value holds what came
+// before.
+bool FIParseOctal(const std::uint8_t* text, std::uint32_t& value) {
+    value = 0;
+    for (std::size_t index = 0; index < tarNumberSize; ++index) {
+        if (FIIsFiller(text[index])) continue;
+        if (!FIIsOctal(text[index])) return false;
+        value = value << 3 | (text[index] - std::uint32_t{'0'});
+    }
+    return true;
+}
+
+// Whether the sum of the block, with blanks for the checksum field, is the checksum, by signed or by unsigned bytes.
+bool FIChecksumFits(const std::uint8_t* block, std::uint32_t checksum) {
+    std::int32_t signedSum = 0;
+    std::int32_t unsignedSum = 0;
+    for (std::size_t index = 0; index < tarBlockSize; ++index) {
+        const bool inChecksum = index >= tarChecksumStart && index < tarChecksumStart + tarNumberSize;
+        const std::uint8_t byte = inChecksum ? std::uint8_t{' '} : block[index];
+        signedSum += FISigned(byte);
+        unsignedSum += byte;
+    }
+    const auto wanted = static_cast<std::int32_t>(checksum);  // eight octal digits: at most 24 bits
+    return signedSum == wanted || unsignedSum == wanted;
+}
+
+// Quirk: a header with a wrong checksum passes all the same when its 256 big-endian words, of signed bytes, add up to 0
+// in 16 bits, unless both the checksum and the octal value of the name's start are 0, as in a block of zeros.
+bool FIWordSumIsZero(const std::uint8_t* block, std::uint32_t checksum) {
+    std::uint16_t sum = 0;
+    for (std::size_t index = 0; index < tarBlockSize; index += 2) {
+        sum = static_cast<std::uint16_t>(sum + FISigned(block[index]) * 256 + FISigned(block[index + 1]));
+    }
+    std::uint32_t name = 0;
+    static_cast<void>(FIParseOctal(block + tarNameStart, name));
+    return sum == 0 && (name != 0 || checksum != 0);
+}
+
+// ---- LHA
+// --------------------------------------------------------------------------------------------------------------
+
+constexpr std::uint32_t lhaBlockSize = 4096;
+constexpr std::uint32_t lhaLevelOffset = 20;
+constexpr std::uint8_t lhaHighestLevel = 2;
+
+bool FIIsLhaHeader(const std::uint8_t* header) {
+    return header[2] == '-' && header[3] == 'l' && (header[4] == 'z' || header[4] == 'h') && header[6] == '-' &&
+           header[lhaLevelOffset] <= lhaHighestLevel;
+}
+
+}  // namespace
+
+FIID FIProbeZipStub(FIReader& reader) {
+    for (const std::uint32_t offset : {shortStub, mediumStub}) {
+        const FIZipTest test = FITestSignature(reader, offset);
+        if (test == FIZipTest::Match) return zipStubFormat;
+        if (test != FIZipTest::NoMatch) return 0;
+    }
+    // Quirk: the same place is tested twice. Here the end of the file is no verdict.
+    for (const std::uint32_t offset : {longStub, longStub}) {
+        const FIZipTest test = FITestSignature(reader, offset);
+        if (test == FIZipTest::Match) return zipStubFormat;
+        if (test == FIZipTest::Failure) return 0;
+    }
+    if (FIReaderSeek(reader, stubSizeWord) != 0) return 0;
+    const std::int32_t stubSize = FIReadWordLE(reader);
+    if (stubSize < 0) return 0;
+    const FIZipTest test = FITestSignature(reader, static_cast<std::uint32_t>(stubSize));
+    if (test == FIZipTest::Match) return zipStubFormat;
+    if (test != FIZipTest::NoMatch) return 0;
+    return FIDirectoryLeadsToHeader(reader) ? zipStubFormat : FIID{0};
+}
+
+std::int32_t FICheckTarHeader(const std::uint8_t* block) {
+    if (!FIFieldsAreOctal(block)) return 1;
+    std::uint32_t checksum = 0;
+    if (FIParseOctal(block + tarChecksumStart, checksum) && FIChecksumFits(block, checksum)) return 0;
+    return FIWordSumIsZero(block, checksum) ? 0 : 1;
+}
+
+FIID FIProbeTar(FIReader& reader) {
+    const HIOFILE file = reader.file;
+    std::uint8_t block[tarBlockSize] = {};
+    std::uint32_t count = 0;
+    if (file->operations.IOSeek(file, originStart, 0) != 0) return 0;
+    if (file->operations.IORead(file, block, tarBlockSize, &count) != 0) return 0;
+    return FICheckTarHeader(block) == 0 ? tarFormat : FIID{0};
+}
+
+FIID FIProbeLhaStub(FIReader& reader) {
+    const HIOFILE file = reader.file;
+    std::uint8_t block[lhaBlockSize] = {};  // for a handle that tells a count and delivers nothing
+    std::uint32_t count = 0;
+    static_cast<void>(file->operations.IOSeek(file, originStart, 0));
+    static_cast<void>(file->operations.IORead(file, block, lhaBlockSize, &count));
+    count = std::min(count, lhaBlockSize);
+    for (std::uint32_t start = 0; start + lhaLevelOffset < count; ++start) {
+        if (FIIsLhaHeader(block + start)) return lhaStubFormat;
+    }
+    return 0;
+}

@@ -1,0 +1,14 @@
+// byte_objects.h - handles over plain files, open descriptors, blocks of memory and other handles.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/base_utility.h"
+#include "platform/handle.h"
+
+// Each returns null with errno set when the object can't be opened, or is of a kind that is refused.
+UTHandle* UTOpenPath(const char* path);
+UTHandle* UTOpenDescriptor(const IODescriptorSpec& specification);
+UTHandle* UTOpenMemory(const IOMemorySpec& specification);
+UTHandle* UTOpenForeign(HIOFILE file);

@@ -1,0 +1,214 @@
+// compound_storage.cpp - storages and the handles of their streams and sub-storages.
+#include "platform/compound_storage.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <utility>
+
+#include "platform/heap_allocator.h"
+#include "platform/storage_directory.h"
+#include "platform/storage_sectors.h"
+
+namespace {
+
+// What the storages of one file share.
+struct CFVolume {
+    CFSectors sectors;
+    CFChain directory;
+};
+
+}  // namespace
+
+struct CFStorage {
+    CFVolume* volume;
+    bool ownsVolume;  // the storage of the whole file does; it outlives those inside it
+    std::uint8_t classId[classIdBytes];
+    CFChildren children;
+};
+
+namespace {
+
+// Runs a function that may meet the end of the heap; then the answer is that of an object which is not there.
+template <typename Function>
+auto CFWithoutThrowing(decltype(std::declval<Function>()()) notThere, Function function) noexcept {
+    try {
+        return function();
+    } catch (const std::exception&) {
+        return notThere;
+    }
+}
+
+// A storage over a volume; the storage owns it if ownsVolume is true. Returns null when the heap is exhausted.
+CFStorage* CFNewStorage(CFVolume& volume, bool ownsVolume, const CFEntry& entry) {
+    auto* const storage = UTNewRecord<CFStorage>();
+    if (storage == nullptr) return nullptr;
+    storage->volume = &volume;
+    storage->ownsVolume = false;
+    std::copy(std::begin(entry.classId), std::end(entry.classId), storage->classId);
+    const bool started = CFWithoutThrowing(false, [&] {
+        CFStartChildren(storage->children, entry.child);
+        return true;
+    });
+    if (!started) {
+        UTDeleteRecord(*storage);
+        return nullptr;
+    }
+    storage->ownsVolume = ownsVolume;
+    return storage;
+}
+
+// Reads the root entry, which tells where the mini stream starts.
+bool CFReadRoot(CFVolume& volume, CFEntry& root) {
+    if (!CFReadEntry(volume.sectors, volume.directory, rootEntryNumber, root) || root.type != CFEntryType::Root) {
+        return false;
+    }
+    volume.sectors.miniStream.first = root.firstSector;
+    return true;
+}
+
+// ---- Streams -------------------------------------------------------------------------------------------------------
+
+struct CFStream {
+    UTHandle handle;  // first
+    CFSectors* sectors;
+    std::uint64_t size;
+    CFChain* chain;
+};
+
+CFStream& CFStreamOf(UTHandle& handle) { return reinterpret_cast<CFStream&>(handle); }  // handle is the first member
+
+std::int32_t CFReadStream(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                          std::uint32_t& count) {
+    const CFStream& stream = CFStreamOf(handle);
+    count = 0;
+    if (offset >= stream.size) return 0;
+    const auto wanted = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, stream.size - offset));
+    return CFWithoutThrowing(-1, [&] {
+        return CFReadChain(*stream.sectors, *stream.chain, offset, static_cast<std::uint8_t*>(destination), wanted,
+                           count);
+    });
+}
+
+std::uint64_t CFStreamSize(UTHandle& handle) { return CFStreamOf(handle).size; }
+
+void CFReleaseStream(UTHandle& handle) { UTDeleteRecord(*CFStreamOf(handle).chain); }
+
+constexpr UTHandleKind streamKind = {CFReadStream, CFStreamSize, CFReleaseStream};
+
+UTHandle* CFOpenStreamEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) {
+    auto* const chain = UTNewRecord<CFChain>();
+    if (chain == nullptr) return nullptr;
+    UTHandle* const handle = UTNewHandle(streamKind, sizeof(CFStream), &parent);
+    if (handle == nullptr) {
+        UTDeleteRecord(*chain);
+        return nullptr;
+    }
+    chain->table = entry.size < volume.sectors.header.miniStreamCutoff ? CFTable::MiniFat : CFTable::Fat;
+    chain->first = entry.firstSector;
+    CFStream& stream = CFStreamOf(*handle);
+    stream.sectors = &volume.sectors;
+    stream.size = entry.size;
+    stream.chain = chain;
+    return handle;
+}
+
+// ---- Sub-storages --------------------------------------------------------------------------------------------------
+
+std::int32_t CFReadNothing(UTHandle&, std::uint64_t, void*, std::uint32_t, std::uint32_t& count) {
+    count = 0;
+    return 0;
+}
+
+std::uint64_t CFNoSize(UTHandle&) { return 0; }
+
+void CFReleaseNothing(UTHandle&) {}  // the storage itself goes with its handle
+
+constexpr UTHandleKind subStorageKind = {CFReadNothing, CFNoSize, CFReleaseNothing};
+
+UTHandle* CFOpenStorageEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) {
+    CFStorage* const storage = CFNewStorage(volume, false, entry);
+    if (storage == nullptr) return nullptr;
+    UTHandle* const handle = UTNewHandle(subStorageKind, sizeof(UTHandle), &parent);
+    if (handle == nullptr) {
+        CFCloseStorage(*storage);
+        return nullptr;
+    }
+    handle->storageLooked = true;
+    handle->storage = storage;
+    return handle;
+}
+
+// ---- Look-up -------------------------------------------------------------------------------------------------------
+
+UTHandle* CFOpenEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) {
+    return entry.type == CFEntryType::Storage ? CFOpenStorageEntry(parent, volume, entry)
+                                              : CFOpenStreamEntry(parent, volume, entry);
+}
+
+UTHandle* CFOpenNamed(UTHandle& parent, CFEntryType type, const char* name) {
+    CFStorage* const storage = UTFindStorage(parent);
+    if (storage == nullptr) return nullptr;
+    CFVolume& volume = *storage->volume;
+    CFEntry entry;
+    const bool found = CFWithoutThrowing(
+        false, [&] { return CFFindChild(volume.sectors, volume.directory, storage->children, type, name, entry); });
+    return found ? CFOpenEntry(parent, volume, entry) : nullptr;
+}
+
+bool CFFindPlace(CFStorage& storage, std::size_t place, CFEntry& entry) {
+    return CFWithoutThrowing(false, [&] {
+        return CFFindChildAt(storage.volume->sectors, storage.volume->directory, storage.children, place, entry);
+    });
+}
+
+}  // namespace
+
+CFStorage* CFOpenStorage(UTHandle& bytes) {
+    CFHeader header;
+    if (!CFReadHeader(bytes, header)) return nullptr;
+    auto* const volume = UTNewRecord<CFVolume>();
+    if (volume == nullptr) return nullptr;
+    CFStartSectors(volume->sectors, bytes, header);
+    volume->directory.first = header.firstDirectorySector;
+    CFEntry root;
+    CFStorage* storage = nullptr;
+    if (CFWithoutThrowing(false, [&] { return CFReadRoot(*volume, root); }))
+        storage = CFNewStorage(*volume, true, root);
+    if (storage == nullptr) UTDeleteRecord(*volume);
+    return storage;
+}
+
+void CFCloseStorage(CFStorage& storage) {
+    if (storage.ownsVolume) UTDeleteRecord(*storage.volume);
+    UTDeleteRecord(storage);
+}
+
+std::int32_t CFGetClassId(const CFStorage& storage, std::uint8_t* classId) {
+    std::copy(std::begin(storage.classId), std::end(storage.classId), classId);
+    return 0;
+}
+
+UTHandle* UTOpenStream(UTHandle& parent, const char* name) { return CFOpenNamed(parent, CFEntryType::Stream, name); }
+
+UTHandle* UTOpenSubStorage(UTHandle& parent, const char* name) {
+    return CFOpenNamed(parent, CFEntryType::Storage, name);
+}
+
+bool CFGetChild(UTHandle& parent, std::size_t place, CFChild& child) {
+    CFStorage* const storage = UTFindStorage(parent);
+    CFEntry entry;
+    if (storage == nullptr || !CFFindPlace(*storage, place, entry)) return false;
+    std::copy_n(entry.name, entry.nameLength, child.name);
+    child.nameLength = entry.nameLength;
+    child.isStorage = entry.type == CFEntryType::Storage;
+    child.size = entry.type == CFEntryType::Stream ? entry.size : 0;
+    return true;
+}
+
+UTHandle* UTOpenChild(UTHandle& parent, std::size_t place) {
+    CFStorage* const storage = UTFindStorage(parent);
+    CFEntry entry;
+    if (storage == nullptr || !CFFindPlace(*storage, place, entry)) return nullptr;
+    return CFOpenEntry(parent, *storage->volume, entry);
+}

@@ -1,0 +1,59 @@
+// foreign_handle.cpp - handles over a host's own handle, which may know bytes and no more: with one of these around it,
+// storages and archives can be seen in them.
+#include <cerrno>
+
+#include "platform/byte_objects.h"
+
+namespace {
+
+constexpr std::uint16_t originStart = 0;
+constexpr std::uint16_t originEnd = 2;
+// The operations of a handle reach this far.
+constexpr std::uint64_t reachableBytes = 0x100000000;
+
+struct UTForeign {
+    UTHandle handle;  // first
+    HIOFILE file;
+};
+
+HIOFILE UTForeignOf(UTHandle& handle) {
+    return reinterpret_cast<UTForeign&>(handle).file;
+}  // handle is the first member
+
+std::int32_t UTReadForeign(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                           std::uint32_t& count) {
+    const HIOFILE file = UTForeignOf(handle);
+    count = 0;
+    if (offset >= reachableBytes) return 0;
+    const auto target = static_cast<std::int32_t>(static_cast<std::uint32_t>(offset));
+    if (file->operations.IOSeek(file, originStart, target) != 0) return -1;
+    return file->operations.IORead(file, destination, size, &count);
+}
+
+std::uint64_t UTForeignSize(UTHandle& handle) {
+    const HIOFILE file = UTForeignOf(handle);
+    std::uint32_t size = 0;
+    if (file->operations.IOSeek(file, originEnd, 0) != 0 || file->operations.IOTell(file, &size) != 0) return 0;
+    return size;
+}
+
+void UTReleaseForeign(UTHandle&) {}
+
+constexpr UTHandleKind foreignKind = {UTReadForeign, UTForeignSize, UTReleaseForeign};
+
+}  // namespace
+
+UTHandle* UTOpenForeign(HIOFILE file) {
+    UTHandle* const handle = UTNewHandle(foreignKind, sizeof(UTForeign), nullptr);
+    if (handle == nullptr) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+    reinterpret_cast<UTForeign&>(*handle).file = file;
+    std::uint32_t nameType = IONameNarrow;
+    static_cast<void>(file->operations.IOGetInfo(file, IOInfoNameType, &nameType));
+    handle->name.units[0] = 0;
+    static_cast<void>(file->operations.IOGetInfo(file, IOInfoName, handle->name.narrow));
+    handle->name.wide = nameType == IONameWide;
+    return handle;
+}

@@ -1,0 +1,574 @@
+// format_catalogue.cpp - the catalogue of formats: one table, in the order of the identifiers.
+//
+//   Column      Holds
+//   identifier  the families go by number: documents from 1000, databases from 1200, and so on
+//   name        what the files are; of a format without a known name its mark. In names, bytes are in hexadecimal and
+//               offsets in decimal
+//   media type  the one registered with IANA, or else the one in general use
+//   PRONOM      the entries of The National Archives' registry that together cover the files of the identifier
+//   extensions  the usual ones, the most usual first
+//
+// An identifier says no more than its files have in common, and several roads may lead to it, so each column must be
+// right for practically all of its files. That is why some columns are empty where one would look for an entry:
+//
+//   1101, 1181  HTML and XHTML alike, and the registry's XHTML entries have another media type
+//   1196        vCalendar and iCalendar, which have different media types
+//   1611        PDF data under the extension of Illustrator: the media type of either is half right
+//   1800        DOS, 16-bit, 32-bit and 64-bit executables; only the last two have a registered media type
+//   MacBinary   files that come out only inside that wrapper: the types of what it holds are not those of the file
+//
+// Templates, and in Office Open XML also macro-enabled files, cannot be told from documents. They share the record of
+// the documents, with the documents' media type; fmt/189 is the registry's entry for any Office Open XML file.
+#include "platform/format_catalogue.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+
+namespace {
+
+// Media types and lists of PRONOM identifiers that are long or stand in several rows.
+constexpr const char* wordPerfectType = "application/vnd.wordperfect";
+constexpr const char* docxType = "application/vnd.openxmlformats-officedocument.wordprocessingml.document";
+constexpr const char* xlsxType = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
+constexpr const char* pptxType = "application/vnd.openxmlformats-officedocument.presentationml.presentation";
+constexpr const char* xlsbType = "application/vnd.ms-excel.sheet.binary.macroEnabled.12";
+constexpr const char* odsType = "application/vnd.oasis.opendocument.spreadsheet";
+constexpr const char* odgType = "application/vnd.oasis.opendocument.graphics";
+constexpr const char* odpType = "application/vnd.oasis.opendocument.presentation";
+constexpr const char* corelDrawType = "application/vnd.corel-draw";
+constexpr const char* quarkXPressType = "application/vnd.Quark.QuarkXPress";
+constexpr const char* wordOrWritePuids = "fmt/1688 x-fmt/4 x-fmt/12 x-fmt/274 x-fmt/275 x-fmt/276";
+constexpr const char* wordForDosPuids = "fmt/1688 x-fmt/274 x-fmt/275 x-fmt/276";
+constexpr const char* word97Puids = "fmt/40 fmt/609 fmt/754 fmt/755 x-fmt/45";
+constexpr const char* rtfPuids = "fmt/45 fmt/50 fmt/52 fmt/53 fmt/355 fmt/969";
+constexpr const char* xmlPuids = "fmt/101 fmt/1776";
+constexpr const char* excel97Puids = "fmt/61 x-fmt/17";
+constexpr const char* powerPoint97Puids = "fmt/126 x-fmt/84 x-fmt/87";
+constexpr const char* accessPuids =
+    "fmt/1258 fmt/1805 fmt/1806 fmt/1807 fmt/1808 fmt/1809 x-fmt/66 x-fmt/238 x-fmt/239 x-fmt/240 x-fmt/241";
+constexpr const char* binderPuids = "fmt/237 fmt/238 fmt/239 fmt/240 fmt/241 fmt/242";
+constexpr const char* tiffPuids = "fmt/153 fmt/154 fmt/155 fmt/156 fmt/353 x-fmt/387 x-fmt/388 x-fmt/399";
+constexpr const char* jpegPuids =
+    "fmt/41 fmt/42 fmt/43 fmt/44 fmt/112 fmt/113 fmt/645 fmt/1507 x-fmt/390 x-fmt/391 x-fmt/398";
+constexpr const char* pdfPuids = "fmt/14 fmt/15 fmt/16 fmt/17 fmt/18 fmt/19 fmt/20 fmt/276 fmt/1129";
+constexpr const char* illustratorPuids =
+    "fmt/558 fmt/559 fmt/560 fmt/561 fmt/562 fmt/563 fmt/564 fmt/565 fmt/1862 fmt/1863 fmt/1864";
+constexpr const char* postScriptPuids =
+    "fmt/122 fmt/123 fmt/124 fmt/501 fmt/1884 x-fmt/91 x-fmt/406 x-fmt/407 x-fmt/408";
+
+constexpr FIFormatRecord formatRecords[] = {
+    // clang-format off
+    // word processors, mail and other documents
+    {1000, "Word for DOS or Write document, version byte 0",                        "application/msword",                  wordOrWritePuids,                     "doc"},
+    {1001, "Word for DOS document, version byte 3 to 7",                            "application/msword",                  wordForDosPuids,                      "doc"},
+    {1002, "WordStar document, header 1D 7D, type byte 50 or 55",                   "",                                    "",                                   "ws"},
+    {1003, "Text with the top bit set where words end (WordStar style)",            "",                                    "",                                   ""},
+    {1004, "WordStar 2000 document",                                                "",                                    "fmt/882",                            ""},
+    {1005, "WordPerfect document, version 5.0",                                     wordPerfectType,                       "x-fmt/393",                          "wpd wp wp5"},
+    {1006, "Document in 512-byte blocks (marker FF 03 B3), zero at 420 and 467",    "",                                    "",                                   ""},
+    {1007, "Document in 512-byte blocks (marker FF 03 B3), mark at 420 or 467",     "",                                    "",                                   ""},
+    {1008, "Revisable-form text (DCA-RFT)",                                         "application/dca-rft",                 "x-fmt/11",                           "rft dca"},
+    {1009, "Document, signature 80 00 00 09 20 00 O{J] 02",                         "",                                    "",                                   ""},
+    {1010, "Document with a checksum, signature 53 04 02 01",                       "",                                    "",                                   ""},
+    {1011, "Word processor document, signature 1A 53",                              "",                                    "",                                   ""},
+    {1012, "Document with the tag WRD PC at 640",                                   "",                                    "",                                   ""},
+    {1013, "Document with the tag WRD PC or TYPE 2 at 640, version 2.00",           "",                                    "",                                   ""},
+    {1014, "Document with the tag TYPE 3 at 640",                                   "",                                    "",                                   ""},
+    {1015, "Document with the tag TYPE 4 at 640",                                   "",                                    "",                                   ""},
+    {1016, "Document with the tag IBM at 640",                                      "",                                    "",                                   ""},
+    {1017, "PFS:First Choice document, tag GERBILDOC",                              "",                                    "fmt/1282",                           "doc"},
+    {1018, "Document in records with their length at both ends",                    "",                                    "",                                   ""},
+    {1019, "Document that starts with the sequence ESC [ 1$K",                      "",                                    "",                                   ""},
+    {1020, "Document with a LAYOUT 000 trailer, variant 0 to 2",                    "",                                    "",                                   ""},
+    {1021, "Document with pipe codes N and O from 120, header 74 00",               "",                                    "",                                   ""},
+    {1022, "DOS word processor text with three-byte line ends",                     "",                                    "",                                   ""},
+    {1023, "WordPerfect document, version 4",                                       wordPerfectType,                       "fmt/949",                            "wp wp4 wpd"},
+    {1024, "Document with a LAYOUT 000 trailer, variant 3 or more",                 "",                                    "",                                   ""},
+    {1025, "Document with a block list at 256, blocks marked by 86",                "",                                    "",                                   ""},
+    {1028, "Rich text (RTF)",                                                       "application/rtf",                     rtfPuids,                             "rtf"},
+    {1029, "Word for Macintosh document, header FE 34 (version 3)",                 "application/msword",                  "x-fmt/1",                            "mcw"},
+    {1030, "Word for Macintosh document, header FE 37 (version 4 or 5)",            "application/msword",                  "x-fmt/64 x-fmt/65",                  "mcw"},
+    {1031, "Document, signature 5A 00, with C9 00 at 92 and 296",                   "",                                    "",                                   ""},
+    {1032, "MacWrite II document",                                                  "application/macwriteii",              "",                                   ""},
+    {1033, "Text with two-letter commands behind the byte AE (XyWrite style)",      "",                                    "",                                   ""},
+    {1034, "DOS word processor text with codes behind plus signs",                  "",                                    "",                                   ""},
+    {1035, "WordPerfect for Macintosh document, type WPD0",                         wordPerfectType,                       "",                                   ""},
+    {1036, "Document, signature 80 00 00 09 20 00 O{J] 18, zero at 27",             "",                                    "",                                   ""},
+    {1037, "Document with 1C at 92, 1D at 295 and 05 81 at 498",                    "",                                    "",                                   ""},
+    {1038, "WordPerfect document, version 5.1 or 5.2",                              wordPerfectType,                       "x-fmt/203 x-fmt/394",                "wpd wp wp5"},
+    {1039, "Document in 512-byte blocks (marker FF 03 B3), 4 at 511",               "",                                    "",                                   ""},
+    {1040, "Document, signature TBWP or TBTX",                                      "",                                    "",                                   ""},
+    {1041, "Document with a table of 14-byte entries, data marked by B3",           "",                                    "",                                   ""},
+    {1043, "Document, signature PCF:dB or PCF+3",                                   "",                                    "",                                   ""},
+    {1044, "Document, signature *R1",                                               "",                                    "",                                   ""},
+    {1045, "Document, signature *R2",                                               "",                                    "",                                   ""},
+    {1046, "Document, signature 81 CD AB",                                          "",                                    "",                                   ""},
+    {1047, "Windows Write document",                                                "application/x-mswrite",               "x-fmt/4 x-fmt/12",                   "wri"},
+    {1048, "Document, signature 01 FE 00",                                          "",                                    "",                                   ""},
+    {1049, "Document, signature 01 FE 01",                                          "",                                    "",                                   ""},
+    {1050, "WordStar document, header 1D 7D, type byte 60",                         "",                                    "",                                   "ws"},
+    {1051, "Document with version text 4.0 to 6.0, blocks marked by B3",            "",                                    "",                                   ""},
+    {1053, "Document, signature 80 00 00 09 20 00 O{J] 18, not zero at 27",         "",                                    "",                                   ""},
+    {1054, "Word for Windows document, header 9B A5 (version 1)",                   "application/msword",                  "fmt/37",                             "doc"},
+    {1056, "Ami Pro document, other version",                                       "application/vnd.lotus-wordpro",       "x-fmt/191",                          "sam"},
+    {1057, "Ami Pro document",                                                      "application/vnd.lotus-wordpro",       "x-fmt/191",                          "sam"},
+    {1058, "PFS:First Choice document, tag GERBILDOC3",                             "",                                    "fmt/1283",                           "doc"},
+    {1059, "WordPerfect for Macintosh document, version 2",                         wordPerfectType,                       "fmt/1220",                           ""},
+    {1060, "Macintosh word processor document, type AWWP",                          "",                                    "",                                   ""},
+    {1061, "Document in Ami Pro style with the extension PWP",                      "",                                    "",                                   "pwp"},
+    {1062, "Document, signature # VE # 4.00",                                       "",                                    "",                                   ""},
+    {1063, "Document with the trailer 30 02 FE FC FE 01 00",                        "",                                    "",                                   ""},
+    {1064, "Document, signature # VV # 5.00",                                       "",                                    "",                                   ""},
+    {1065, "Word for Windows document, header DB A5 (version 2)",                   "application/msword",                  "fmt/38",                             "doc"},
+    {1066, "Document, signature FFFFIIII, version 0 to 2",                          "",                                    "",                                   ""},
+    {1067, "WordStar document, header 1D 7D, type byte 70",                         "",                                    "",                                   "ws"},
+    {1068, "Document, signature 01 FE, byte 40 to 5F at 3",                         "",                                    "",                                   ""},
+    {1069, "Document, signature FFFFIIII, version above 6",                         "",                                    "",                                   ""},
+    {1073, "Word for Macintosh document, header FE 37 00 23 (version 5)",           "application/msword",                  "x-fmt/65",                           "mcw"},
+    {1074, "Document, signature 81 CD AB, byte 40 to 46 at 5",                      "",                                    "",                                   ""},
+    {1075, "WordPerfect document, format version 2.0 (6.0)",                        wordPerfectType,                       "x-fmt/44",                           "wpd wp wp6"},
+    {1076, "Word for DOS document, version byte 8 or 9",                            "application/msword",                  wordForDosPuids,                      "doc"},
+    {1077, "Document with pipe codes N and O from 118",                             "",                                    "",                                   ""},
+    {1078, "WordPerfect family file, encrypted",                                    "",                                    "",                                   ""},
+    {1079, "Document, signature FFFFIIII, version 8",                               "",                                    "",                                   ""},
+    {1080, "WordPerfect for Macintosh document, version 3",                         wordPerfectType,                       "fmt/1221 fmt/1222",                  ""},
+    {1081, "Document that starts with four zeros, with 02 0A at 6 and 06 at 512",   "",                                    "",                                   ""},
+    {1082, "Word document, version 6.0 or 95",                                      "application/msword",                  "fmt/39",                             "doc dot"},
+    {1083, "WordPerfect family file, file type 3A",                                 "",                                    "",                                   ""},
+    {1085, "Document, signature DOC, version 2 or 3",                               "",                                    "",                                   ""},
+    {1086, "Document, signature 91 A6 22 00",                                       "",                                    "",                                   ""},
+    {1087, "Word document, header 94 A6 2E 00",                                     "application/msword",                  "",                                   "doc"},
+    {1088, "Document, signature 1A 4D 02 01",                                       "",                                    "",                                   ""},
+    {1089, "Document, signature 00 4D 01 02",                                       "",                                    "",                                   ""},
+    {1091, "Rich text (RTF), Japanese",                                             "application/rtf",                     "",                                   "rtf"},
+    {1092, "Text document that starts with .** 1 or .** 2",                         "",                                    "",                                   ""},
+    {1093, "Microsoft Works word processor document, class 00021302",               "application/vnd.ms-works",            "fmt/233",                            "wps"},
+    {1094, "WordPad document in a compound storage",                                "",                                    "",                                   "doc"},
+    {1095, "WordPerfect family file, other kind",                                   "",                                    "",                                   ""},
+    {1097, "WordPerfect document, format version 2.1 (6.1 or later)",               wordPerfectType,                       "x-fmt/44",                           "wpd wp wp6"},
+    {1098, "Document that starts with the control sequence CSI 11h",                "",                                    "",                                   ""},
+    {1101, "HTML text",                                                             "text/html",                           "",                                   "html htm"},
+    {1102, "Word document, file-format number 101 to 105 (6.0 or 95)",              "application/msword",                  "fmt/39",                             "doc dot"},
+    {1105, "Microsoft Works word processor document, class 28CDDBC2 or stream MN0", "application/vnd.ms-works",            "fmt/233",                            "wps"},
+    {1106, "WordPerfect family file, product 25, file type 0A to 0E",               "",                                    "",                                   ""},
+    {1107, "WordPerfect document, format version 2.2 to 2.4, or storage",           wordPerfectType,                       "fmt/892 x-fmt/44",                   "wpd wp"},
+    {1108, "Lotus Word Pro document, format version up to 10",                      "application/vnd.lotus-wordpro",       "fmt/340 x-fmt/340",                  "lwp"},
+    {1124, "Document, signature 48 42 D1 07",                                       "",                                    "",                                   ""},
+    {1125, "Word 6 for Macintosh document, MacBinary type W6BN",                    "",                                    "",                                   ""},
+    {1126, "Word document, version 97, or with a damaged summary",                  "application/msword",                  word97Puids,                          "doc dot"},
+    {1128, "Interleaf text document, version line closed at once",                  "",                                    "x-fmt/329",                          ""},
+    {1129, "FrameMaker interchange text (MIF), version 3",                          "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1130, "FrameMaker interchange text (MIF), version 4",                          "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1131, "FrameMaker interchange text (MIF), version 5",                          "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1132, "Mail or memo text with address lines",                                  "",                                    "",                                   ""},
+    {1134, "Interleaf text document, version line with more text",                  "",                                    "x-fmt/329",                          ""},
+    {1135, "FrameMaker interchange text (MIF), Japanese, version 3",                "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1136, "FrameMaker interchange text (MIF), Japanese, version 4",                "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1137, "FrameMaker interchange text (MIF), Japanese, version 5",                "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1138, "FrameMaker interchange text (MIF), version 5.5",                        "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1139, "WordPerfect document in a compound storage, class 519873FF",            wordPerfectType,                       "fmt/892",                            "wpd wp"},
+    {1140, "Document in a compound storage, class 78597001",                        "",                                    "",                                   ""},
+    {1141, "vCard",                                                                 "text/vcard",                          "fmt/395 fmt/1879 fmt/1880 fmt/1881", "vcf vcard"},
+    {1143, "Outlook item (MSG)",                                                    "application/vnd.ms-outlook",          "x-fmt/430",                          "msg"},
+    {1144, "Pocket Word document, form pwd",                                        "application/x-pocket-word",           "x-fmt/94 x-fmt/96",                  "pwd pwt"},
+    {1145, "Lotus Word Pro document, format version above 10",                      "application/vnd.lotus-wordpro",       "fmt/340 x-fmt/340",                  "lwp"},
+    {1146, "Word document, version 2000 or not determined",                         "application/msword",                  word97Puids,                          "doc dot"},
+    {1147, "HTML text exported by Word",                                            "text/html",                           "fmt/96",                             "htm html"},
+    {1148, "HTML text exported by Excel",                                           "text/html",                           "fmt/96",                             "htm html"},
+    {1149, "HTML text exported by PowerPoint",                                      "text/html",                           "fmt/96",                             "htm html"},
+    {1150, "XML text",                                                              "application/xml",                     xmlPuids,                             "xml"},
+    {1151, "WML text",                                                              "text/vnd.wap.wml",                    "",                                   "wml"},
+    {1165, "StarOffice Writer document, version 5",                                 "application/vnd.stardivision.writer", "x-fmt/400",                          "sdw vor"},
+    {1166, "FrameMaker interchange text (MIF), version 6",                          "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1167, "FrameMaker interchange text (MIF), Japanese, version 6",                "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1168, "FrameMaker interchange text (MIF), other version",                      "application/vnd.mif",                 "x-fmt/162",                          "mif"},
+    {1177, "Pocket Word document, form pwi",                                        "application/x-pocket-word",           "x-fmt/94 x-fmt/95",                  "psw pwi"},
+    {1179, "Hangul word processor document (HWP), plain file",                      "application/x-hwp",                   "fmt/1083",                           "hwp"},
+    {1180, "Hangul word processor document (HWP), compound storage",                "application/x-hwp",                   "fmt/1084",                           "hwp"},
+    {1181, "HTML text in 16-bit characters",                                        "text/html",                           "",                                   "html htm"},
+    {1182, "XML text with the document type html",                                  "",                                    "",                                   ""},
+    {1184, "EBCDIC text",                                                           "",                                    "",                                   ""},
+    {1185, "Word document, version 2002",                                           "application/msword",                  word97Puids,                          "doc dot"},
+    {1186, "Word document, version 2003 or later",                                  "application/msword",                  word97Puids,                          "doc dot"},
+    {1187, "MIME message without address lines",                                    "message/rfc822",                      "",                                   "eml"},
+    {1188, "OpenOffice.org 1 text document (SXW)",                                  "application/vnd.sun.xml.writer",      "fmt/128",                            "sxw stw"},
+    {1189, "Outlook personal or offline folders, ANSI (PST, OST)",                  "application/vnd.ms-outlook",          "x-fmt/248",                          "pst ost"},
+    {1191, "Microsoft Works word processor document, class 0EA45AB2",               "application/vnd.ms-works",            "",                                   "wps"},
+    {1192, "MIME mail message",                                                     "message/rfc822",                      "fmt/278 fmt/950",                    "eml"},
+    {1193, "News article",                                                          "message/rfc822",                      "",                                   ""},
+    {1194, "News article with the extension NWS",                                   "message/rfc822",                      "",                                   "nws"},
+    {1195, "MIME mail message with the extension EML",                              "message/rfc822",                      "fmt/278 fmt/950",                    "eml"},
+    {1196, "vCalendar or iCalendar",                                                "",                                    "fmt/387 fmt/388",                    "ics vcs"},
+    {1197, "TNEF mail attachment container",                                        "application/vnd.ms-tnef",             "",                                   "dat tnef"},
+    {1198, "HTML mail or web archive (MHT)",                                        "message/rfc822",                      "",                                   "mht mhtml"},
+    // databases
+    {1200, "Database, signature 53 04 03 31 E0 03",                         "",                           "",                                    ""},
+    {1201, "dBASE table, version byte 03 or 83 (dBASE III)",                "application/vnd.dbf",        "x-fmt/9 x-fmt/271",                   "dbf"},
+    {1202, "dBASE table, version byte 8B, 8E, 63 or F5 (dBASE IV, FoxPro)", "application/vnd.dbf",        "",                                    "dbf"},
+    {1203, "Database with ED FB at 6",                                      "",                           "",                                    ""},
+    {1204, "Microsoft Works database, header 20 54, zeros at 10",           "application/vnd.ms-works",   "",                                    "wdb"},
+    {1205, "Database, signature 17 00, with bytes 01 or 02 at 31",          "",                           "",                                    ""},
+    {1206, "Paradox table, early header of another size",                   "",                           "fmt/350 fmt/351",                     "db"},
+    {1207, "Paradox table, early header of 2048 bytes",                     "",                           "fmt/350 fmt/351",                     "db"},
+    {1208, "Database with the text SYMANTEC TOUCHBA",                       "",                           "",                                    ""},
+    {1209, "Reflex 2 database",                                             "",                           "",                                    ""},
+    {1210, "RBF database of linked records",                                "",                           "",                                    "rbf"},
+    {1212, "Database, signature 37 FF, with a repeated name",               "",                           "",                                    ""},
+    {1213, "RBF database in slots of 12 bytes",                             "",                           "",                                    "rbf"},
+    {1214, "PFS:First Choice database, tag GERBILDB",                       "",                           "fmt/1284",                            "fol"},
+    {1215, "Macintosh database, type AWDB",                                 "",                           "",                                    ""},
+    {1216, "Microsoft Works database, header 20 54, letter D to G at 11",   "application/vnd.ms-works",   "",                                    "wdb"},
+    {1217, "Paradox table, later header",                                   "",                           "fmt/351 fmt/352 x-fmt/147",           "db"},
+    {1218, "Database with the text Rich at 1030",                           "",                           "",                                    ""},
+    {1219, "Database with 00 00 02 00 00 80 at 8",                          "",                           "",                                    ""},
+    {1220, "Microsoft Works database, class 00021303",                      "application/vnd.ms-works",   "",                                    "wdb"},
+    {1221, "Microsoft Works database, class 28CDDBC3",                      "application/vnd.ms-works",   "",                                    "wdb"},
+    {1222, "Access database (Jet)",                                         "application/vnd.ms-access",  accessPuids,                           "mdb mda mde mdw"},
+    {1223, "Database in a compound storage, class 72FD3320",                "",                           "",                                    ""},
+    {1224, "Microsoft Project plan",                                        "application/vnd.ms-project", "fmt/440 fmt/725 x-fmt/245 x-fmt/247", "mpp mpt"},
+    // further documents and data
+    {1301, "Veloxine XML document, namespace pst_fields",             "application/xml",                         xmlPuids,                                    "xml"},
+    {1302, "Outlook personal or offline folders, Unicode (PST, OST)", "application/vnd.ms-outlook",              "x-fmt/249",                                 "pst ost"},
+    {1303, "Outlook personal address book (PAB)",                     "",                                        "x-fmt/75",                                  "pab"},
+    {1306, "Data file with the extension DAT, byte 3F to 4F at 3",    "",                                        "",                                          "dat"},
+    {1309, "OpenDocument text (ODT)",                                 "application/vnd.oasis.opendocument.text", "fmt/136 fmt/290 fmt/291 fmt/1756 fmt/2044", "odt ott"},
+    {1311, "Outlook item template (OFT)",                             "application/vnd.ms-outlook",              "x-fmt/430",                                 "oft"},
+    {1312, "Office Open XML text document (DOCX)",                    docxType,                                  "fmt/189 fmt/412",                           "docx docm dotx dotm"},
+    {1313, "Encrypted Office Open XML text document",                 "",                                        "fmt/494",                                   "docx docm dotx dotm"},
+    // spreadsheets
+    {1400, "Lotus Symphony worksheet, version word 0405",                        "",                                  "",                                          "wrk"},
+    {1401, "Lotus 1-2-3 worksheet (WKS)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/117",                                 "wks"},
+    {1402, "Lotus 1-2-3 worksheet (WK1)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/114",                                 "wk1"},
+    {1403, "Lotus 1-2-3 worksheet (WK3)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/115",                                 "wk3"},
+    {1404, "Spreadsheet, signature 53 04 01 01 14",                              "",                                  "",                                          ""},
+    {1405, "Excel 2 worksheet",                                                  "application/vnd.ms-excel",          "fmt/55",                                    "xls"},
+    {1406, "Spreadsheet, signature 02 CD AB",                                    "",                                  "",                                          ""},
+    {1407, "Microsoft Works spreadsheet, header 00 00, zeros at 10",             "application/vnd.ms-works",          "",                                          "wks"},
+    {1408, "1-2-3 style worksheet, version word 0404, with record F3",           "",                                  "",                                          ""},
+    {1409, "1-2-3 style worksheet, version word 2207 to 2209",                   "",                                  "",                                          ""},
+    {1410, "SuperCalc spreadsheet, text SuperCalc90b",                           "",                                  "",                                          "cal"},
+    {1411, "Quattro Pro for DOS spreadsheet (WQ1)",                              "application/x-quattropro",          "x-fmt/121",                                 "wq1"},
+    {1412, "1-2-3 style worksheet, version word 0A0B",                           "",                                  "",                                          ""},
+    {1413, "Spreadsheet with the text Dolph 1.0",                                "",                                  "",                                          ""},
+    {1414, "Spreadsheet with the tag JED at 8",                                  "",                                  "",                                          ""},
+    {1415, "Excel 3 worksheet",                                                  "application/vnd.ms-excel",          "fmt/56",                                    "xls"},
+    {1416, "1-2-3 style worksheet, told by its records",                         "",                                  "",                                          ""},
+    {1417, "Macintosh spreadsheet, type AWSS",                                   "",                                  "",                                          ""},
+    {1418, "Microsoft Works spreadsheet, header 00 00, letter D to G at 11",     "application/vnd.ms-works",          "",                                          "wks"},
+    {1419, "Excel 4 worksheet",                                                  "application/vnd.ms-excel",          "fmt/57",                                    "xls"},
+    {1420, "Quattro Pro for Windows spreadsheet (WB1)",                          "application/x-quattropro",          "fmt/834",                                   "wb1"},
+    {1421, "Lotus 1-2-3 worksheet (WK4)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/116",                                 "wk4"},
+    {1422, "1-2-3 style worksheet, version word 1101",                           "",                                  "",                                          ""},
+    {1423, "Spreadsheet, signature 01 C2, with FF FF at 1312",                   "",                                  "",                                          ""},
+    {1424, "Excel workbook, version 5.0 or 95",                                  "application/vnd.ms-excel",          "fmt/59",                                    "xls xlt"},
+    {1425, "Spreadsheet, signature 0C EF 4D 50",                                 "",                                  "",                                          ""},
+    {1426, "Microsoft Works spreadsheet, header FF 00, letter M or N at 11",     "application/vnd.ms-works",          "fmt/166",                                   "wks"},
+    {1428, "Quattro Pro for DOS spreadsheet (WQ2)",                              "application/x-quattropro",          "x-fmt/122",                                 "wq2"},
+    {1429, "Quattro Pro for Windows spreadsheet (WB2)",                          "application/x-quattropro",          "fmt/835",                                   "wb2"},
+    {1430, "Lotus 1-2-3/G worksheet (DEBR, tag 123G)",                           "",                                  "",                                          ""},
+    {1431, "DEBR container with the tag GRPH",                                   "",                                  "",                                          ""},
+    {1432, "Microsoft Works spreadsheet, header FF 00, letter S at 11",          "application/vnd.ms-works",          "fmt/166",                                   "wks"},
+    {1433, "Quattro Pro notebook in a compound storage (WB3)",                   "application/x-quattropro",          "fmt/836",                                   "wb3"},
+    {1434, "Spreadsheet in a compound storage, class 0002B401",                  "",                                  "",                                          ""},
+    {1435, "Lotus 1-2-3 worksheet (123), version word 1003",                     "application/vnd.lotus-1-2-3",       "fmt/1452",                                  "123"},
+    {1436, "Excel 4 worksheet for Macintosh, MacBinary type XLS4",               "",                                  "",                                          ""},
+    {1437, "Excel 5 workbook for Macintosh, MacBinary type XLS5",                "",                                  "",                                          ""},
+    {1438, "Excel workbook, version 97, or without a readable build",            "application/vnd.ms-excel",          excel97Puids,                                "xls xlt"},
+    {1439, "Excel 3 workspace, record type 0100",                                "application/vnd.ms-excel",          "",                                          "xlw"},
+    {1440, "Excel 4 workbook, record type 0100",                                 "application/vnd.ms-excel",          "fmt/58",                                    "xlw"},
+    {1441, "Excel 4 workbook for Macintosh, MacBinary type BINA",                "",                                  "",                                          ""},
+    {1442, "Excel 4 workbook, record type 0100, further version byte",           "application/vnd.ms-excel",          "fmt/58",                                    "xlw"},
+    {1443, "Lotus 1-2-3 worksheet (123), version word 1005",                     "application/vnd.lotus-1-2-3",       "fmt/1453",                                  "123"},
+    {1444, "Quattro Pro notebook (stream PerfectOffice_MAIN)",                   "application/x-quattropro",          "fmt/836",                                   "wb3"},
+    {1445, "Quattro Pro notebook (stream NativeContent_MAIN)",                   "application/x-quattropro",          "fmt/837",                                   "qpw"},
+    {1446, "Excel workbook, version 97 to 2003, other build",                    "application/vnd.ms-excel",          excel97Puids,                                "xls xlt"},
+    {1447, "Spreadsheet in a compound storage, class AC515490",                  "",                                  "",                                          ""},
+    {1448, "Excel workbook, version 97 to 2003, build 6111, 6214, 7106 or 8124", "application/vnd.ms-excel",          excel97Puids,                                "xls xlt"},
+    {1449, "StarOffice Calc spreadsheet, version 5",                             "application/vnd.stardivision.calc", "x-fmt/359",                                 "sdc vor"},
+    {1450, "Quattro Pro notebook, class 69E7CEAB or EB626F5C",                   "application/x-quattropro",          "fmt/836 fmt/837",                           "qpw wb3"},
+    {1451, "Excel workbook, version 97 to 2003, build 5110 or 5612",             "application/vnd.ms-excel",          excel97Puids,                                "xls xlt"},
+    {1452, "OpenOffice.org 1 spreadsheet (SXC)",                                 "application/vnd.sun.xml.calc",      "fmt/129",                                   "sxc stc"},
+    {1453, "Spreadsheet in a compound storage, class 9D582C41",                  "",                                  "",                                          ""},
+    {1454, "OpenDocument spreadsheet (ODS)",                                     odsType,                             "fmt/137 fmt/294 fmt/295 fmt/1755 fmt/2045", "ods ots"},
+    {1455, "Office Open XML workbook (XLSX)",                                    xlsxType,                            "fmt/189 fmt/214",                           "xlsx xlsm xltx xltm xlam"},
+    {1456, "Encrypted Office Open XML workbook",                                 "",                                  "fmt/494",                                   "xlsx xlsm xltx xltm"},
+    {1457, "Excel binary workbook (XLSB)",                                       xlsbType,                            "fmt/595",                                   "xlsb"},
+    // graphics, drawing and presentation
+    {1500, "Windows bitmap, version 3 (40-byte header)",                     "image/bmp",                            "fmt/116 fmt/117",                           "bmp dib"},
+    {1501, "TIFF image",                                                     "image/tiff",                           tiffPuids,                                   "tif tiff"},
+    {1502, "PCX image",                                                      "image/vnd.zbrush.pcx",                 "fmt/86 fmt/87 fmt/88 fmt/89 fmt/90",        "pcx pcc"},
+    {1503, "GIF image",                                                      "image/gif",                            "fmt/3 fmt/4",                               "gif"},
+    {1504, "Encapsulated PostScript with a TIFF preview",                    "application/postscript",               "fmt/122 fmt/123 fmt/124 fmt/1884",          "eps epsf"},
+    {1505, "Fax data without a header (Group 3, one-dimensional)",           "",                                     "",                                          ""},
+    {1506, "PICT picture, version 2",                                        "image/x-pict",                         "fmt/341",                                   "pct pic pict"},
+    {1507, "WordPerfect graphics (WPG), version 1",                          "application/x-wpg",                    "x-fmt/395",                                 "wpg"},
+    {1508, "Windows metafile with a placeable header",                       "image/wmf",                            "x-fmt/119",                                 "wmf"},
+    {1509, "Lotus 1-2-3 graph (PIC)",                                        "",                                     "x-fmt/82",                                  "pic"},
+    {1510, "PICT picture, version 1",                                        "image/x-pict",                         "x-fmt/80",                                  "pct pict"},
+    {1511, "Graphics file, signature SM",                                    "",                                     "",                                          ""},
+    {1512, "Targa image, by its extension",                                  "image/x-tga",                          "fmt/402 x-fmt/367",                         "tga"},
+    {1513, "GEM image (IMG)",                                                "",                                     "x-fmt/159",                                 "img"},
+    {1514, "OS/2 or Windows bitmap (12-byte header)",                        "image/bmp",                            "fmt/115 x-fmt/25",                          "bmp dib"},
+    {1515, "Windows icon",                                                   "image/vnd.microsoft.icon",             "x-fmt/418",                                 "ico"},
+    {1516, "Windows cursor",                                                 "image/x-win-bitmap",                   "fmt/385",                                   "cur"},
+    {1517, "Micrografx drawing, signature 01 FF",                            "",                                     "",                                          "drw"},
+    {1518, "MacPaint image",                                                 "image/x-macpaint",                     "fmt/1429 x-fmt/161",                        "mac pnt pntg"},
+    {1520, "CorelDRAW drawing, version 1 or 2",                              corelDrawType,                          "fmt/466 fmt/467",                           "cdr"},
+    {1521, "CorelDRAW drawing, version 3",                                   corelDrawType,                          "x-fmt/379",                                 "cdr"},
+    {1522, "HP-GL plotter file, by its extension",                           "application/vnd.hp-HPGL",              "fmt/1174 x-fmt/293",                        "hgl hpg hpgl pgl"},
+    {1523, "Graphics file, signature HGB3",                                  "",                                     "",                                          ""},
+    {1524, "Graphics file, signature Falc",                                  "",                                     "",                                          ""},
+    {1525, "Graphics file, signature HGB1",                                  "",                                     "",                                          ""},
+    {1526, "DEBR container with another tag",                                "",                                     "",                                          ""},
+    {1527, "WordPerfect graphics (WPG), version 2",                          "application/x-wpg",                    "fmt/1042",                                  "wpg"},
+    {1528, "Computer Graphics Metafile, binary (CGM)",                       "image/cgm",                            "fmt/303 fmt/304 fmt/305 fmt/306",           "cgm"},
+    {1529, "Excel 2 chart",                                                  "application/vnd.ms-excel",             "fmt/553",                                   "xlc"},
+    {1530, "Excel 3 chart",                                                  "application/vnd.ms-excel",             "fmt/554",                                   "xlc"},
+    {1531, "Excel 4 chart",                                                  "application/vnd.ms-excel",             "x-fmt/126",                                 "xlc"},
+    {1532, "C4CAD drawing",                                                  "",                                     "",                                          ""},
+    {1533, "Graphics file, signature 09 06 00 44",                           "",                                     "",                                          ""},
+    {1534, "Graphics file, signature DOC, with the extension JSH",           "",                                     "",                                          "jsh"},
+    {1535, "JPEG image",                                                     "image/jpeg",                           jpegPuids,                                   "jpg jpeg jpe jfif"},
+    {1536, "Excel chart, version 5.0 or 95, in a compound storage",          "application/vnd.ms-excel",             "",                                          "xlc"},
+    {1537, "CorelDRAW drawing, version 4",                                   corelDrawType,                          "fmt/465",                                   "cdr"},
+    {1538, "PowerPoint 4 presentation (stream PP40)",                        "application/vnd.ms-powerpoint",        "fmt/179 x-fmt/88",                          "ppt"},
+    {1539, "DCX multi-page image",                                           "image/x-dcx",                          "x-fmt/348",                                 "dcx"},
+    {1540, "PowerPoint presentation, little-endian header, version 3",       "application/vnd.ms-powerpoint",        "fmt/1748",                                  "ppt"},
+    {1541, "CorelDRAW drawing, version 5",                                   corelDrawType,                          "fmt/464",                                   "cdr"},
+    {1542, "OS/2 metafile (MET)",                                            "",                                     "x-fmt/67",                                  "met"},
+    {1543, "PowerPoint 95 presentation",                                     "application/vnd.ms-powerpoint",        "fmt/125",                                   "ppt"},
+    {1544, "AutoCAD DXF text",                                               "image/vnd.dxf",                        "fmt/63",                                    "dxf"},
+    {1545, "AutoCAD DXF, binary",                                            "image/vnd.dxf",                        "fmt/1394",                                  "dxf"},
+    {1546, "AutoCAD DXB",                                                    "",                                     "fmt/54",                                    "dxb"},
+    {1547, "Freelance presentation, text FREELANCE at 4",                    "application/vnd.lotus-freelance",      "",                                          "pre"},
+    {1548, "PowerPoint presentation, big-endian header, version 3",          "application/vnd.ms-powerpoint",        "fmt/1867",                                  "ppt"},
+    {1549, "PowerPoint 4 presentation, class 00044851",                      "application/vnd.ms-powerpoint",        "fmt/179 x-fmt/88",                          "ppt"},
+    {1550, "WordPerfect family file, product 0F, file type 0F or 10",        "",                                     "",                                          ""},
+    {1551, "Bitmap at offset 102 (12-byte header)",                          "",                                     "",                                          ""},
+    {1552, "AutoCAD drawing, AC1009 (release 11 or 12)",                     "image/vnd.dwg",                        "fmt/32",                                    "dwg"},
+    {1553, "AutoCAD drawing, AC1012 (release 13)",                           "image/vnd.dwg",                        "fmt/33",                                    "dwg"},
+    {1554, "PostScript with the Adobe comment",                              "application/postscript",               postScriptPuids,                             "ps eps"},
+    {1555, "Presentations slide show or other WordPerfect family storage",   "",                                     "",                                          "shw"},
+    {1556, "WordPerfect family graphics in a compound storage",              "",                                     "",                                          ""},
+    {1557, "PDF document",                                                   "application/pdf",                      pdfPuids,                                    "pdf"},
+    {1558, "Vector graphics with the text MakerVector",                      "",                                     "",                                          ""},
+    {1559, "Sun raster image",                                               "image/x-sun-raster",                   "x-fmt/184",                                 "ras sun"},
+    {1560, "AutoShade rendering slide",                                      "",                                     "fmt/1044",                                  "rnd"},
+    {1561, "Graphics file that starts with 32 bytes of FF",                  "",                                     "",                                          ""},
+    {1562, "PowerPoint presentation, little-endian header, version 4",       "application/vnd.ms-powerpoint",        "",                                          "ppt"},
+    {1563, "PowerPoint presentation, big-endian header, version 4",          "application/vnd.ms-powerpoint",        "",                                          "ppt"},
+    {1564, "Windows enhanced metafile (EMF)",                                "image/emf",                            "fmt/344 fmt/345 x-fmt/153",                 "emf"},
+    {1565, "GEM metafile",                                                   "",                                     "",                                          "gem"},
+    {1566, "PowerPoint presentation for Macintosh, MacBinary type SLD3",     "",                                     "",                                          ""},
+    {1567, "PowerPoint file for Macintosh, MacBinary type SLD3, other data", "",                                     "",                                          ""},
+    {1568, "Graphics file, signature DC FE D2 01 or DC FE 18 02",            "",                                     "",                                          ""},
+    {1569, "IGES drawing",                                                   "model/iges",                           "x-fmt/158",                                 "igs iges"},
+    {1570, "Graphics in marked records, group codes 7E and 7F",              "",                                     "",                                          ""},
+    {1571, "X bitmap (XBM)",                                                 "image/x-xbitmap",                      "x-fmt/207 x-fmt/299",                       "xbm"},
+    {1572, "X pixmap (XPM)",                                                 "image/x-xpixmap",                      "x-fmt/208",                                 "xpm"},
+    {1573, "CALS raster image",                                              "",                                     "x-fmt/28",                                  "cal cals"},
+    {1574, "PNG image",                                                      "image/png",                            "fmt/11 fmt/12 fmt/13",                      "png"},
+    {1575, "X window dump (XWD)",                                            "image/x-xwindowdump",                  "fmt/401",                                   "xwd xdm"},
+    {1576, "Corel metafile exchange image (CMX)",                            "image/x-cmx",                          "x-fmt/34 x-fmt/35",                         "cmx"},
+    {1577, "Graphics file that starts with the sequence ESC *t1gW",          "",                                     "",                                          ""},
+    {1578, "Graphics file, 01 12 and 04 at 3, or 01 0A and 02 at 3",         "",                                     "",                                          ""},
+    {1579, "Designer drawing in a compound storage",                         "",                                     "",                                          ""},
+    {1580, "PostScript",                                                     "application/postscript",               "",                                          "ps eps"},
+    {1581, "PowerPoint presentation, version 97 to 2003",                    "application/vnd.ms-powerpoint",        powerPoint97Puids,                           "ppt pps pot"},
+    {1582, "CorelDRAW drawing, version 6",                                   corelDrawType,                          "x-fmt/29",                                  "cdr"},
+    {1583, "CorelDRAW drawing, version 7",                                   corelDrawType,                          "x-fmt/291",                                 "cdr"},
+    {1585, "AutoCAD drawing, other AC10 version",                            "image/vnd.dwg",                        "",                                          "dwg"},
+    {1586, "Visio drawing, version 4",                                       "application/vnd.visio",                "fmt/1510",                                  "vsd vss vst vsw"},
+    {1587, "AutoCAD drawing, AC1013 or AC1014 (release 13 or 14)",           "image/vnd.dwg",                        "fmt/33 fmt/34",                             "dwg"},
+    {1588, "Portable bitmap (PBM)",                                          "image/x-portable-bitmap",              "fmt/409 x-fmt/164",                         "pbm"},
+    {1589, "Portable graymap (PGM)",                                         "image/x-portable-graymap",             "fmt/406 fmt/407",                           "pgm"},
+    {1590, "Portable pixmap (PPM)",                                          "image/x-portable-pixmap",              "fmt/408 x-fmt/178",                         "ppm"},
+    {1591, "Adobe Photoshop image",                                          "image/vnd.adobe.photoshop",            "fmt/996 x-fmt/92",                          "psd psb pdd"},
+    {1592, "PowerPoint 95 and 97 presentation (dual storage)",               "application/vnd.ms-powerpoint",        "fmt/125 fmt/126",                           "ppt"},
+    {1593, "Paint Shop Pro image",                                           "",                                     "",                                          "psp pspimage"},
+    {1594, "FlashPix image",                                                 "image/vnd.fpx",                        "x-fmt/56",                                  "fpx"},
+    {1595, "Visio drawing, version 5",                                       "application/vnd.visio",                "x-fmt/113",                                 "vsd vss vst"},
+    {1596, "CorelDRAW drawing, version 8",                                   corelDrawType,                          "fmt/1924 x-fmt/292",                        "cdr"},
+    {1597, "Visio drawing, version 2000 or 2002",                            "application/vnd.visio",                "x-fmt/258",                                 "vsd vss vst"},
+    {1598, "CorelDRAW drawing, version 9",                                   corelDrawType,                          "x-fmt/374",                                 "cdr"},
+    {1599, "JPEG image, progressive",                                        "image/jpeg",                           jpegPuids,                                   "jpg jpeg jpe jfif"},
+    {1600, "PowerPoint presentation, version 97 to 2003, without a class",   "application/vnd.ms-powerpoint",        powerPoint97Puids,                           "ppt pps pot"},
+    {1601, "Graphics in records of the classes 8, 9 and 10",                 "",                                     "",                                          ""},
+    {1602, "Windows bitmap, version 5 (124-byte header)",                    "image/bmp",                            "fmt/119",                                   "bmp dib"},
+    {1603, "Wireless bitmap (WBMP)",                                         "image/vnd.wap.wbmp",                   "fmt/497",                                   "wbmp"},
+    {1604, "Graphics text that opens with a Frame tag",                      "",                                     "",                                          ""},
+    {1605, "PowerPoint presentation, little-endian header, version 2",       "application/vnd.ms-powerpoint",        "fmt/1747",                                  "ppt"},
+    {1606, "Graphics in a compound storage, class A25250C4",                 "",                                     "",                                          ""},
+    {1607, "Visio drawing, version 3 or earlier",                            "application/vnd.visio",                "fmt/1508 fmt/1509",                         "vsd vss vst"},
+    {1608, "Designer drawing in a compound storage, other version",          "",                                     "",                                          ""},
+    {1610, "StarOffice Impress presentation, version 5",                     "application/vnd.stardivision.impress", "x-fmt/360",                                 "sdd vor"},
+    {1611, "Adobe Illustrator file in PDF form",                             "",                                     illustratorPuids,                            "ai"},
+    {1612, "AutoCAD drawing, AC1015 (2000)",                                 "image/vnd.dwg",                        "fmt/35",                                    "dwg"},
+    {1613, "AutoCAD drawing, AC1002 (version 2.5)",                          "image/vnd.dwg",                        "fmt/28",                                    "dwg"},
+    {1614, "AutoCAD drawing, AC1003 (version 2.6)",                          "image/vnd.dwg",                        "fmt/29",                                    "dwg"},
+    {1615, "AutoCAD drawing, AC1004 (release 9)",                            "image/vnd.dwg",                        "fmt/30",                                    "dwg"},
+    {1616, "AutoCAD drawing, AC1006 (release 10)",                           "image/vnd.dwg",                        "fmt/31",                                    "dwg"},
+    {1617, "Graphics file, signature 00 36 00 36",                           "",                                     "",                                          ""},
+    {1618, "QuarkXPress document, big-endian, version bytes 39 and 38",      quarkXPressType,                        "",                                          "qxd"},
+    {1619, "QuarkXPress document, big-endian, version bytes 3C",             quarkXPressType,                        "",                                          "qxd"},
+    {1620, "QuarkXPress document, big-endian, version bytes 3F",             quarkXPressType,                        "",                                          "qxd"},
+    {1621, "QuarkXPress document, big-endian, version bytes 41",             quarkXPressType,                        "",                                          "qxd"},
+    {1622, "QuarkXPress document, little-endian, version bytes 3F",          quarkXPressType,                        "",                                          "qxd"},
+    {1623, "QuarkXPress document, little-endian, version bytes 41",          quarkXPressType,                        "",                                          "qxd"},
+    {1624, "QuarkXPress document, little-endian, version bytes 42",          quarkXPressType,                        "",                                          "qxd"},
+    {1626, "OpenOffice.org 1 drawing (SXD)",                                 "application/vnd.sun.xml.draw",         "fmt/127",                                   "sxd std"},
+    {1627, "OpenOffice.org 1 presentation (SXI)",                            "application/vnd.sun.xml.impress",      "fmt/130",                                   "sxi sti"},
+    {1629, "CorelDRAW drawing, version 10",                                  corelDrawType,                          "x-fmt/375",                                 "cdr"},
+    {1630, "CorelDRAW drawing, version 11",                                  corelDrawType,                          "x-fmt/378",                                 "cdr"},
+    {1631, "Visio drawing, version 2003 to 2010",                            "application/vnd.visio",                "fmt/443",                                   "vsd vss vst"},
+    {1632, "OpenDocument drawing (ODG)",                                     odgType,                                "fmt/139 fmt/296 fmt/297 fmt/1753 fmt/2048", "odg otg"},
+    {1633, "OpenDocument presentation (ODP)",                                odpType,                                "fmt/138 fmt/292 fmt/293 fmt/1754 fmt/2046", "odp otp"},
+    {1634, "AutoCAD drawing, AC1018 (2004)",                                 "image/vnd.dwg",                        "fmt/36",                                    "dwg"},
+    {1635, "Office Open XML presentation (PPTX)",                            pptxType,                               "fmt/189 fmt/215",                           "pptx pptm ppsx ppsm potx potm"},
+    {1636, "XPS document",                                                   "application/vnd.ms-xpsdocument",       "",                                          "xps"},
+    {1637, "Encrypted Office Open XML presentation",                         "",                                     "fmt/494",                                   "pptx pptm ppsx potx"},
+    {1638, "AutoCAD drawing, AC1021 (2007)",                                 "image/vnd.dwg",                        "x-fmt/455",                                 "dwg"},
+    {1639, "OS/2 bitmap, version 2 (64-byte header)",                        "image/bmp",                            "x-fmt/270",                                 "bmp"},
+    {1640, "StarView metafile (SVM)",                                        "",                                     "",                                          "svm"},
+    {1641, "Graphics file, signature DC FE, with FF FF at 8 and 14",         "",                                     "",                                          ""},
+    {1650, "WordPerfect family file, product 15, file type 0A or 0C",        "",                                     "",                                          ""},
+    {1651, "Graphics file, signature 00 01 90 81 8E 93, 01 or 03 at 26",     "",                                     "",                                          ""},
+    {1652, "Graphics file, signature 00 01 90 81 8E 93, 00 at 26",           "",                                     "",                                          ""},
+    // multimedia
+    {1700, "WAVE audio",                                  "audio/x-wav",                   "fmt/6 fmt/141 fmt/142 fmt/143",   "wav wave"},
+    {1701, "AVI video",                                   "video/x-msvideo",               "fmt/5",                           "avi"},
+    {1702, "MIDI file",                                   "audio/midi",                    "x-fmt/230",                       "mid midi"},
+    {1703, "Director movie, compressed (RIFX form FGDM)", "application/x-director",        "fmt/486",                         "dcr"},
+    {1704, "Flash movie, version 4 to 7",                 "application/x-shockwave-flash", "fmt/107 fmt/108 fmt/109 fmt/110", "swf"},
+    {1705, "QuickTime movie",                             "video/quicktime",               "x-fmt/384",                       "mov qt"},
+    {1706, "MP3 audio with an ID3 version 1 tag",         "audio/mpeg",                    "fmt/134",                         "mp3"},
+    {1707, "MP3 audio with an ID3 version 2 tag",         "audio/mpeg",                    "fmt/134",                         "mp3"},
+    {1708, "File with an ID3 version 1 tag, other audio", "",                              "",                                ""},
+    {1709, "File with an ID3 version 2 tag, other audio", "",                              "",                                ""},
+    {1710, "MPEG-1 audio, layer 3",                       "audio/mpeg",                    "fmt/134",                         "mp3"},
+    {1711, "MPEG-1 audio, layer 1",                       "audio/mpeg",                    "fmt/347",                         "mp1"},
+    {1712, "MPEG-1 audio, layer 2",                       "audio/mpeg",                    "fmt/198",                         "mp2 mpa"},
+    {1713, "MPEG-2 audio, layer 1",                       "audio/mpeg",                    "fmt/347",                         "mp1"},
+    {1714, "MPEG-2 audio, layer 2",                       "audio/mpeg",                    "fmt/198",                         "mp2 mpa"},
+    {1715, "MPEG-2 audio, layer 3",                       "audio/mpeg",                    "fmt/134",                         "mp3"},
+    // archives, executables and code
+    {1800, "DOS or Windows executable",                         "",                                  "fmt/899 fmt/900 x-fmt/409 x-fmt/410 x-fmt/411", "exe dll sys"},
+    {1802, "ZIP archive",                                       "application/zip",                   "x-fmt/263",                                     "zip"},
+    {1803, "ZIP archive, self-extracting",                      "",                                  "",                                              "exe"},
+    {1804, "ARC archive",                                       "application/x-arc",                 "",                                              "arc"},
+    {1805, "Microsoft Office binder",                           "application/x-msbinder",            binderPuids,                                     "obd obt obz"},
+    {1806, "UNIX compressed file (compress)",                   "application/x-compress",            "fmt/1671",                                      "z"},
+    {1807, "tar archive",                                       "application/x-tar",                 "x-fmt/265",                                     "tar"},
+    {1808, "File with the signature 32 5E 10 10",               "",                                  "",                                              ""},
+    {1809, "WordPerfect family file, file type 1D, version 0B", "",                                  "",                                              ""},
+    {1810, "File with the signature 50 C3",                     "",                                  "",                                              ""},
+    {1811, "File with the signature B2 97 E1 69",               "",                                  "",                                              ""},
+    {1812, "StuffIt archive",                                   "application/x-stuffit",             "fmt/1459 fmt/1460",                             "sit"},
+    {1813, "LHA archive",                                       "application/x-lha",                 "fmt/626",                                       "lzh lha"},
+    {1814, "LHA archive, self-extracting",                      "",                                  "",                                              "exe"},
+    {1815, "gzip file",                                         "application/gzip",                  "x-fmt/266",                                     "gz tgz"},
+    {1816, "Java class file",                                   "application/java-vm",               "x-fmt/415",                                     "class"},
+    {1817, "Mailbox file (mbox)",                               "application/mbox",                  "fmt/720",                                       "mbox"},
+    {1819, "Encrypted Office Open XML file",                    "",                                  "fmt/494",                                       ""},
+    {1820, "Microsoft Cabinet archive",                         "application/vnd.ms-cab-compressed", "x-fmt/414",                                     "cab"},
+    // not known
+    {1999, "Unknown format", "", "", ""},
+    // XML documents told by their namespace
+    {2001, "Veloxine XML document, namespace veloxine",    "application/xml", xmlPuids,          "xml"},
+    {2002, "Veloxine XML document, namespace veloxine2",   "application/xml", xmlPuids,          "xml"},
+    {2003, "Veloxine XML document, namespace veloxine3",   "application/xml", xmlPuids,          "xml"},
+    {2004, "Veloxine XML document, namespace veloxine4",   "application/xml", xmlPuids,          "xml"},
+    {2005, "Veloxine XML document, namespace veloxine5",   "application/xml", xmlPuids,          "xml"},
+    {2006, "Veloxine XML document, namespace veloxine5_1", "application/xml", xmlPuids,          "xml"},
+    {2007, "Lotus DXL document",                           "application/xml", "fmt/571 fmt/572", "dxl"},
+    // text
+    {4005, "Text of 8-bit characters",              "text/plain",               "",                   "txt"},
+    {4022, "Text of 7-bit characters",              "text/plain",               "x-fmt/22 x-fmt/111", "txt"},
+    {4025, "UTF-8 text with a byte order mark",     "text/plain",               "x-fmt/16",           "txt"},
+    {4050, "Uuencoded file",                        "text/x-uuencode",          "fmt/1102",           "uue uu"},
+    {4051, "Uuencoded lines without a header",      "",                         "",                   "uue uu"},
+    {4052, "Xxencoded file",                        "",                         "",                   "xxe"},
+    {4053, "Xxencoded lines without a header",      "",                         "",                   "xxe"},
+    {4054, "yEnc file, one part",                   "",                         "fmt/1100",           "yenc ync"},
+    {4055, "yEnc file, a later part of several",    "",                         "fmt/1100",           "yenc ync"},
+    {4056, "BinHex 4.0 file",                       "application/mac-binhex40", "x-fmt/416",          "hqx"},
+    {4057, "BinHex 4.0 lines without the notice",   "",                         "",                   "hqx"},
+    // two metafile and picture forms
+    {5000, "Windows metafile without a placeable header",          "image/wmf",    "x-fmt/119", "wmf"},
+    {5004, "PICT picture, version 2, without the 512-byte header", "image/x-pict", "fmt/341",   "pct pict"},
+    // clang-format on
+};
+
+constexpr std::size_t formatCount = std::size(formatRecords);
+constexpr std::size_t longestName = 100;  // bytes, so that hosts can do with a buffer of 101
+
+// The checks return the identifier of the first record that breaks the rule, 0 when none does, so that the compiler's
+// message names the record.
+
+constexpr std::uint16_t FIFirstRecordOutOfOrder() {
+    for (std::size_t i = 1; i < formatCount; ++i) {
+        if (formatRecords[i - 1].fiid >= formatRecords[i].fiid) return formatRecords[i].fiid;
+    }
+    return 0;
+}
+
+constexpr bool FIIsPlainName(std::string_view name) {
+    if (name.empty() || name.size() > longestName || name.front() == ' ' || name.back() == ' ') return false;
+    for (const char character : name) {
+        if (character < ' ' || character > '~') return false;
+    }
+    return true;
+}
+
+constexpr std::uint16_t FIFirstRecordWithoutPlainName() {
+    for (const FIFormatRecord& record : formatRecords) {
+        if (!FIIsPlainName(record.name)) return record.fiid;
+    }
+    return 0;
+}
+
+// FNV-1a, 64 bits: comparing sums costs the compiler far less than comparing names.
+constexpr std::uint64_t FIHashName(std::string_view name) {
+    constexpr std::uint64_t offsetBasis = 0xCBF29CE484222325U;
+    constexpr std::uint64_t prime = 0x100000001B3U;
+    std::uint64_t hash = offsetBasis;
+    for (const char character : name) {
+        hash = (hash ^ static_cast<std::uint8_t>(character)) * prime;
+    }
+    return hash;
+}
+
+constexpr std::array<std::uint64_t, formatCount> FIHashNames() {
+    std::array<std::uint64_t, formatCount> hashes{};
+    for (std::size_t i = 0; i < formatCount; ++i) hashes[i] = FIHashName(formatRecords[i].name);
+    return hashes;
+}
+
+constexpr std::array<std::uint64_t, formatCount> nameHashes = FIHashNames();
+
+constexpr std::uint16_t FIFirstRecordWithUsedName() {
+    const std::uint64_t* const hashes = nameHashes.data();
+    for (std::size_t i = 1; i < formatCount; ++i) {
+        for (std::size_t earlier = 0; earlier < i; ++earlier) {
+            if (hashes[earlier] == hashes[i]) return formatRecords[i].fiid;
+        }
+    }
+    return 0;
+}
+
+static_assert(formatCount == 427, "one record for each identifier");
+static_assert(FIFirstRecordOutOfOrder() == 0, "the records stand in the order of their identifiers");
+static_assert(FIFirstRecordWithoutPlainName() == 0, "a name is 1 to 100 printable ASCII characters");
+static_assert(FIFirstRecordWithUsedName() == 0, "no two formats have one name");
+
+}  // namespace
+
+std::span<const FIFormatRecord> FIFormatRecords() { return formatRecords; }
+
+const FIFormatRecord* FIFindFormatRecord(std::uint16_t fiid) {
+    const auto* const found = std::ranges::lower_bound(formatRecords, fiid, {}, &FIFormatRecord::fiid);
+    return found != std::end(formatRecords) && found->fiid == fiid ? found : nullptr;
+}

@@ -1,0 +1,148 @@
+// plain_file.cpp - handles over regular files and block devices.
+//
+// The file's head is kept in a window of the handle's own. An identification makes many small reads near the start;
+// they cost one system call between them, so that a file which is decided there costs open, fstat, one pread and close.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "platform/byte_objects.h"
+
+namespace {
+
+// The window holds all that the routines look at near the start: 4,096 bytes and what stands behind.
+constexpr std::uint32_t windowBytes = 8192;
+
+struct UTPlainFile {
+    UTHandle handle;  // first
+    int descriptor;
+    bool ownsDescriptor;
+    bool windowRead;
+    bool sizeKnown;  // false for files that tell no size but may hold bytes, as under /proc
+    std::uint64_t size;
+    std::uint32_t windowFilled;
+    std::uint8_t window[windowBytes];
+};
+
+UTPlainFile& UTPlainFileOf(UTHandle& handle) {
+    return reinterpret_cast<UTPlainFile&>(handle);  // handle is the first member
+}
+
+// Reads until size bytes have come or the file ends, over interrupted and short system reads. An error counts when
+// nothing came in front of it.
+std::int32_t UTReadFully(int descriptor, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
+                         std::uint32_t& count) {
+    count = 0;
+    while (count < size) {
+        const ssize_t came = pread(descriptor, destination + count, size - count, static_cast<off_t>(offset + count));
+        if (came < 0 && errno == EINTR) continue;
+        if (came < 0) return count > 0 ? 0 : -1;
+        if (came == 0) break;
+        count += static_cast<std::uint32_t>(came);
+    }
+    return 0;
+}
+
+// A file that tells its size is not asked for more, which would cost a second call that finds the end.
+std::int32_t UTReadWindow(UTPlainFile& file) {
+    if (file.windowRead) return 0;
+    const std::uint64_t wanted = file.sizeKnown ? std::min<std::uint64_t>(file.size, windowBytes) : windowBytes;
+    const std::int32_t status =
+        UTReadFully(file.descriptor, 0, file.window, static_cast<std::uint32_t>(wanted), file.windowFilled);
+    file.windowRead = status == 0;
+    return status;
+}
+
+std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                             std::uint32_t& count) {
+    UTPlainFile& file = UTPlainFileOf(handle);
+    auto* const bytes = static_cast<std::uint8_t*>(destination);
+    count = 0;
+    if (file.sizeKnown && offset >= file.size) return 0;
+    if (offset < windowBytes || !file.sizeKnown) {
+        if (UTReadWindow(file) != 0) return -1;
+        if (offset < file.windowFilled) {
+            const auto start = static_cast<std::uint32_t>(offset);
+            count = std::min(size, file.windowFilled - start);
+            std::memcpy(bytes, file.window + start, count);
+        }
+        if (count == size || file.windowFilled < windowBytes) return 0;
+    }
+    std::uint32_t further = 0;
+    const std::int32_t status = UTReadFully(file.descriptor, offset + count, bytes + count, size - count, further);
+    if (status != 0) return count > 0 ? 0 : status;
+    count += further;
+    return 0;
+}
+
+std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTPlainFileOf(handle).size; }
+
+void UTReleasePlainFile(UTHandle& handle) {
+    const UTPlainFile& file = UTPlainFileOf(handle);
+    if (file.ownsDescriptor) close(file.descriptor);
+}
+
+constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile};
+
+// Tells the size, or -1 with errno set for a kind of file that is refused.
+std::int32_t UTMeasureDescriptor(int descriptor, std::uint64_t& size) {
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0) return -1;
+    if (S_ISREG(status.st_mode)) {
+        size = static_cast<std::uint64_t>(status.st_size);
+        return 0;
+    }
+    if (S_ISBLK(status.st_mode)) {
+        const off_t end = lseek(descriptor, 0, SEEK_END);
+        if (end < 0) return -1;
+        size = static_cast<std::uint64_t>(end);
+        return 0;
+    }
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return -1;
+}
+
+UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
+    std::uint64_t size = 0;
+    if (UTMeasureDescriptor(descriptor, size) != 0) return nullptr;
+    UTHandle* const handle = UTNewHandle(plainFileKind, sizeof(UTPlainFile), nullptr);
+    if (handle == nullptr) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+    UTPlainFile& file = UTPlainFileOf(*handle);
+    file.descriptor = descriptor;
+    file.ownsDescriptor = ownsDescriptor;
+    file.windowRead = false;
+    file.sizeKnown = size > 0;
+    file.size = size;
+    file.windowFilled = 0;
+    return handle;
+}
+
+}  // namespace
+
+UTHandle* UTOpenPath(const char* path) {
+    // O_NONBLOCK: opening a FIFO must not wait for its other end. It has no effect on regular files.
+    const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0) return nullptr;
+    UTHandle* const handle = UTNewPlainFile(descriptor, true);
+    if (handle == nullptr) {
+        const int reason = errno;
+        close(descriptor);
+        errno = reason;
+        return nullptr;
+    }
+    UTSetNarrowName(*handle, path);
+    return handle;
+}
+
+UTHandle* UTOpenDescriptor(const IODescriptorSpec& specification) {
+    UTHandle* const handle = UTNewPlainFile(specification.descriptor, false);
+    if (handle != nullptr) UTSetNarrowName(*handle, specification.name);
+    return handle;
+}

@@ -1,0 +1,18 @@
+// set_info.cpp - IOSetInfo. The function stands in a file of its own, so that a program linked with the static library
+// can bring its own.
+#include "platform/archive.h"
+#include "platform/base_utility.h"
+
+namespace {
+
+constexpr std::uint32_t archiveSelector = 39;
+constexpr std::uint32_t archiveMember = 2;
+
+}  // namespace
+
+extern "C" std::int32_t IOSetInfo(HIOFILE handle, std::uint32_t selector, std::uint32_t member, const void*) {
+    const UTHandle* const known = UTFindHandle(handle);
+    const bool settable =
+        known != nullptr && UTIsArchive(*known) && selector == archiveSelector && member == archiveMember;
+    return settable ? 0 : -1;
+}

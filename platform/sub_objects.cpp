@@ -1,0 +1,49 @@
+// sub_objects.cpp - IOOpenSub: which function opens which kind.
+#include "platform/sub_objects.h"
+
+#include "platform/archive.h"
+#include "platform/compound_storage.h"
+#include "platform/handle.h"
+#include "platform/range.h"
+
+namespace {
+
+UTHandle* UTOpenKind(HIOFILE file, std::uint32_t kind, const void* specification) {
+    switch (kind) {
+        case IOSUB_ARCHIVE: {
+            UTHandle* const parent = UTFindHandle(file);
+            return parent != nullptr ? UTOpenArchive(*parent) : nullptr;
+        }
+        case IOSUB_RANGE: {
+            const auto& range = *static_cast<const IOSubRangeSpec*>(specification);
+            UTHandle* const parent = UTFindHandle(range.parent);
+            return parent != nullptr ? UTOpenRange(*parent, range.start, range.end) : nullptr;
+        }
+        case IOSUB_STREAM:
+        case IOSUB_STORAGE: {
+            const auto& object = *static_cast<const IOSubSpec*>(specification);
+            UTHandle* const parent = UTFindHandle(object.parent);
+            if (parent == nullptr) return nullptr;
+            return kind == IOSUB_STREAM ? UTOpenStream(*parent, object.name) : UTOpenSubStorage(*parent, object.name);
+        }
+        case IOSUB_MEMBER: {
+            const auto& member = *static_cast<const IOSubMemberSpec*>(specification);
+            UTHandle* const parent = UTFindHandle(member.parent);
+            return parent != nullptr ? UTOpenMember(*parent, member.name) : nullptr;
+        }
+        default:  // IOSUB_DERIVED among them: what its methods do to the bytes is not known
+            return nullptr;
+    }
+}
+
+}  // namespace
+
+std::int32_t UTOpenSubObject(HIOFILE* out, std::uint32_t kind, const void* specification, std::uint32_t) {
+    const HIOFILE parent = *out;  // counts for an archive only
+    *out = nullptr;
+    if (specification == nullptr && kind != IOSUB_ARCHIVE) return -1;
+    UTHandle* const handle = UTOpenKind(kind == IOSUB_ARCHIVE ? parent : nullptr, kind, specification);
+    if (handle == nullptr) return -1;
+    *out = UTHandleFile(*handle);
+    return 0;
+}

@@ -1,0 +1,45 @@
+// zip_directory.h - the central directory of a ZIP archive: where it stands, and what it tells about a member.
+//
+// The directory is never loaded. Every look-up walks it in the file, entry by entry, through a small buffer, so an
+// archive of a million members costs no more memory than one of three, and one that claims four thousand million
+// members costs nothing but the look at what is there.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/handle.h"
+
+// Where the directory stands. All offsets in it are told from the archive's start, which is not the file's start when
+// something was put in front of a finished archive; shift makes the one of the other.
+struct ZADirectory {
+    std::uint64_t start;  // of the first entry, in the file
+    std::uint64_t size;   // in bytes
+    std::uint64_t shift;  // to be added to an offset that an entry tells, with wrap-around
+};
+
+// What an entry tells about its member.
+struct ZAEntry {
+    std::uint16_t flags;
+    std::uint16_t method;        // 0: stored; 8: deflated
+    std::uint32_t checksum;      // CRC-32
+    std::uint64_t packedSize;    // bytes in the archive
+    std::uint64_t size;          // bytes unpacked
+    std::uint64_t headerOffset;  // of the local header, as the entry tells it
+};
+
+// A larger directory is not read: it would have some two million members or more, and a look-up would take seconds.
+inline constexpr std::uint64_t largestZipDirectory = std::uint64_t{256} << 20;
+
+// Finds the directory of the archive in a file: the one of the last end record behind which every entry can be read.
+// The counts of members and of volumes are not looked at, for the directory's size says it all. Returns whether there
+// is one.
+bool ZAFindDirectory(UTHandle& file, ZADirectory& directory);
+
+// Finds the first entry of a name, by its bytes; without regard to the case of ASCII letters if anyCase. Returns
+// whether there is one.
+bool ZAFindEntry(UTHandle& file, const ZADirectory& directory, std::string_view name, bool anyCase, ZAEntry& entry);
+
+// Finds the first byte of a member's data by its local header. Returns whether the header stands where the entry says;
+// the data may still lie behind the end of the file.
+bool ZAFindData(UTHandle& file, const ZADirectory& directory, const ZAEntry& entry, std::uint64_t& offset);

@@ -1,0 +1,278 @@
+// The entries and the walk: names and extensions, storages, options, statuses, and the state of the handle afterwards.
+#include "core/driver.h"
+
+#include <gtest/gtest.h>
+
+#include "fiid.h"
+#include "platform/base_utility.h"
+#include "support/probe_case.h"
+#include "support/process_heap.h"
+#include "support/test_handle.h"
+
+namespace {
+
+FIID Identify(TestHandle& handle, std::uint32_t flags = 0) {
+    FIID fiid = 77;
+    EXPECT_EQ(FIIdHandle(FIFileOf(handle), flags, &fiid), 0);
+    return fiid;
+}
+
+// ---- The extension
+// ----------------------------------------------------------------------------------------------------
+
+// 1522 is HP-GL, told by the extension PGL alone.
+constexpr FIID byExtension = 1522;
+
+struct NameCase {
+    const char* name;
+    const char* fileName;
+    FIID answer;
+};
+void PrintTo(const NameCase& nameCase, std::ostream* out) { *out << nameCase.name; }
+
+const NameCase nameCases[] = {
+    // clang-format off
+    {"Plain",                      "a.PGL",         byExtension},
+    {"LowerCase",                  "a.pgl",         byExtension},
+    {"MixedCase",                  "a.pGl",         byExtension},
+    {"LeadingDotCounts",           ".pgl",          byExtension},
+    {"LastDotCounts",              "a.b.pgl",       byExtension},
+    {"OtherThenLastDot",           "a.pgl.b",       formatNotKnown},
+    {"NoDot",                      "pgl",           formatNotKnown},
+    {"DotAtTheEnd",                "pgl.",          formatNotKnown},
+    {"Empty",                      "",              formatNotKnown},
+    {"LongerExtension",            "a.pglx",        byExtension},
+    {"CutAfterFourCharacters",     "a.PGLDOCUMENT", byExtension},
+    {"ShorterExtension",           "a.pg",          formatNotKnown},
+    {"DirectoryAndNoDotInTheName", "d.pgl/a",       byExtension},
+    {"HighByteIsKept",             "a.pg\xCC",      formatNotKnown},
+    // clang-format on
+};
+
+class FileName : public testing::TestWithParam<NameCase> {};
+
+TEST_P(FileName, GivesItsExtension) {
+    const auto handle = FIMakeTestHandle("", GetParam().fileName);
+    EXPECT_EQ(Identify(*handle), GetParam().answer);
+}
+
+TEST_P(FileName, GivesItsExtensionInWideUnits) {
+    const auto handle = FIMakeTestHandle("");
+    for (const char* byte = GetParam().fileName; *byte != '\0'; ++byte) {
+        handle->wideName += static_cast<char16_t>(static_cast<std::uint8_t>(*byte));
+    }
+    EXPECT_EQ(Identify(*handle), GetParam().answer);
+}
+
+INSTANTIATE_TEST_SUITE_P(Driver, FileName, testing::ValuesIn(nameCases),
+                         [](const auto& nameCase) { return nameCase.param.name; });
+
+TEST(Driver, WideCharacterCountsByItsLowByte) {
+    const auto handle = FIMakeTestHandle("");
+    handle->wideName = u"a.PG\u014C";  // 4C is L
+    EXPECT_EQ(Identify(*handle), byExtension);
+}
+
+TEST(Driver, WideDotIsComparedInAllBits) {
+    const auto handle = FIMakeTestHandle("");
+    handle->wideName = u"a\u012EPGL";  // 2E is a dot, 012E is none
+    EXPECT_EQ(Identify(*handle), formatNotKnown);
+}
+
+TEST(Driver, ExtensionTxt2ComesFromTxt2x) {
+    // The rows for JSH and DAT and the like compare a prefix; the routine for news articles gets the extension cut
+    // to 4.
+    const auto handle = FIMakeTestHandle("Newsgroups: a\nMessage-ID: b\n", "report.nws2x");
+    EXPECT_EQ(Identify(*handle), 1194);
+}
+
+// ---- The walk
+// ---------------------------------------------------------------------------------------------------------
+
+TEST(Driver, FirstRowWithAResultDecides) {
+    std::uint16_t row = 0;
+    EXPECT_EQ(FIIdentifyBytes("%PDF-1.4", "a.ai", 0, &row), 1611);
+    EXPECT_EQ(row, 99);
+    EXPECT_EQ(FIIdentifyBytes("%PDF-1.4", "a.pdf", 0, &row), 1557);
+    EXPECT_EQ(row, 101);
+}
+
+TEST(Driver, HandleStandsAtTheStartAfterwards) {
+    for (const char* bytes : {"GIF89a", "", "plain text"}) {
+        const auto handle = FIMakeTestHandle(bytes);
+        Identify(*handle, FIFlagExtendedText);
+        char byte = 0;
+        std::uint32_t count = 0;
+        EXPECT_EQ(handle->file.operations.IORead(FIFileOf(*handle), &byte, 1, &count), 0);
+        EXPECT_EQ(count, bytes[0] == '\0' ? 0U : 1U);
+        EXPECT_EQ(byte, bytes[0]);
+    }
+}
+
+TEST(Driver, UnreadableFileComesOutThroughTheExtensionOrAsText) {
+    const auto handle = FIMakeTestHandle("GIF89a", "a.gif");
+    handle->failReadsFrom = 0;
+    EXPECT_EQ(Identify(*handle), formatNotKnown);
+    handle->name = "a.pgl";
+    EXPECT_EQ(Identify(*handle), byExtension);
+}
+
+TEST(Driver, ExhaustedMemoryIsAFailureWith1999) {
+    const auto handle = FIMakeTestHandle("GIF89a");
+    handle->position = 3;
+    FIID fiid = 77;
+    FIFailAllocationsFrom(0);
+    EXPECT_EQ(FIIdHandle(FIFileOf(*handle), 0, &fiid), -1);
+    FIHeapNeverFails();
+    EXPECT_EQ(fiid, formatNotKnown);
+    EXPECT_EQ(handle->position, 3U) << "the handle is not moved on this path";
+}
+
+TEST(Driver, NothingIsLeaked) {
+    const std::size_t blocks = FIHeapBlocks();
+    for (const char* bytes : {"GIF89a", "", "plain text\n", "PK\3\4", "BEGIN:VCARD"}) {
+        FIIdentifyBytes(bytes);
+        EXPECT_EQ(FIHeapBlocks(), blocks);
+    }
+}
+
+// ---- Storages
+// ---------------------------------------------------------------------------------------------------------
+
+std::unique_ptr<TestHandle> MakeStorage(const char* classId) {
+    auto handle = FIMakeTestHandle("\xD0\xCF\x11\xE0 and so on");
+    handle->isStorage = true;
+    handle->classId = FIBytes(classId);
+    return handle;
+}
+
+constexpr const char* powerPointClass = "10 8D 81 64 9B 4F CF 11 86 EA 00 AA 00 B9 29 E8";
+constexpr const char* unknownClass = "01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10";
+
+TEST(Driver, StorageIsToldByItsClassIdentifier) {
+    const auto handle = MakeStorage(powerPointClass);
+    EXPECT_EQ(Identify(*handle), 1581);
+    EXPECT_EQ(handle->bytesDelivered, 0U) << "before anything is read";
+}
+
+TEST(Driver, StorageOfUnknownClassIsNotTakenForText) {
+    const auto handle = MakeStorage(unknownClass);
+    handle->bytes = "plain text";
+    EXPECT_EQ(Identify(*handle, FIFlagExtendedText), formatNotKnown);
+}
+
+TEST(Driver, StorageOfUnknownClassGoesThroughTheOtherRows) {
+    const auto handle = MakeStorage(unknownClass);
+    handle->bytes = "GIF89a";
+    EXPECT_EQ(Identify(*handle), 1503);
+    handle->bytes = "";
+    handle->name = "a.pgl";
+    EXPECT_EQ(Identify(*handle), byExtension);
+}
+
+TEST(Driver, StorageWithoutAClassIdentifierIsAPlainFile) {
+    const auto handle = MakeStorage(powerPointClass);
+    handle->hasClassId = false;
+    handle->bytes = "plain text";
+    EXPECT_EQ(Identify(*handle), formatNotKnown);
+    EXPECT_EQ(Identify(*handle, FIFlagExtendedText), 4022);
+}
+
+// ---- Extended text identification
+// ------------------------------------------------------------------------------------
+
+TEST(Driver, TextIsToldWhenTheFlagIsSet) {
+    const auto handle = FIMakeTestHandle("plain text");
+    EXPECT_EQ(Identify(*handle, 0), formatNotKnown);
+    EXPECT_EQ(Identify(*handle, FIFlagExtendedText), 4022);
+    EXPECT_EQ(Identify(*handle, 0xFFFFFFFE), formatNotKnown) << "no other bit has a meaning";
+}
+
+TEST(Driver, TextIsToldWhenTheOptionAllowsIt) {
+    const auto handle = FIMakeTestHandle("plain text");
+    ASSERT_EQ(FIInit(nullptr), 0);
+    EXPECT_EQ(Identify(*handle), formatNotKnown) << "the option is not set";
+    std::uint32_t value = 0xFFFFFFFE;
+    ASSERT_EQ(UTSetOption(UTGetGlobalOptionSet(), UTOptionTextIdentification, &value, sizeof(value)), 0);
+    EXPECT_EQ(Identify(*handle), formatNotKnown) << "bit 0 alone counts";
+    value = 0x00000001;
+    ASSERT_EQ(UTSetOption(UTGetGlobalOptionSet(), UTOptionTextIdentification, &value, sizeof(value)), 0);
+    EXPECT_EQ(Identify(*handle), 4022);
+    ASSERT_EQ(FIDeInit(nullptr), 0);
+    EXPECT_EQ(Identify(*handle), formatNotKnown) << "no option set";
+}
+
+// ---- Files
+// ------------------------------------------------------------------------------------------------------------
+
+TEST(Driver, FileThatCannotBeOpenedIsAFailureWith0) {
+    FIID fiid = 77;
+    EXPECT_EQ(FIIdFile(IOSpecNarrow, "/nonexistent/file", 0, &fiid), -1);
+    EXPECT_EQ(fiid, 0);
+    fiid = 77;
+    char name[8] = "as was";
+    EXPECT_EQ(FIIdFileEx(IOSpecNarrow, "/nonexistent/file", 0, &fiid, name, sizeof(name)), -1);
+    EXPECT_EQ(fiid, 0);
+    EXPECT_STREQ(name, "as was");
+}
+
+TEST(Driver, FileIsOpenedAndClosed) {
+    const std::size_t blocks = FIHeapBlocks();
+    const IOMemorySpec memory = {"GIF89a", 6, "a.gif"};
+    FIID fiid = 0;
+    EXPECT_EQ(FIIdFile(IOSpecMemory, &memory, 0, &fiid), 0);
+    EXPECT_EQ(fiid, 1503);
+    EXPECT_EQ(FIHeapBlocks(), blocks);
+}
+
+TEST(Driver, FileExWritesTheName) {
+    const IOMemorySpec memory = {"GIF89a", 6, "a.gif"};
+    FIID fiid = 0;
+    char name[100] = "as was";
+    EXPECT_EQ(FIIdFileEx(IOSpecMemory, &memory, 0, &fiid, name, sizeof(name)), 0);
+    EXPECT_EQ(fiid, 1503);
+    char expected[100] = "";
+    EXPECT_GT(FIGetIDString(1503, expected, sizeof(expected)), 0);
+    EXPECT_STREQ(name, expected);
+}
+
+TEST(Driver, FileExWithoutABufferIsFile) {
+    const IOMemorySpec memory = {"GIF89a", 6, "a.gif"};
+    FIID fiid = 0;
+    EXPECT_EQ(FIIdFileEx(IOSpecMemory, &memory, 0, &fiid, nullptr, 100), 0);
+    EXPECT_EQ(fiid, 1503);
+}
+
+TEST(Driver, FileExNamesAnUnknownFormatToo) {
+    const IOMemorySpec memory = {"\1\2\3", 3, nullptr};
+    FIID fiid = 0;
+    char name[100] = "";
+    EXPECT_EQ(FIIdFileEx(IOSpecMemory, &memory, 0, &fiid, name, sizeof(name)), 0);
+    EXPECT_EQ(fiid, formatNotKnown);
+    EXPECT_STRNE(name, "");
+}
+
+// ---- Special tests
+// ----------------------------------------------------------------------------------------------------
+
+TEST(Driver, SpecialKnowsOneTest) {
+    const auto handle = FIMakeTestHandle("begin 644 a.txt\n");
+    for (const std::int16_t test : std::initializer_list<std::int16_t>{0, 1, 4049, 4051, -1}) {
+        EXPECT_EQ(FIIdSpecial(FIFileOf(*handle), test), 0);
+    }
+    EXPECT_EQ(handle->reads + handle->seeks + handle->tells + handle->infos, 0U) << "nothing is touched";
+    EXPECT_EQ(FIIdSpecial(FIFileOf(*handle), 4050), 0);
+    EXPECT_GT(handle->reads, 0U);
+}
+
+TEST(Driver, SpecialWithoutMemoryIs0) {
+    const auto handle = FIMakeTestHandle("begin 644 a.txt\n");
+    FIFailAllocationsFrom(0);
+    EXPECT_EQ(FIIdSpecial(FIFileOf(*handle), 4050), 0);
+    FIHeapNeverFails();
+}
+
+// The closing entry of the table runs over nine zero bytes; only a file full of zeros gets past the first of them.
+TEST(Driver, ClosingEntryNeverAnswers) { EXPECT_EQ(FIIdentifyBytes(std::string(3000, '\0'), "", 0), formatNotKnown); }
+
+}  // namespace

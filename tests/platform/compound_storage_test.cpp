@@ -1,0 +1,684 @@
+// Compound storages: which files are one, class identifiers, the look-up of names, sub-storages, and what handles own.
+#include "platform/compound_storage.h"
+
+#include <functional>
+
+#include "platform/handle.h"
+#include "support/open_handle.h"
+#include "support/probe_case.h"
+#include "support/storage_writer.h"
+
+namespace {
+
+const std::string classIdOfRoot = FIBytes("01 23 45 67 89 AB CD EF FE DC BA 98 76 54 32 10");
+
+// A small storage: a stream in the mini stream, a large one, and a sub-storage with a stream.
+struct Sample {
+    WrittenStorage written;
+    std::uint32_t small;
+    std::uint32_t large;
+    std::uint32_t sub;
+};
+
+const std::string smallBytes = FIBytes(R"("small" 00*95)");
+const std::string largeBytes = FIBytes(R"("large" 5A*5000)");
+
+Sample MakeSample(const StorageLayout& layout = {}) {
+    StorageWriter writer(layout);
+    writer.SetClassId(classIdOfRoot);
+    Sample sample;
+    sample.small = writer.AddStream(u"Small", smallBytes);
+    sample.large = writer.AddStream(u"Large", largeBytes);
+    sample.sub = writer.AddStorage(u"Sub");
+    writer.SetClassId(FIBytes("C1*16"), sample.sub);
+    static_cast<void>(writer.AddStream(u"Inner", "inner bytes", sample.sub));
+    sample.written = writer.Write();
+    return sample;
+}
+
+template <typename Case>
+std::string StorageCaseName(const testing::TestParamInfo<Case>& parameter) {
+    return parameter.param.name;
+}
+
+// ---- Which files are storages --------------------------------------------------------------------------------------
+
+TEST(CompoundStorage, EitherVersionTakesEitherSectorSize) {
+    for (const std::uint16_t majorVersion : {std::uint16_t{3}, std::uint16_t{4}}) {
+        for (const std::uint16_t sectorShift : {std::uint16_t{9}, std::uint16_t{12}}) {
+            SCOPED_TRACE(testing::Message() << "version " << majorVersion << ", shift " << sectorShift);
+            StorageLayout layout;
+            layout.majorVersion = majorVersion;
+            layout.sectorShift = sectorShift;
+            const Sample sample = MakeSample(layout);
+            const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+            EXPECT_TRUE(storage.IsStorage());
+            EXPECT_EQ(storage.ClassId(), classIdOfRoot);
+            EXPECT_EQ(storage.Stream("Small").ReadToEnd(), smallBytes);
+            EXPECT_EQ(storage.Stream("Large").ReadToEnd(), largeBytes);
+        }
+    }
+}
+
+struct HeaderCase {
+    const char* name;
+    std::function<void(Sample&)> damage;
+    bool isStorage;
+};
+
+void PrintTo(const HeaderCase& headerCase, std::ostream* out) { *out << headerCase.name; }
+
+std::function<void(Sample&)> Put16At(std::size_t offset, std::uint16_t value) {
+    return [=](Sample& sample) { sample.written.Put16(offset, value); };
+}
+
+std::function<void(Sample&)> Put32At(std::size_t offset, std::uint32_t value) {
+    return [=](Sample& sample) { sample.written.Put32(offset, value); };
+}
+
+std::function<void(Sample&)> PutRootType(char type) {
+    return [=](Sample& sample) { sample.written.bytes[sample.written.EntryOffset(0) + storage_offsets::type] = type; };
+}
+
+// Cuts the file behind so many bytes of the root entry.
+std::function<void(Sample&)> CutBehindRoot(std::size_t bytes) {
+    return [=](Sample& sample) { sample.written.bytes.resize(sample.written.EntryOffset(0) + bytes); };
+}
+
+const HeaderCase headerCases[] = {
+    // clang-format off
+    {"Undamaged",                       [](Sample&) {},                                                  true},
+    {"FirstByteOfTheSignature",         [](Sample& s) { s.written.bytes[0] = '\x0E'; },                  false},
+    {"LastByteOfTheSignature",          [](Sample& s) { s.written.bytes[7] = '\xE0'; },                  false},
+    {"ByteOrderFEFF",                   Put16At(storage_offsets::byteOrder, 0xFEFF),                     false},
+    {"ByteOrder0",                      Put16At(storage_offsets::byteOrder, 0),                          false},
+    {"Version2",                        Put16At(storage_offsets::majorVersion, 2),                       false},
+    {"Version5",                        Put16At(storage_offsets::majorVersion, 5),                       false},
+    {"SectorShift8",                    Put16At(storage_offsets::sectorShift, 8),                        false},
+    {"SectorShift10",                   Put16At(storage_offsets::sectorShift, 10),                       false},
+    {"SectorShift11",                   Put16At(storage_offsets::sectorShift, 11),                       false},
+    {"SectorShift13",                   Put16At(storage_offsets::sectorShift, 13),                       false},
+    {"SectorShift0",                    Put16At(storage_offsets::sectorShift, 0),                        false},
+    {"SectorShift64",                   Put16At(storage_offsets::sectorShift, 64),                       false},
+    {"SectorShift265",                  Put16At(storage_offsets::sectorShift, 0x109),                    false},
+    {"SectorShiftFFFF",                 Put16At(storage_offsets::sectorShift, 0xFFFF),                   false},
+    {"MiniSectorShift5",                Put16At(storage_offsets::miniSectorShift, 5),                    false},
+    {"MiniSectorShift7",                Put16At(storage_offsets::miniSectorShift, 7),                    false},
+    {"MinorVersionIsNotLookedAt",       Put16At(24, 0xABCD),                                             true},
+    {"ClassIdOfTheHeaderIsNotLookedAt", Put32At(8, 0xABCDABCD),                                          true},
+    {"CountOfFatSectors0",              Put32At(storage_offsets::fatCount, 0),                           true},
+    {"CountOfFatSectorsHuge",           Put32At(storage_offsets::fatCount, 0xFFFFFFFF),                  true},
+    {"CountOfMiniFatSectorsHuge",       Put32At(storage_offsets::miniFatCount, 0xFFFFFFFF),              true},
+    {"CountOfDifatSectorsHuge",         Put32At(storage_offsets::difatCount, 0xFFFFFFFF),                true},
+    {"FatOutsideTheFile",               Put32At(storage_offsets::fatSectors, 0x00FFFFFF),                true},
+    {"DirectoryOutsideTheFile",         Put32At(storage_offsets::firstDirectorySector, 0x00FFFFFF),      false},
+    {"DirectoryAtEndOfChain",           Put32At(storage_offsets::firstDirectorySector, 0xFFFFFFFE),      false},
+    {"DirectoryAtFreeSector",           Put32At(storage_offsets::firstDirectorySector, 0xFFFFFFFF),      false},
+    {"DirectoryAtLastNumber",           Put32At(storage_offsets::firstDirectorySector, 0xFFFFFFF9),      false},
+    {"RootOfType0",                     PutRootType(0),                                                  false},
+    {"RootOfType1",                     PutRootType(1),                                                  false},
+    {"RootOfType2",                     PutRootType(2),                                                  false},
+    {"RootOfType6",                     PutRootType(6),                                                  false},
+    {"FileEndsBehindTheRoot",           CutBehindRoot(128),                                              true},
+    {"FileEndsInsideTheRoot",           CutBehindRoot(127),                                              false},
+    {"FileEndsInFrontOfTheRoot",        CutBehindRoot(0),                                                false},
+    {"FileEndsBehindTheHeader",         [](Sample& s) { s.written.bytes.resize(512); },                  false},
+    {"FileEndsInsideTheHeader",         [](Sample& s) { s.written.bytes.resize(511); },                  false},
+    {"FileIsTheSignature",              [](Sample& s) { s.written.bytes.resize(8); },                    false},
+    {"FileEndsInsideTheSignature",      [](Sample& s) { s.written.bytes.resize(7); },                    false},
+    {"FileIsEmpty",                     [](Sample& s) { s.written.bytes.clear(); },                      false},
+    // clang-format on
+};
+
+class CompoundStorageHeader : public testing::TestWithParam<HeaderCase> {};
+
+TEST_P(CompoundStorageHeader, DecidesWhetherTheFileIsAStorage) {
+    Sample sample = MakeSample();
+    GetParam().damage(sample);
+    const OpenHandle file = FIOpenBytes(sample.written.bytes);
+    EXPECT_EQ(file.IsStorage(), GetParam().isStorage);
+    EXPECT_EQ(file.IsStorage(), GetParam().isStorage) << "another answer when asked again";
+    EXPECT_EQ(file.ClassId(), GetParam().isStorage ? classIdOfRoot : "");
+    if (!GetParam().isStorage) {
+        EXPECT_FALSE(file.Stream("Small"));
+        EXPECT_FALSE(file.Storage("Sub"));
+    }
+    EXPECT_EQ(file.ReadToEnd(), sample.written.bytes) << "the file's own bytes are to be had either way";
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, CompoundStorageHeader, testing::ValuesIn(headerCases), StorageCaseName<HeaderCase>);
+
+TEST(CompoundStorage, AStorageReadsSeeksAndTellsLikeAPlainFile) {
+    const Sample sample = MakeSample();
+    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    ASSERT_TRUE(storage.IsStorage());
+    EXPECT_EQ(storage.Seek(2, -5), 0);
+    EXPECT_EQ(storage.Tell(), sample.written.bytes.size() - 5);
+    EXPECT_EQ(storage.Read(10), sample.written.bytes.substr(sample.written.bytes.size() - 5));
+    const OpenHandle stream = storage.Stream("Large");
+    EXPECT_EQ(stream.Read(100), largeBytes.substr(0, 100));
+    EXPECT_EQ(storage.Tell(), sample.written.bytes.size()) << "looking into the storage moved its handle";
+}
+
+TEST(CompoundStorage, IsFoundInAStretchOfAFileAndInAStreamOfAnother) {
+    const Sample inner = MakeSample();
+    StorageWriter writer;
+    static_cast<void>(writer.AddStream(u"Nested", inner.written.bytes));
+    const std::string outer = "in front" + writer.Write().bytes;
+    const OpenHandle file = FIOpenBytes(outer);
+    EXPECT_FALSE(file.IsStorage());
+    const IOSubRangeSpec stretch = {file.File(), 8, static_cast<std::uint32_t>(outer.size())};
+    HIOFILE out = nullptr;
+    ASSERT_EQ(file.File()->operations.IOOpenSub(&out, IOSUB_RANGE, &stretch, 1), 0);
+    const OpenHandle range(out);
+    ASSERT_TRUE(range.IsStorage());
+    const OpenHandle nested = range.Stream("Nested");
+    ASSERT_TRUE(nested.IsStorage());
+    EXPECT_EQ(nested.ClassId(), classIdOfRoot);
+    EXPECT_EQ(nested.Storage("Sub").Stream("Inner").ReadToEnd(), "inner bytes");
+    EXPECT_EQ(nested.ReadToEnd(), inner.written.bytes);
+}
+
+TEST(CompoundStorage, ClassIdOfZerosIsAClassId) {
+    const std::string bytes = StorageWriter().Write().bytes;
+    EXPECT_EQ(FIOpenBytes(bytes).ClassId(), std::string(16, '\0'));
+}
+
+// ---- Names ---------------------------------------------------------------------------------------------------------
+
+struct NameCase {
+    const char* name;
+    std::u16string entryName;
+    std::string lookedUp;
+    bool found;
+};
+
+void PrintTo(const NameCase& nameCase, std::ostream* out) { *out << nameCase.name; }
+
+const NameCase nameCases[] = {
+    // clang-format off
+    {"TheWholeName",            u"WordDocument",             "WordDocument",           true},
+    {"AnotherCase",             u"WordDocument",             "wordDocument",           false},
+    {"UpperCase",               u"Book",                     "BOOK",                   false},
+    {"ShorterName",             u"WordDocument",             "WordDocumen",            false},
+    {"LongerName",              u"WordDocument",             "WordDocuments",          false},
+    {"NoName",                  u"WordDocument",             "",                       false},
+    {"ControlCharacter",        u"\005SummaryInformation",   "\005SummaryInformation", true},
+    {"WithoutControlCharacter", u"\005SummaryInformation",   "SummaryInformation",     false},
+    {"HighCharacterIsWidened",  u"Caf\u00E9",                "Caf\xE9",                true},
+    {"Utf8IsNotDecoded",        u"Caf\u00E9",                "Caf\xC3\xA9",            false},
+    {"UnitWithTheSameLowByte",  u"\u0142ook",                "Book",                   false},
+    {"OneCharacter",            u"A",                        "A",                      true},
+    {"Units31",                 std::u16string(31, u'n'),    std::string(31, 'n'),     true},
+    {"Units32WithoutNul",       std::u16string(32, u'n'),    std::string(32, 'n'),     true},
+    {"Units32LookedUpWith31",   std::u16string(32, u'n'),    std::string(31, 'n'),     false},
+    {"Units32LookedUpWith33",   std::u16string(32, u'n'),    std::string(33, 'n'),     false},
+    {"Units31LookedUpWith32",   std::u16string(31, u'n'),    std::string(32, 'n'),     false},
+    {"Characters263",           std::u16string(32, u'n'),    std::string(263, 'n'),    false},
+    // clang-format on
+};
+
+class CompoundStorageName : public testing::TestWithParam<NameCase> {};
+
+TEST_P(CompoundStorageName, IsComparedWhole) {
+    for (const bool isStorage : {false, true}) {
+        StorageWriter writer;
+        if (isStorage) {
+            static_cast<void>(writer.AddStorage(GetParam().entryName));
+        } else {
+            static_cast<void>(writer.AddStream(GetParam().entryName, "x"));
+        }
+        const WrittenStorage written = writer.Write();
+        const OpenHandle storage = FIOpenBytes(written.bytes);
+        EXPECT_EQ(static_cast<bool>(storage.Stream(GetParam().lookedUp)), GetParam().found && !isStorage);
+        EXPECT_EQ(static_cast<bool>(storage.Storage(GetParam().lookedUp)), GetParam().found && isStorage);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, CompoundStorageName, testing::ValuesIn(nameCases), StorageCaseName<NameCase>);
+
+struct NameLengthCase {
+    const char* name;
+    std::uint16_t lengthField;
+    const char* readAs;
+};
+
+// The entry's units are "Workbook" and zeros.
+const NameLengthCase nameLengthCases[] = {
+    // clang-format off
+    {"LengthWithTheNul",       18,     "Workbook"},
+    {"LengthWithoutTheNul",    16,     "Workbook"},
+    {"LengthIsTooLong",        40,     "Workbook"},
+    {"LengthIsAbsurd",         0xFFFF, "Workbook"},
+    {"LengthEndsTheName",      8,      "Work"},
+    {"OddLengthIsRoundedDown", 9,      "Work"},
+    {"LengthOfOneUnit",        2,      "W"},
+    {"LengthOfOneByte",        1,      ""},
+    {"Length0",                0,      ""},
+    // clang-format on
+};
+
+TEST(CompoundStorage, ANameEndsAtItsLengthOrAtItsFirstNul) {
+    for (const NameLengthCase& lengthCase : nameLengthCases) {
+        SCOPED_TRACE(lengthCase.name);
+        StorageWriter writer;
+        const std::uint32_t entry = writer.AddStream(u"Workbook", "x");
+        WrittenStorage written = writer.Write();
+        written.Put16(written.EntryOffset(entry) + storage_offsets::nameLength, lengthCase.lengthField);
+        const OpenHandle storage = FIOpenBytes(written.bytes);
+        for (const char* const name : {"Workbook", "Work", "Wor", "W", ""}) {
+            EXPECT_EQ(static_cast<bool>(storage.Stream(name)), std::string(name) == lengthCase.readAs) << name;
+        }
+    }
+}
+
+TEST(CompoundStorage, OnlyDirectChildrenAreFound) {
+    const Sample sample = MakeSample();
+    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    EXPECT_FALSE(storage.Stream("Inner"));
+    EXPECT_FALSE(storage.Stream("Sub/Inner"));
+    EXPECT_FALSE(storage.Storage("Root Entry"));
+    EXPECT_FALSE(storage.Stream("Root Entry"));
+    EXPECT_FALSE(storage.Storage("Sub").Stream("Small"));
+    EXPECT_FALSE(storage.Storage("Sub").Storage("Sub"));
+    EXPECT_TRUE(storage.Storage("Sub").Stream("Inner"));
+}
+
+TEST(CompoundStorage, AStreamAndAStorageOfOneNameAreBothFound) {
+    for (const bool storageFirst : {false, true}) {
+        StorageWriter writer;
+        if (storageFirst) static_cast<void>(writer.AddStorage(u"Same"));
+        static_cast<void>(writer.AddStream(u"Same", "stream"));
+        if (!storageFirst) static_cast<void>(writer.AddStorage(u"Same"));
+        const WrittenStorage written = writer.Write();
+        const OpenHandle storage = FIOpenBytes(written.bytes);
+        EXPECT_EQ(storage.Stream("Same").ReadToEnd(), "stream");
+        EXPECT_TRUE(storage.Storage("Same").IsStorage());
+    }
+}
+
+// ---- Trees ---------------------------------------------------------------------------------------------------------
+
+// Seven streams "s1" to "s7", the entries 1 to 7, each holding its own name; the tests hang them together as they like.
+struct Tree {
+    WrittenStorage written;
+
+    Tree() {
+        StorageWriter writer;
+        for (char digit = '1'; digit <= '7'; ++digit) {
+            static_cast<void>(writer.AddStream(FIWiden(std::string("s") + digit), std::string("s") + digit));
+        }
+        written = writer.Write();
+        for (std::uint32_t entry = 0; entry <= 7; ++entry) Link(entry, storageNone, storageNone);
+    }
+
+    void Put(std::uint32_t entry, std::size_t field, std::uint32_t value) {
+        written.Put32(written.EntryOffset(entry) + field, value);
+    }
+    void Link(std::uint32_t entry, std::uint32_t left, std::uint32_t right) {
+        Put(entry, storage_offsets::left, left);
+        Put(entry, storage_offsets::right, right);
+    }
+    void SetTop(std::uint32_t entry) { Put(0, storage_offsets::child, entry); }
+    void SetType(std::uint32_t entry, char type) {
+        written.bytes[written.EntryOffset(entry) + storage_offsets::type] = type;
+    }
+    void Rename(std::uint32_t entry, char digit) { written.bytes[written.EntryOffset(entry) + 2] = digit; }
+
+    // The digits of the streams that are found, in their order.
+    std::string Found() const {
+        const OpenHandle storage = FIOpenBytes(written.bytes);
+        std::string found;
+        for (char digit = '1'; digit <= '7'; ++digit) {
+            if (storage.Stream(std::string("s") + digit)) found += digit;
+        }
+        return found;
+    }
+};
+
+TEST(CompoundStorageTree, ChainToTheLeft) {
+    Tree tree;
+    tree.SetTop(7);
+    for (std::uint32_t entry = 7; entry > 1; --entry) tree.Link(entry, entry - 1, storageNone);
+    EXPECT_EQ(tree.Found(), "1234567");
+}
+
+TEST(CompoundStorageTree, ChainToTheRight) {
+    Tree tree;
+    tree.SetTop(7);
+    for (std::uint32_t entry = 7; entry > 1; --entry) tree.Link(entry, storageNone, entry - 1);
+    EXPECT_EQ(tree.Found(), "1234567");
+}
+
+TEST(CompoundStorageTree, AgainstTheOrderOfNames) {
+    Tree tree;
+    tree.SetTop(4);
+    tree.Link(4, 6, 2);
+    tree.Link(6, 7, 5);
+    tree.Link(2, 3, 1);
+    EXPECT_EQ(tree.Found(), "1234567");
+}
+
+TEST(CompoundStorageTree, LoopsEndTheWalk) {
+    Tree tree;
+    tree.SetTop(1);
+    tree.Link(1, 2, 3);
+    tree.Link(2, 1, 2);
+    tree.Link(3, 4, 1);
+    tree.Link(4, 3, 5);
+    EXPECT_EQ(tree.Found(), "12345");
+}
+
+TEST(CompoundStorageTree, AnEntryThatIsItsOwnSibling) {
+    Tree tree;
+    tree.SetTop(1);
+    tree.Link(1, 1, 1);
+    EXPECT_EQ(tree.Found(), "1");
+}
+
+TEST(CompoundStorageTree, TheRootAsASiblingIsNoChildButLeadsOn) {
+    Tree tree;
+    tree.SetTop(1);
+    tree.Link(1, 0, 2);
+    tree.Link(0, 5, 6);
+    EXPECT_EQ(tree.Found(), "1256");
+}
+
+TEST(CompoundStorageTree, NumbersThatNameNoEntryEndABranch) {
+    Tree tree;
+    tree.SetTop(1);
+    tree.Link(1, 8, 2);
+    tree.Link(2, 0x00FFFFFF, 3);
+    tree.Link(3, 0xFFFFFFF9, 4);
+    tree.Link(4, 0xFFFFFFFA, 5);
+    tree.Link(5, 0xFFFFFFFE, 6);
+    EXPECT_EQ(tree.Found(), "123456");
+}
+
+TEST(CompoundStorageTree, EntriesNotInUseLeadToTheirSiblings) {
+    for (const char type : {'\0', '\3', '\4', '\5', '\6', '\177'}) {
+        SCOPED_TRACE(static_cast<int>(type));
+        Tree tree;
+        tree.SetTop(1);
+        tree.Link(1, 2, 3);
+        tree.Link(2, 4, 5);
+        tree.SetType(2, type);
+        EXPECT_EQ(tree.Found(), "1345");
+    }
+}
+
+TEST(CompoundStorageTree, NoChildren) {
+    Tree tree;
+    for (const std::uint32_t none : {storageNone, 0xFFFFFFFAU, 0x7FFFFFFFU, 8U}) {
+        tree.SetTop(none);
+        EXPECT_EQ(tree.Found(), "") << none;
+    }
+}
+
+TEST(CompoundStorageTree, OfEqualNamesTheFirstInTheWalkIsMeant) {
+    // The walk: 4, its left 2 with 1 and 3, its right 6 with 5 and 7.
+    const std::uint32_t walk[] = {4, 2, 1, 3, 6, 5, 7};
+    for (std::size_t first = 0; first < 7; ++first) {
+        for (std::size_t second = first + 1; second < 7; ++second) {
+            Tree tree;
+            tree.SetTop(4);
+            tree.Link(4, 2, 6);
+            tree.Link(2, 1, 3);
+            tree.Link(6, 5, 7);
+            tree.Rename(walk[first], 'X');
+            tree.Rename(walk[second], 'X');
+            const OpenHandle storage = FIOpenBytes(tree.written.bytes);
+            EXPECT_EQ(storage.Stream("sX").ReadToEnd(), "s" + std::to_string(walk[first])) << walk[second];
+            EXPECT_EQ(storage.Stream("sX").ReadToEnd(), "s" + std::to_string(walk[first])) << "asked again";
+        }
+    }
+}
+
+TEST(CompoundStorageTree, TheDirectoryMayBreakOff) {
+    // Four entries to a sector: 0 to 3, 4 to 7.
+    Tree tree;
+    tree.SetTop(1);
+    tree.Link(1, 7, 2);
+    tree.Link(7, storageNone, 3);
+    tree.written.Put32(tree.written.FatOffset(tree.written.directory[0]), storageEndOfChain);
+    EXPECT_EQ(tree.Found(), "12");
+}
+
+TEST(CompoundStorageTree, ADirectoryThatLoopsHoldsEachSectorOnce) {
+    Tree tree;
+    tree.SetTop(1);
+    tree.Link(1, 7, 10);  // 10 would be entry 2 of a second round
+    tree.written.Put32(tree.written.FatOffset(tree.written.directory[1]), tree.written.directory[0]);
+    EXPECT_EQ(tree.Found(), "17");
+}
+
+TEST(CompoundStorageTree, WithoutItsTablesTheDirectoryIsItsFirstSector) {
+    Tree tree;
+    tree.SetTop(1);
+    tree.Link(1, 7, 2);
+    tree.written.Put32(storage_offsets::fatSectors, 0x00FFFFFF);
+    EXPECT_EQ(tree.Found(), "12");
+}
+
+TEST(CompoundStorageTree, EveryShapeOfALargeDirectory) {
+    for (const StorageTree shape : {StorageTree::Balanced, StorageTree::LeftChain, StorageTree::RightChain}) {
+        for (const bool scattered : {false, true}) {
+            StorageLayout layout;
+            layout.tree = shape;
+            layout.scattered = scattered;
+            StorageWriter writer(layout);
+            for (std::uint32_t index = 0; index < 3000; ++index) {
+                static_cast<void>(writer.AddStream(FIWiden("stream " + std::to_string(index)), std::to_string(index)));
+            }
+            const WrittenStorage written = writer.Write();
+            const OpenHandle storage = FIOpenBytes(written.bytes);
+            EXPECT_FALSE(storage.Stream("stream 3000"));
+            for (std::uint32_t index = 0; index < 3000; index += 37) {
+                EXPECT_EQ(storage.Stream("stream " + std::to_string(index)).ReadToEnd(), std::to_string(index));
+            }
+        }
+    }
+}
+
+// ---- Sub-storages --------------------------------------------------------------------------------------------------
+
+TEST(SubStorage, IsAStorageWithoutBytes) {
+    const Sample sample = MakeSample();
+    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    const OpenHandle sub = storage.Storage("Sub");
+    ASSERT_TRUE(sub);
+    EXPECT_TRUE(sub.IsStorage());
+    EXPECT_EQ(sub.ClassId(), FIBytes("C1*16"));
+    EXPECT_EQ(sub.Read(100), "");
+    EXPECT_EQ(sub.Seek(2, 0), 0);
+    EXPECT_EQ(sub.Tell(), 0U);
+    EXPECT_EQ(sub.Seek(0, 1000), 0);
+    EXPECT_EQ(sub.Read(100), "");
+}
+
+TEST(SubStorage, NestsAsDeepAsTheFileTells) {
+    constexpr std::uint32_t depth = 500;
+    StorageWriter writer;
+    std::uint32_t parent = 0;
+    for (std::uint32_t level = 0; level < depth; ++level) parent = writer.AddStorage(u"down", parent);
+    static_cast<void>(writer.AddStream(u"bottom", "reached", parent));
+    const WrittenStorage written = writer.Write();
+    std::vector<OpenHandle> open;
+    open.push_back(FIOpenBytes(written.bytes));
+    for (std::uint32_t level = 0; level < depth; ++level) {
+        OpenHandle next = open.back().Storage("down");
+        ASSERT_TRUE(next) << level;
+        open.push_back(std::move(next));
+    }
+    EXPECT_EQ(open.back().Stream("bottom").ReadToEnd(), "reached");
+    EXPECT_FALSE(open.back().Storage("down"));
+    while (!open.empty()) open.pop_back();
+}
+
+TEST(SubStorage, MayHoldItself) {
+    Sample sample = MakeSample();
+    sample.written.Put32(sample.written.EntryOffset(sample.sub) + storage_offsets::child, sample.sub);
+    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    const OpenHandle sub = storage.Storage("Sub");
+    const OpenHandle again = sub.Storage("Sub");
+    ASSERT_TRUE(again);
+    EXPECT_TRUE(again.Storage("Sub"));
+    EXPECT_FALSE(again.Stream("Inner"));
+}
+
+TEST(SubStorage, AStreamHasNoChildren) {
+    Sample sample = MakeSample();
+    sample.written.Put32(sample.written.EntryOffset(sample.small) + storage_offsets::child, sample.large);
+    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    const OpenHandle stream = storage.Stream("Small");
+    EXPECT_FALSE(stream.IsStorage());
+    EXPECT_EQ(stream.ClassId(), "");
+    EXPECT_FALSE(stream.Stream("Large"));
+}
+
+// ---- Listing -------------------------------------------------------------------------------------------------------
+
+std::string NameOf(const CFChild& child) {
+    std::string name;
+    for (std::uint32_t index = 0; index < child.nameLength; ++index) name += static_cast<char>(child.name[index]);
+    return name;
+}
+
+OpenHandle OpenPlace(UTHandle& storage, std::size_t place) {
+    UTHandle* const child = UTOpenChild(storage, place);
+    return OpenHandle(child != nullptr ? UTHandleFile(*child) : nullptr);
+}
+
+TEST(StorageList, TellsAndOpensEachChildInTheOrderOfTheWalk) {
+    const Sample sample = MakeSample();
+    const OpenHandle file = FIOpenBytes(sample.written.bytes);
+    UTHandle& storage = *UTFindHandle(file.File());
+    struct Expected {
+        const char* name;
+        bool isStorage;
+        std::uint64_t size;
+    };
+    // By length, then by letters: "Sub", "Large", "Small"; the middle one on top.
+    const Expected expected[] = {
+        {"Large", false, largeBytes.size()}, {"Sub", true, 0}, {"Small", false, smallBytes.size()}};
+    CFChild child;
+    for (std::size_t place = 0; place < 3; ++place) {
+        ASSERT_TRUE(CFGetChild(storage, place, child));
+        EXPECT_EQ(NameOf(child), expected[place].name);
+        EXPECT_EQ(child.isStorage, expected[place].isStorage);
+        EXPECT_EQ(child.size, expected[place].size);
+        EXPECT_EQ(OpenPlace(storage, place).IsStorage(), expected[place].isStorage);
+    }
+    EXPECT_FALSE(CFGetChild(storage, 3, child));
+    EXPECT_FALSE(CFGetChild(storage, SIZE_MAX, child));
+    EXPECT_FALSE(OpenPlace(storage, 3));
+}
+
+TEST(StorageList, ReachesWideNamesAndHiddenOnes) {
+    StorageLayout layout;
+    layout.tree = StorageTree::RightChain;
+    StorageWriter writer(layout);
+    static_cast<void>(writer.AddStream(u"\u3800\u4000", "wide"));
+    static_cast<void>(writer.AddStream(u"same", "first"));
+    static_cast<void>(writer.AddStream(u"same", "second"));
+    const WrittenStorage written = writer.Write();
+    const OpenHandle file = FIOpenBytes(written.bytes);
+    UTHandle& storage = *UTFindHandle(file.File());
+    const char* const expected[] = {"wide", "first", "second"};
+    for (std::size_t place = 0; place < 3; ++place) EXPECT_EQ(OpenPlace(storage, place).ReadToEnd(), expected[place]);
+    EXPECT_EQ(file.Stream("same").ReadToEnd(), "first");
+}
+
+TEST(StorageList, APlainFileHasNoChildren) {
+    const std::string bytes = "plain";
+    const OpenHandle file = FIOpenBytes(bytes);
+    UTHandle& handle = *UTFindHandle(file.File());
+    CFChild child;
+    EXPECT_FALSE(CFGetChild(handle, 0, child));
+    EXPECT_EQ(UTOpenChild(handle, 0), nullptr);
+    EXPECT_EQ(UTOpenStream(handle, "plain"), nullptr);
+    EXPECT_EQ(UTOpenSubStorage(handle, "plain"), nullptr);
+}
+
+// ---- What handles own ----------------------------------------------------------------------------------------------
+
+TEST(StorageHandles, ClosingAChildLeavesTheParentOpen) {
+    const Sample sample = MakeSample();
+    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    for (std::uint32_t round = 0; round < 3; ++round) {
+        EXPECT_EQ(storage.Stream("Large").ReadToEnd(), largeBytes);
+        EXPECT_EQ(storage.Storage("Sub").Stream("Inner").ReadToEnd(), "inner bytes");
+    }
+}
+
+TEST(StorageHandles, TwoStreamsMoveApart) {
+    const Sample sample = MakeSample();
+    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    const OpenHandle first = storage.Stream("Large");
+    const OpenHandle second = storage.Stream("Large");
+    const OpenHandle third = storage.Stream("Small");
+    EXPECT_EQ(first.Read(3), "lar");
+    EXPECT_EQ(third.Read(3), "sma");
+    EXPECT_EQ(second.Read(2), "la");
+    EXPECT_EQ(first.Read(2), "ge");
+    EXPECT_EQ(third.Read(2), "ll");
+    EXPECT_EQ(second.Read(3), "rge");
+}
+
+TEST(StorageHandles, ClosingTheFileEndsWhatNobodyClosed) {
+    const std::size_t blocksBefore = FIHeapBlocks();
+    const Sample sample = MakeSample();
+    HIOFILE file = nullptr;
+    const IOMemorySpec memory = {sample.written.bytes.data(), sample.written.bytes.size(), ""};
+    ASSERT_EQ(IOOpen(&file, IOSpecMemory, &memory, 1), 0);
+    UTHandle& storage = *UTFindHandle(file);
+    ASSERT_NE(UTOpenStream(storage, "Large"), nullptr);
+    UTHandle* const sub = UTOpenSubStorage(storage, "Sub");
+    ASSERT_NE(sub, nullptr);
+    ASSERT_NE(UTOpenStream(*sub, "Inner"), nullptr);
+    EXPECT_GT(FIHeapBlocks(), blocksBefore);
+    file->operations.IOClose(file);
+    EXPECT_EQ(FIHeapBlocks(), blocksBefore);
+}
+
+// Everything that can be done with the sample, as far as memory allows. Returns the bytes that came.
+std::string UseSample(const std::string& bytes) {
+    HIOFILE file = nullptr;
+    const IOMemorySpec memory = {bytes.data(), bytes.size(), ""};
+    if (IOOpen(&file, IOSpecMemory, &memory, 1) != 0) return "";
+    const OpenHandle storage(file);
+    std::string came = storage.ClassId();
+    const auto readStream = [&came](const OpenHandle& stream) {
+        if (!stream) return;
+        char buffer[6000];
+        std::uint32_t count = 0;
+        if (stream.File()->operations.IORead(stream.File(), buffer, sizeof(buffer), &count) == 0)
+            came.append(buffer, count);
+    };
+    readStream(storage.Stream("Small"));
+    readStream(storage.Stream("Large"));
+    const OpenHandle sub = storage.Storage("Sub");
+    if (sub) readStream(sub.Stream("Inner"));
+    return came;
+}
+
+TEST(StorageHandles, ExhaustedMemoryMeansNotThereAndLeaksNothing) {
+    StorageLayout layout;
+    layout.scattered = true;  // chains of many runs
+    const Sample sample = MakeSample(layout);
+    const std::size_t blocksBefore = FIHeapBlocks();
+    const std::string whole = UseSample(sample.written.bytes);
+    EXPECT_EQ(whole, classIdOfRoot + smallBytes + largeBytes + "inner bytes");
+    std::uint32_t failing = 0;
+    for (std::string came; came != whole; ++failing) {
+        ASSERT_LT(failing, 1000U);
+        FIFailAllocationsFrom(failing);
+        came = UseSample(sample.written.bytes);
+        FIHeapNeverFails();
+        EXPECT_EQ(FIHeapBlocks(), blocksBefore) << "failing at allocation " << failing;
+        EXPECT_LE(came.size(), whole.size());
+    }
+    EXPECT_GT(failing, 10U);
+}
+
+}  // namespace

@@ -1,0 +1,487 @@
+// Handles of the platform layer: positions, ends, names, ranges, the guard, and system calls.
+#include "platform/handle.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <vector>
+
+#include "platform/base_utility.h"
+#include "support/bytes.h"
+#include "support/process_heap.h"
+#include "support/test_handle.h"
+
+namespace {
+
+class TemporaryDirectory {
+ public:
+    TemporaryDirectory() {
+        std::string pattern = testing::TempDir() + "fiid-" + std::string(6, 'X');
+        path_ = mkdtemp(pattern.data());
+    }
+    ~TemporaryDirectory() { static_cast<void>(std::system(("rm -rf '" + path_ + "'").c_str())); }
+    std::string Path(const std::string& name) const { return path_ + "/" + name; }
+    std::string Write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(Path(name), std::ios::binary) << bytes;
+        return Path(name);
+    }
+
+ private:
+    std::string path_;
+};
+
+// An open handle that closes itself.
+class Handle {
+ public:
+    explicit Handle(HIOFILE file) : file_(file) {}
+    Handle(std::uint32_t type, const void* specification) { status_ = IOOpen(&file_, type, specification, 1); }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle() {
+        if (file_ != nullptr) file_->operations.IOClose(file_);
+    }
+    std::int32_t Status() const { return status_; }
+    HIOFILE File() const { return file_; }
+    std::int32_t Seek(std::uint16_t origin, std::int32_t offset) const {
+        return file_->operations.IOSeek(file_, origin, offset);
+    }
+    std::uint32_t Tell() const {
+        std::uint32_t position = 77;
+        EXPECT_EQ(file_->operations.IOTell(file_, &position), 0);
+        return position;
+    }
+    std::string Read(std::uint32_t size) const {
+        std::string bytes(size, '#');
+        std::uint32_t count = 77;
+        EXPECT_EQ(file_->operations.IORead(file_, bytes.data(), size, &count), 0);
+        return bytes.substr(0, count);
+    }
+    std::string Name() const {
+        char name[256] = "#";
+        EXPECT_EQ(file_->operations.IOGetInfo(file_, IOInfoName, name), 0);
+        return name;
+    }
+    std::uint32_t NameType() const {
+        std::uint32_t type = IONameNarrow;
+        EXPECT_EQ(file_->operations.IOGetInfo(file_, IOInfoNameType, &type), 0);
+        return type;
+    }
+
+ private:
+    HIOFILE file_ = nullptr;
+    std::int32_t status_ = 0;
+};
+
+Handle OverMemory(const std::string& bytes, const char* name = nullptr) {
+    const IOMemorySpec memory = {bytes.data(), bytes.size(), name};
+    HIOFILE file = nullptr;
+    EXPECT_EQ(IOOpen(&file, IOSpecMemory, &memory, 1), 0);
+    return Handle(file);
+}
+
+// ---- Positions
+// --------------------------------------------------------------------------------------------------------
+
+TEST(Handle, SeeksFromTheStart) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_EQ(handle.Seek(0, 2), 0);
+    EXPECT_EQ(handle.Read(2), "cd");
+    EXPECT_EQ(handle.Tell(), 4U);
+}
+
+TEST(Handle, SeeksFromThePositionAndFromTheEnd) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_EQ(handle.Seek(2, -2), 0);
+    EXPECT_EQ(handle.Read(1), "e");
+    EXPECT_EQ(handle.Seek(1, -3), 0);
+    EXPECT_EQ(handle.Read(1), "c");
+    EXPECT_EQ(handle.Seek(1, 1), 0);
+    EXPECT_EQ(handle.Read(1), "e");
+    EXPECT_EQ(handle.Seek(2, 0), 0);
+    EXPECT_EQ(handle.Tell(), 6U);
+}
+
+TEST(Handle, PositionBehindTheEndDeliversNothing) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_EQ(handle.Seek(0, 1000), 0);
+    EXPECT_EQ(handle.Tell(), 1000U);
+    EXPECT_EQ(handle.Read(1), "");
+    EXPECT_EQ(handle.Seek(2, 5), 0);
+    EXPECT_EQ(handle.Tell(), 11U);
+    EXPECT_EQ(handle.Read(4), "");
+}
+
+TEST(Handle, TargetBelowTheStartFailsAndThePositionStays) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_EQ(handle.Seek(0, 3), 0);
+    EXPECT_NE(handle.Seek(1, -4), 0);
+    EXPECT_EQ(handle.Tell(), 3U);
+    EXPECT_NE(handle.Seek(2, -7), 0);
+    EXPECT_EQ(handle.Tell(), 3U);
+    EXPECT_EQ(handle.Seek(1, -3), 0);
+    EXPECT_EQ(handle.Seek(2, -6), 0);
+}
+
+TEST(Handle, OffsetOf2GiBBehindTheEndFails) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_EQ(handle.Seek(0, 0x7FFFFFFF), 0);
+    EXPECT_EQ(handle.Tell(), 0x7FFFFFFFU);
+    EXPECT_NE(handle.Seek(0, INT32_MIN), 0);
+    EXPECT_EQ(handle.Tell(), 0x7FFFFFFFU);
+    EXPECT_NE(handle.Seek(0, -1), 0);
+}
+
+TEST(Handle, OtherOriginsFail) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_NE(handle.Seek(3, 0), 0);
+    EXPECT_NE(handle.Seek(0xFFFF, 0), 0);
+}
+
+TEST(Handle, WriteFails) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    std::uint32_t count = 0;
+    EXPECT_NE(handle.File()->operations.IOWrite(handle.File(), "x", 1, &count), 0);
+}
+
+TEST(Handle, SelectorsThatAreNotKnownFail) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    char room[256] = {};
+    for (const std::uint32_t selector : {0U, 1U, 2U, 6U, 13U, 15U}) {
+        EXPECT_NE(handle.File()->operations.IOGetInfo(handle.File(), selector, room), 0);
+    }
+}
+
+TEST(Handle, PlainBytesAreNoStorageAndHoldNone) {
+    const std::string bytes = "abcdef";
+    const Handle handle = OverMemory(bytes);
+    std::uint8_t classId[16] = {};
+    EXPECT_NE(handle.File()->operations.IOGetInfo(handle.File(), IOInfoIsStorage, nullptr), 0);
+    EXPECT_NE(handle.File()->operations.IOGetInfo(handle.File(), IOInfoClassId, classId), 0);
+    IOSubSpec object = {handle.File(), "Book"};
+    HIOFILE out = handle.File();
+    EXPECT_NE(handle.File()->operations.IOOpenSub(&out, IOSUB_STREAM, &object, 1), 0);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_NE(handle.File()->operations.IOOpenSub(&out, IOSUB_STORAGE, &object, 1), 0);
+}
+
+// ---- The guard against endless reading
+// -------------------------------------------------------------------------------
+
+TEST(Handle, DeliversALineFeedAfter65536EmptyReads) {
+    const std::string bytes = "ab";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_EQ(handle.Seek(2, 0), 0);
+    for (int round = 0; round < 2; ++round) {
+        for (std::uint32_t read = 0; read < 65536; ++read) ASSERT_EQ(handle.Read(8), "");
+        ASSERT_EQ(handle.Read(8), "\n");
+        ASSERT_EQ(handle.Tell(), 2U) << "the position does not move";
+    }
+}
+
+TEST(Handle, AnyDeliveryStartsTheCountOver) {
+    const std::string bytes = "ab";
+    const Handle handle = OverMemory(bytes);
+    EXPECT_EQ(handle.Seek(2, 0), 0);
+    for (std::uint32_t read = 0; read < 65536; ++read) ASSERT_EQ(handle.Read(8), "");
+    EXPECT_EQ(handle.Seek(0, 0), 0);
+    EXPECT_EQ(handle.Read(8), "ab");
+    for (std::uint32_t read = 0; read < 65536; ++read) ASSERT_EQ(handle.Read(8), "");
+    EXPECT_EQ(handle.Read(8), "\n");
+}
+
+TEST(Handle, EmptyRequestsDoNotCount) {
+    const std::string bytes;
+    const Handle handle = OverMemory(bytes);
+    for (std::uint32_t read = 0; read < 70000; ++read) ASSERT_EQ(handle.Read(0), "");
+    EXPECT_EQ(handle.Read(1), "");
+}
+
+// ---- Names
+// ------------------------------------------------------------------------------------------------------------
+
+TEST(Handle, NameIsWithoutDirectories) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("a.b.rtf", "x");
+    const Handle handle(IOSpecNarrow, path.c_str());
+    EXPECT_EQ(handle.Name(), "a.b.rtf");
+    EXPECT_EQ(handle.NameType(), std::uint32_t{IONameNarrow});
+}
+
+TEST(Handle, MemoryHasTheNameItWasGivenOrNone) {
+    EXPECT_EQ(OverMemory("x", "dir/b.txt").Name(), "b.txt");
+    EXPECT_EQ(OverMemory("x").Name(), "");
+}
+
+TEST(Handle, LongNameKeepsItsLast255Bytes) {
+    const std::string name = std::string(252, 'a') + ".doc";
+    EXPECT_EQ(OverMemory("x", name.substr(1).c_str()).Name(), name.substr(1));
+    EXPECT_EQ(OverMemory("x", name.c_str()).Name(), name.substr(1));
+    EXPECT_EQ(OverMemory("x", ("bb" + name).c_str()).Name(), name.substr(1));
+}
+
+std::u16string WideName(const Handle& handle) {
+    char16_t name[128] = u"#";
+    EXPECT_EQ(handle.File()->operations.IOGetInfo(handle.File(), IOInfoName, name), 0);
+    return name;
+}
+
+TEST(Handle, WidePathOpensAndGivesAWideName) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("\xC4\x85\xF0\x9F\x98\x80.doc", "xyz");
+    std::u16string wide;
+    for (const char byte : path.substr(0, path.rfind('/') + 1)) wide += static_cast<char16_t>(byte);
+    wide += u"\u0105\U0001F600.doc";
+    const Handle handle(IOSpecWide, wide.c_str());
+    ASSERT_EQ(handle.Status(), 0);
+    EXPECT_EQ(handle.NameType(), std::uint32_t{IONameWide});
+    EXPECT_EQ(WideName(handle), u"\u0105\U0001F600.doc");
+    EXPECT_EQ(handle.Read(3), "xyz");
+}
+
+TEST(Handle, LongWideNameKeepsItsLast127Units) {
+    const TemporaryDirectory directory;
+    const std::string name = std::string(124, 'a') + ".doc";  // 128 units
+    const std::string path = directory.Write(name, "xyz");
+    const std::u16string wide(path.begin(), path.end());
+    const Handle handle(IOSpecWide, wide.c_str());
+    ASSERT_EQ(handle.Status(), 0);
+    EXPECT_EQ(WideName(handle), std::u16string(name.begin() + 1, name.end()));
+}
+
+// ---- What opens and what does not
+// --------------------------------------------------------------------------------------
+
+TEST(Open, RefusesWhatIsNoFileWithoutBlocking) {
+    const TemporaryDirectory directory;
+    ASSERT_EQ(mkfifo(directory.Path("fifo").c_str(), 0600), 0);
+    ASSERT_EQ(mkdir(directory.Path("dir").c_str(), 0700), 0);
+    ASSERT_EQ(symlink("nowhere", directory.Path("dangling").c_str()), 0);
+    const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const std::string socketPath = directory.Path("socket");
+    ASSERT_LT(socketPath.size(), sizeof(address.sun_path));
+    socketPath.copy(address.sun_path, socketPath.size());
+    ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    for (const char* name : {"fifo", "dir", "dangling", "socket", "missing"}) {
+        HIOFILE handle = reinterpret_cast<HIOFILE>(&address);
+        EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, directory.Path(name).c_str(), 1), -1) << name;
+        EXPECT_EQ(handle, nullptr) << name;
+    }
+    HIOFILE handle = nullptr;
+    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, "/dev/null", 1), -1);
+    close(listener);
+}
+
+TEST(Open, RefusesWhatItDoesNotKnow) {
+    HIOFILE handle = nullptr;
+    for (const std::uint32_t type : {0U, 1U, 3U, 8U, 0xFFFFFFFFU}) EXPECT_EQ(IOOpen(&handle, type, "x", 1), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, nullptr, 1), -1);
+    const IODescriptorSpec closed = {-1, nullptr};
+    EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &closed, 1), -1);
+}
+
+TEST(Open, FollowsSymbolicLinksAndNamesTheLink) {
+    const TemporaryDirectory directory;
+    directory.Write("target.bin", "xyz");
+    ASSERT_EQ(symlink("target.bin", directory.Path("link.doc").c_str()), 0);
+    const Handle handle(IOSpecNarrow, directory.Path("link.doc").c_str());
+    EXPECT_EQ(handle.Read(3), "xyz");
+    EXPECT_EQ(handle.Name(), "link.doc");
+}
+
+TEST(Open, FailsWithoutMemory) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("a", "xyz");
+    const IOMemorySpec memory = {"xyz", 3, nullptr};
+    FIFailAllocationsFrom(0);
+    HIOFILE handle = nullptr;
+    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, path.c_str(), 1), -1);
+    EXPECT_EQ(errno, ENOMEM);
+    EXPECT_EQ(IOOpen(&handle, IOSpecMemory, &memory, 1), -1);
+    FIHeapNeverFails();
+}
+
+TEST(Open, DescriptorStaysTheCallersAndIsNotMoved) {
+    const TemporaryDirectory directory;
+    const int descriptor = open(directory.Write("a", "abcdef").c_str(), O_RDONLY);
+    ASSERT_EQ(lseek(descriptor, 2, SEEK_SET), 2);
+    {
+        const IODescriptorSpec specification = {descriptor, "b.txt"};
+        const Handle handle(IOSpecDescriptor, &specification);
+        EXPECT_EQ(handle.Name(), "b.txt");
+        EXPECT_EQ(handle.Read(6), "abcdef");
+    }
+    EXPECT_EQ(lseek(descriptor, 0, SEEK_CUR), 2);
+    close(descriptor);
+}
+
+TEST(Open, DescriptorOfAPipeIsRefused) {
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    const IODescriptorSpec specification = {ends[0], nullptr};
+    HIOFILE handle = nullptr;
+    EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, 1), -1);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+// ---- Plain files
+// ------------------------------------------------------------------------------------------------------
+
+TEST(PlainFile, DeliversTheSameBytesInsideAcrossAndBehindItsWindow) {
+    std::string bytes(20000, '\0');
+    for (std::size_t index = 0; index < bytes.size(); ++index)
+        bytes[index] = static_cast<char>(index * 31 + index / 256);
+    const TemporaryDirectory directory;
+    const Handle handle(IOSpecNarrow, directory.Write("a", bytes).c_str());
+    for (const std::uint32_t start : {0U, 1U, 8190U, 8191U, 8192U, 8193U, 16384U, 19999U, 20000U, 30000U}) {
+        for (const std::uint32_t size : {0U, 1U, 2U, 3U, 2048U, 20000U}) {
+            ASSERT_EQ(handle.Seek(0, static_cast<std::int32_t>(start)), 0);
+            const std::string expected = start < bytes.size() ? bytes.substr(start, size) : "";
+            ASSERT_EQ(handle.Read(size), expected) << start << " " << size;
+        }
+    }
+}
+
+TEST(PlainFile, OfMoreThan4GiBOpensAndTellsTheLargestPosition) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("large", "head");
+    constexpr off_t size = 5LL << 30;
+    ASSERT_EQ(truncate(path.c_str(), size), 0);
+    const Handle handle(IOSpecNarrow, path.c_str());
+    ASSERT_EQ(handle.Status(), 0);
+    EXPECT_EQ(handle.Seek(2, 0), 0);
+    EXPECT_EQ(handle.Tell(), 0xFFFFFFFFU);
+    EXPECT_EQ(handle.Read(1), "");
+    EXPECT_EQ(handle.Seek(2, -1), 0);
+    EXPECT_EQ(handle.Read(2), std::string(1, '\0'));
+    EXPECT_EQ(handle.Seek(0, -1), 0) << "an unsigned offset inside the file";
+    EXPECT_EQ(handle.Tell(), 0xFFFFFFFFU);
+    EXPECT_EQ(handle.Seek(1, 0x7FFFFFFF), 0);
+    EXPECT_EQ(handle.Seek(0, 0), 0);
+    EXPECT_EQ(handle.Read(4), "head");
+}
+
+TEST(PlainFile, WithoutAToldSizeIsReadAllTheSame) {
+    const Handle handle(IOSpecNarrow, "/proc/self/status");
+    ASSERT_EQ(handle.Status(), 0);
+    EXPECT_EQ(handle.Read(5), "Name:");
+}
+
+// ---- Ranges and derived streams
+// ----------------------------------------------------------------------------------------
+
+HIOFILE OpenRange(HIOFILE parent, std::uint32_t start, std::uint32_t end) {
+    const IOSubRangeSpec range = {parent, start, end};
+    HIOFILE out = nullptr;
+    EXPECT_EQ(parent->operations.IOOpenSub(&out, IOSUB_RANGE, &range, 1), 0);
+    return out;
+}
+
+TEST(Range, HoldsTheBytesFromStartToEnd) {
+    const std::string bytes = "abcdefgh";
+    const Handle parent = OverMemory(bytes);
+    const Handle range(OpenRange(parent.File(), 2, 6));
+    EXPECT_EQ(range.Read(100), "cdef");
+    EXPECT_EQ(range.Seek(2, -1), 0);
+    EXPECT_EQ(range.Read(100), "f");
+    EXPECT_EQ(range.Seek(0, 1), 0);
+    EXPECT_EQ(range.Read(2), "de");
+    EXPECT_EQ(parent.Tell(), 0U) << "the parent does not move";
+    EXPECT_EQ(range.Name(), "");
+}
+
+TEST(Range, EndsWithItsParentAndMayBeEmpty) {
+    const std::string bytes = "abcdefgh";
+    const Handle parent = OverMemory(bytes);
+    EXPECT_EQ(Handle(OpenRange(parent.File(), 6, 0xFFFFFFFF)).Read(100), "gh");
+    EXPECT_EQ(Handle(OpenRange(parent.File(), 9, 12)).Read(100), "");
+    EXPECT_EQ(Handle(OpenRange(parent.File(), 5, 2)).Read(100), "");
+    EXPECT_EQ(Handle(OpenRange(OpenRange(parent.File(), 1, 7), 1, 3)).Read(100), "cd");
+}
+
+TEST(Range, LeftOpenIsClosedWithItsParent) {
+    const std::size_t blocks = FIHeapBlocks();
+    const std::string bytes = "abcdefgh";
+    {
+        const Handle parent = OverMemory(bytes);
+        const HIOFILE first = OpenRange(parent.File(), 1, 7);
+        const HIOFILE second = OpenRange(parent.File(), 1, 7);
+        OpenRange(parent.File(), 1, 7);
+        OpenRange(first, 1, 2);
+        second->operations.IOClose(second);
+    }
+    EXPECT_EQ(FIHeapBlocks(), blocks);
+}
+
+TEST(SubObjects, DerivedStreamsAndUnknownKindsAreRefused) {
+    const std::string bytes = "abcdefgh";
+    const Handle parent = OverMemory(bytes);
+    for (const std::uint32_t method : {0U, 1U, 10U}) {
+        IOSubDerivedSpec derived = {};
+        derived.parent = parent.File();
+        derived.method = method;
+        HIOFILE out = parent.File();
+        EXPECT_NE(parent.File()->operations.IOOpenSub(&out, IOSUB_DERIVED, &derived, 1), 0);
+        EXPECT_EQ(out, nullptr);
+    }
+    const IOSubSpec object = {parent.File(), "x"};
+    HIOFILE out = nullptr;
+    EXPECT_NE(parent.File()->operations.IOOpenSub(&out, 99, &object, 1), 0);
+    EXPECT_NE(parent.File()->operations.IOOpenSub(&out, IOSUB_STREAM, nullptr, 1), 0);
+}
+
+TEST(SubObjects, ParentOfAnotherLayerIsRefused) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    const Handle handle = OverMemory("x");
+    const IOSubRangeSpec range = {FIFileOf(*host), 0, 3};
+    HIOFILE out = nullptr;
+    EXPECT_NE(handle.File()->operations.IOOpenSub(&out, IOSUB_RANGE, &range, 1), 0);
+}
+
+// ---- A host's handle
+// ---------------------------------------------------------------------------------------------------
+
+TEST(ForeignHandle, ShowsTheBytesAndTheNameOfAHostsHandle) {
+    const auto host = FIMakeTestHandle("abcdefgh", "a.doc");
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    ASSERT_EQ(handle.Status(), 0);
+    EXPECT_EQ(handle.Name(), "a.doc");
+    EXPECT_EQ(handle.Read(3), "abc");
+    EXPECT_EQ(handle.Seek(2, -2), 0);
+    EXPECT_EQ(handle.Read(9), "gh");
+    EXPECT_EQ(Handle(OpenRange(handle.File(), 1, 3)).Read(9), "bc");
+    host->wideName = u"w.doc";
+    const Handle wide(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(wide.NameType(), std::uint32_t{IONameWide});
+    EXPECT_EQ(WideName(wide), u"w.doc");
+}
+
+TEST(ForeignHandle, PassesFailuresOn) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    host->failReadsFrom = 1;
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(handle.Read(3), "abc");
+    char byte = 0;
+    std::uint32_t count = 77;
+    EXPECT_NE(handle.File()->operations.IORead(handle.File(), &byte, 1, &count), 0);
+    EXPECT_EQ(count, 0U);
+}
+
+}  // namespace

@@ -1,0 +1,234 @@
+// Packages: what is one, and which part a relationship type leads to.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/base_utility.h"
+#include "platform/package_library.h"
+#include "support/open_file.h"
+#include "support/process_heap.h"
+#include "support/test_handle.h"
+#include "support/zip_writer.h"
+
+namespace {
+
+std::string Relationships(const std::string& content) {
+    return "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>" + content +
+           "</Relationships>";
+}
+
+std::string Relationship(const std::string& type, const std::string& target) {
+    return "<Relationship Type='" + type + "' Target='" + target + "'/>";
+}
+
+ZipMember Packed(const std::string& name, const std::string& bytes) {
+    return {.name = name, .bytes = bytes, .method = zipDeflated};
+}
+
+bool IsPackage(HIOFILE file) {
+    HPKGPACKAGE package = nullptr;
+    const bool accepted = PKGInit(file, &package) == 0;
+    EXPECT_EQ(package != nullptr, accepted);
+    PKGDeinit(package);
+    return accepted;
+}
+
+bool IsPackage(const std::string& bytes) {
+    const std::size_t blocks = FIHeapBlocks();
+    OpenFile file(bytes);
+    const bool accepted = IsPackage(file.File());
+    file.Close();
+    EXPECT_EQ(FIHeapBlocks(), blocks);
+    return accepted;
+}
+
+// What the part of type "t" delivers; a part that can't be opened is a failure without bytes.
+ReadResult ReadPart(HIOFILE file, const char* type = "t") {
+    HPKGPACKAGE package = nullptr;
+    HPKGPART part = nullptr;
+    ReadResult result = {"", true};
+    EXPECT_EQ(PKGInit(file, &package), 0);
+    const std::int16_t status = PKGOpenFileByType(&part, 0, type, package);
+    EXPECT_EQ(part != nullptr, status == 0);
+    if (status == 0) result = FIReadAll(PKGGetHIOFILE(part));
+    PKGCloseFile(part);
+    PKGDeinit(package);
+    return result;
+}
+
+ReadResult ReadPart(const std::vector<ZipMember>& members, const char* type = "t") {
+    const std::size_t blocks = FIHeapBlocks();
+    OpenFile file(FIWriteZip(members));
+    const ReadResult result = ReadPart(file.File(), type);
+    file.Close();
+    EXPECT_EQ(FIHeapBlocks(), blocks);
+    return result;
+}
+
+const ZipMember toPart = Packed("_rels/.rels", Relationships(Relationship("t", "part.xml")));
+const ReadResult notOpened = {"", true};
+
+// ---- What is a package ---------------------------------------------------------------------------------------------
+
+TEST(Package, IsAnArchiveWithARelationshipsPart) {
+    EXPECT_TRUE(IsPackage(FIWriteZip({{"_rels/.rels", ""}})));
+    EXPECT_TRUE(IsPackage(FIWriteZip({{"a", "b"}, Packed("_rels/.rels", "not even XML")})));
+    EXPECT_TRUE(IsPackage(FIWriteZip({{"_RELS/.Rels", ""}})));
+    EXPECT_TRUE(IsPackage("front" + FIWriteZip({{"_rels/.rels", ""}})));
+}
+
+TEST(Package, IsNoOtherArchive) {
+    EXPECT_FALSE(IsPackage(FIWriteZip({})));
+    EXPECT_FALSE(IsPackage(FIWriteZip({{"[Content_Types].xml", ""}, {"rels/.rels", ""}, {"/_rels/.rels", ""}})));
+    EXPECT_FALSE(IsPackage(FIWriteZip({{"_rels\\.rels", ""}, {"_rels/.rels/", ""}, {"word/_rels/.rels", ""}})));
+}
+
+TEST(Package, IsNothingElse) {
+    EXPECT_FALSE(IsPackage(std::string("")));
+    EXPECT_FALSE(IsPackage(std::string("PK\3\4")));
+    std::string cut = FIWriteZip({{"_rels/.rels", ""}});
+    cut.pop_back();
+    EXPECT_FALSE(IsPackage(cut));
+    HPKGPACKAGE package = nullptr;
+    EXPECT_EQ(PKGInit(nullptr, &package), -1);
+    EXPECT_EQ(package, nullptr);
+}
+
+TEST(Package, NeedsNoListOfContentTypes) { EXPECT_EQ(ReadPart({toPart, {"part.xml", "bytes"}}).bytes, "bytes"); }
+
+TEST(Package, LeavesTheHandleToItsOwner) {
+    const OpenFile file(FIWriteZip({toPart, {"part.xml", "bytes"}}));
+    for (int round = 0; round < 3; ++round) EXPECT_EQ(ReadPart(file.File()).bytes, "bytes");
+}
+
+TEST(Package, OpensInAHostsHandle) {
+    const std::size_t blocks = FIHeapBlocks();
+    for (const std::uint32_t bytesPerRead : {1U, 100U, testNever}) {
+        const auto host = FIMakeTestHandle(FIWriteZip({toPart, Packed("part.xml", "bytes")}));
+        host->bytesPerRead = bytesPerRead;
+        EXPECT_EQ(ReadPart(FIFileOf(*host)), (ReadResult{"bytes", false}));
+    }
+    const auto plain = FIMakeTestHandle("no package");
+    EXPECT_FALSE(IsPackage(FIFileOf(*plain)));
+    const auto failing = FIMakeTestHandle(FIWriteZip({toPart}));
+    failing->failReadsFrom = 0;
+    EXPECT_FALSE(IsPackage(FIFileOf(*failing)));
+    EXPECT_EQ(FIHeapBlocks(), blocks);
+}
+
+TEST(Package, EndsWithoutOneToo) {
+    PKGCloseFile(nullptr);
+    PKGDeinit(nullptr);
+}
+
+// ---- Parts ---------------------------------------------------------------------------------------------------------
+
+TEST(Part, IsWhereTheFirstRelationshipOfTheTypeLeads) {
+    const ZipMember relationships =
+        Packed("_rels/.rels", Relationships(Relationship("s", "a") + Relationship("t", "b") + Relationship("t", "c")));
+    const std::vector<ZipMember> members = {relationships, {"a", "1"}, {"b", "2"}, {"c", "3"}};
+    EXPECT_EQ(ReadPart(members, "s").bytes, "1");
+    EXPECT_EQ(ReadPart(members, "t").bytes, "2");
+    EXPECT_EQ(ReadPart(members, "u"), notOpened);
+    EXPECT_EQ(ReadPart(members, ""), notOpened);
+}
+
+TEST(Part, ThatIsMissingIsNotMadeUpForByTheNext) {
+    const ZipMember relationships = {"_rels/.rels", Relationships(Relationship("t", "a") + Relationship("t", "b"))};
+    EXPECT_EQ(ReadPart({relationships, {"b", "2"}}), notOpened);
+}
+
+TEST(Part, IsFoundWithAsciiLettersComparedWithoutCase) {
+    EXPECT_EQ(ReadPart({toPart, {"PART.Xml", "bytes"}}).bytes, "bytes");
+    const ZipMember toUmlaut = {"_rels/.rels", Relationships(Relationship("t", "%c3%84"))};
+    EXPECT_EQ(ReadPart({toUmlaut, {"\xC3\x84", "bytes"}}).bytes, "bytes");
+    EXPECT_EQ(ReadPart({toUmlaut, {"\xC3\xA4", "bytes"}}), notOpened);
+}
+
+TEST(Part, OfTwoOfOneNameIsTheFirstInTheDirectory) {
+    const std::vector<ZipMember> members = {toPart, {"Part.xml", "first"}, {"part.xml", "second"}};
+    EXPECT_EQ(ReadPart(members).bytes, "first");
+    OpenFile file(FIWriteZip(members, {.directoryOrder = {2, 1, 0}}));
+    EXPECT_EQ(ReadPart(file.File()).bytes, "second");
+}
+
+TEST(Part, OfTheFirstRelationshipsPartIsMeant) {
+    const ZipMember other = {"_RELS/.RELS", Relationships(Relationship("t", "other.xml"))};
+    const std::vector<ZipMember> members = {toPart, other, {"part.xml", "first"}, {"other.xml", "second"}};
+    EXPECT_EQ(ReadPart(members).bytes, "first");
+    OpenFile file(FIWriteZip(members, {.directoryOrder = {1, 0, 2, 3}}));
+    EXPECT_EQ(ReadPart(file.File()).bytes, "second");
+}
+
+TEST(Part, IsResolvedAgainstTheRoot) {
+    const ZipMember relationships = {"_rels/.rels", Relationships(Relationship("t", "/x/../word/./my%20part.xml"))};
+    EXPECT_EQ(ReadPart({relationships, {"word/my part.xml", "bytes"}}).bytes, "bytes");
+    EXPECT_EQ(ReadPart({relationships, {"_rels/word/my part.xml", "bytes"}}), notOpened);
+}
+
+TEST(Part, IsNeverOutsideThePackage) {
+    const ZipMember relationships = {"_rels/.rels",
+                                     Relationships("<Relationship Type='t' TargetMode='External' Target='part.xml'/>")};
+    EXPECT_EQ(ReadPart({relationships, {"part.xml", "bytes"}}), notOpened);
+}
+
+TEST(Part, MayHaveTheLongestNameThereIs) {
+    const std::string name(65535, 'n');
+    const ZipMember relationships = Packed("_rels/.rels", Relationships(Relationship("t", name)));
+    EXPECT_EQ(ReadPart({relationships, {name, "bytes"}}).bytes, "bytes");
+    const ZipMember beyond = Packed("_rels/.rels", Relationships(Relationship("t", name + "n")));
+    EXPECT_EQ(ReadPart({beyond, {name, "bytes"}}), notOpened);
+}
+
+TEST(Part, ThatCanNotBeUnpackedDoesNotOpen) {
+    EXPECT_EQ(ReadPart({toPart, {.name = "part.xml", .bytes = "bytes", .flags = zipEncryptedFlag}}), notOpened);
+    EXPECT_EQ(ReadPart({toPart, {.name = "part.xml", .bytes = "bytes", .method = 77}}), notOpened);
+    ZipMember relationships = toPart;
+    relationships.flags = zipEncryptedFlag;
+    EXPECT_EQ(ReadPart({relationships, {"part.xml", "bytes"}}), notOpened);
+}
+
+TEST(Part, IsFoundByRelationshipsInFrontOfAnErrorOrOfDamage) {
+    const std::string text = Relationships(Relationship("t", "part.xml"));
+    const std::string wrong = text.substr(0, text.size() - 5) + "<<<";
+    EXPECT_EQ(ReadPart({{"_rels/.rels", wrong}, {"part.xml", "bytes"}}).bytes, "bytes");
+    const ZipMember damaged = {.name = "_rels/.rels",
+                               .bytes = text,
+                               .method = zipDeflated,
+                               .packed = FIStoredBlock(text.substr(0, text.size() - 5)) + "\x07"};
+    EXPECT_EQ(ReadPart({damaged, {"part.xml", "bytes"}}).bytes, "bytes");
+}
+
+TEST(Part, HasAHandleThatSeeks) {
+    const OpenFile file(FIWriteZip({toPart, Packed("part.xml", "0123456789")}));
+    HPKGPACKAGE package = nullptr;
+    HPKGPART part = nullptr;
+    ASSERT_EQ(PKGInit(file.File(), &package), 0);
+    ASSERT_EQ(PKGOpenFileByType(&part, 0, "t", package), 0);
+    const HIOFILE bytes = PKGGetHIOFILE(part);
+    EXPECT_EQ(FIReadAll(bytes).bytes, "0123456789");
+    EXPECT_EQ(bytes->operations.IOSeek(bytes, 0, 3), 0);
+    EXPECT_EQ(FIReadAll(PKGGetHIOFILE(part)).bytes, "3456789");
+    PKGCloseFile(part);
+    PKGDeinit(package);
+}
+
+TEST(Part, FailsWhenMemoryIsExhaustedAndLosesNone) {
+    const OpenFile file(FIWriteZip({toPart, Packed("part.xml", "bytes")}));
+    const std::size_t blocks = FIHeapBlocks();
+    for (std::uint32_t allocation = 0;; ++allocation) {
+        ASSERT_LT(allocation, 1000U);
+        HPKGPACKAGE package = nullptr;
+        HPKGPART part = nullptr;
+        FIFailAllocationsFrom(allocation);
+        if (PKGInit(file.File(), &package) == 0) static_cast<void>(PKGOpenFileByType(&part, 0, "t", package));
+        FIHeapNeverFails();
+        const bool opened = part != nullptr;
+        PKGCloseFile(part);
+        PKGDeinit(package);
+        EXPECT_EQ(FIHeapBlocks(), blocks);
+        if (opened) break;
+    }
+}
+
+}  // namespace

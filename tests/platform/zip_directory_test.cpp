@@ -1,0 +1,340 @@
+// The central directory of a ZIP archive: where it is found, and which entry of it is meant.
+#include "platform/zip_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/base_utility.h"
+#include "support/bytes.h"
+#include "support/open_file.h"
+#include "support/process_heap.h"
+#include "support/test_handle.h"
+#include "support/zip_writer.h"
+
+namespace {
+
+const std::vector<ZipMember> twoMembers = {{"a.txt", "first"}, {"b.txt", "second"}};
+
+struct DirectoryCase {
+    const char* name;
+    std::string bytes;
+    bool readable;
+};
+
+void PrintTo(const DirectoryCase& directoryCase, std::ostream* out) { *out << directoryCase.name; }
+
+std::string Changed(std::string bytes, std::size_t offset, char value) {
+    bytes.at(offset) = value;
+    return bytes;
+}
+
+std::size_t DirectoryStart(const std::string& zip) { return zip.find("PK\1\2"); }
+
+const std::string plainZip = FIWriteZip(twoMembers);
+const std::string zip64Zip = FIWriteZip(twoMembers, {.zip64 = true});
+const std::string emptyZip = FIWriteZip({});
+
+const DirectoryCase directoryCases[] = {
+    // clang-format off
+    {"APlainArchive", plainZip, true},
+    {"AnArchiveWithoutMembers", emptyZip, true},
+    {"AnEndRecordThatLacksAByte", emptyZip.substr(0, 21), false},
+    {"AnEmptyFile", "", false},
+    {"AText", std::string(1000, 'x'), false},
+    {"NoEndRecord", plainZip.substr(0, plainZip.size() - 22), false},
+    {"BytesInFrontOfAFinishedArchive", std::string(1000, 'x') + plainZip, true},
+    {"BytesBehindTheArchive", plainZip + "tail", true},
+    {"ACommentOf65535Bytes", FIWriteZip(twoMembers, {.comment = std::string(65535, 'c')}), true},
+    {"BytesBehindTheEndRecord65535", plainZip + std::string(65535, 'x'), true},
+    {"BytesBehindTheEndRecord65536", plainZip + std::string(65536, 'x'), false},
+    {"ACommentThatTheFileCuts", FIWriteZip(twoMembers, {.comment = "ab", .commentLengthTold = 3}), false},
+    {"ACommentShorterThanWhatIsThere", FIWriteZip(twoMembers, {.comment = "ab", .commentLengthTold = 1}), true},
+    {"ACountOfNone", FIWriteZip(twoMembers, {.countTold = 0}), true},
+    {"ACountOf65535", FIWriteZip(twoMembers, {.countTold = 0xFFFF}), true},
+    {"ACountOfFourThousandMillion", FIWriteZip(twoMembers, {.zip64 = true, .countTold = 0xFFFFFFFF}), true},
+    {"AWrongOffset", FIWriteZip(twoMembers, {.directoryOffsetTold = 5}), true},
+    {"AnOffsetBehindTheFile", FIWriteZip(twoMembers, {.directoryOffsetTold = 0x7FFFFFFF}), true},
+    {"ASizeThatIsOneTooSmall", FIWriteZip({{"a", ""}}, {.directorySizeTold = 46}), false},
+    {"ASizeThatIsOneTooLarge", FIWriteZip({{"a", ""}}, {.directorySizeTold = 48}), false},
+    {"ASizeThatIsRight", FIWriteZip({{"a", ""}}, {.directorySizeTold = 47}), true},
+    {"ASizeBeyondTheFile", FIWriteZip(twoMembers, {.directorySizeTold = 0xFFFFFFFF}), false},
+    {"NoSizeAtAll", FIWriteZip(twoMembers, {.directorySizeTold = 0}), true},
+    {"NoSizeBehindTheEnd", FIWriteZip({}, {.directoryOffsetTold = 1}), false},
+    {"AnEntryWithoutItsSignature", Changed(plainZip, DirectoryStart(plainZip), 'Q'), false},
+    {"ANameThatLeavesTheDirectory", Changed(plainZip, DirectoryStart(plainZip) + 51 + 28 + 1, 1), false},
+    {"AnExtraFieldThatLeavesIt", Changed(plainZip, DirectoryStart(plainZip) + 51 + 30 + 1, 1), false},
+    {"ACommentThatLeavesIt", Changed(plainZip, DirectoryStart(plainZip) + 51 + 32 + 1, 1), false},
+    {"ASignatureBlockAtItsEnd", FIWriteZip(twoMembers, {.directoryTail = FIBytes(R"("PK" 05 05 03 00 "abc")")}), true},
+    {"AnotherTailOfIt", FIWriteZip(twoMembers, {.directoryTail = "tail"}), false},
+    {"AZip64Archive", zip64Zip, true},
+    {"AZip64ArchiveBehindOtherBytes", std::string(1000, 'x') + zip64Zip, true},
+    {"AZip64LocatorWithoutItsSignature", Changed(zip64Zip, zip64Zip.size() - 22 - 20, 'Q'), false},
+    {"AZip64EndRecordWithoutItsSignature", Changed(zip64Zip, zip64Zip.size() - 22 - 20 - 56, 'Q'), false},
+    {"AZip64LocatorThatLeadsNowhere", Changed(zip64Zip, zip64Zip.size() - 22 - 20 + 15, 1), true},
+    {"AZip64LocatorAtTheStart", FIBytes(R"("PK" 06 07 00*16)") + emptyZip, true},
+    {"AnEndRecordThatIsNotOneInTheComment", FIWriteZip(twoMembers, {.comment = "PK\5\6" + std::string(18, '\xFF')}), true},
+    {"ACutArchiveInFrontOfAWholeOne", plainZip.substr(0, 40) + plainZip, true},
+    // clang-format on
+};
+
+class FindDirectory : public testing::TestWithParam<DirectoryCase> {};
+
+TEST_P(FindDirectory, Answers) {
+    const std::size_t blocks = FIHeapBlocks();
+    OpenFile file(GetParam().bytes);
+    ZADirectory directory;
+    EXPECT_EQ(ZAFindDirectory(*UTFindHandle(file.File()), directory), GetParam().readable);
+    file.Close();
+    EXPECT_EQ(FIHeapBlocks(), blocks);
+}
+
+std::string CaseName(const testing::TestParamInfo<DirectoryCase>& caseInfo) { return caseInfo.param.name; }
+
+INSTANTIATE_TEST_SUITE_P(Archives, FindDirectory, testing::ValuesIn(directoryCases), CaseName);
+
+// The members' names, as far as they are asked for, of the archive that is found in the bytes.
+bool Holds(const std::string& bytes, const char* name) {
+    const OpenFile file(bytes);
+    UTHandle& handle = *UTFindHandle(file.File());
+    ZADirectory directory;
+    ZAEntry entry;
+    return ZAFindDirectory(handle, directory) && ZAFindEntry(handle, directory, name, false, entry);
+}
+
+TEST(DirectorySearch, TheLastEndRecordThatCanBeReadCounts) {
+    const std::string first = FIWriteZip({{"first", ""}});
+    const std::string second = FIWriteZip({{"second", ""}});
+    EXPECT_TRUE(Holds(first + second, "second"));
+    EXPECT_FALSE(Holds(first + second, "first"));
+    std::string damaged = second;
+    damaged[DirectoryStart(damaged)] = 'Q';
+    EXPECT_TRUE(Holds(first + damaged, "first"));
+}
+
+TEST(DirectorySearch, AnEndRecordIsFoundWhereverTheWindowsOfTheSearchMeet) {
+    for (std::size_t behind = 4070; behind < 4110; ++behind) {
+        EXPECT_TRUE(Holds(plainZip + std::string(behind, 'x'), "a.txt")) << behind;
+    }
+}
+
+TEST(DirectorySearch, TheZip64RecordCountsBeforeThePlainOne) {
+    // The plain fields tell a directory of the right size too, but of the other archive.
+    std::string zip = FIWriteZip({{"one", ""}, {"two", ""}}, {.zip64 = true});
+    const std::size_t end = zip.size() - 22;
+    const std::size_t start = DirectoryStart(zip);
+    zip[end + 12] = 49;
+    zip[end + 13] = zip[end + 14] = zip[end + 15] = 0;
+    zip[end + 16] = static_cast<char>(start + 49);
+    zip[end + 17] = zip[end + 18] = zip[end + 19] = 0;
+    EXPECT_TRUE(Holds(zip, "one"));
+    zip[end - 20] = 'Q';  // no locator: the plain fields
+    EXPECT_FALSE(Holds(zip, "one"));
+    EXPECT_TRUE(Holds(zip, "two"));
+}
+
+TEST(DirectorySearch, AFileFullOfEndRecordsComesBack) {
+    std::string records;
+    while (records.size() < 200000) records += "PK\5\6";
+    EXPECT_FALSE(Holds(records, "a"));
+    std::string deep = FIWriteZip(std::vector<ZipMember>(2000, {"a", ""}));
+    const std::string end = deep.substr(deep.size() - 22);
+    deep[DirectoryStart(deep) + 1999 * 47] = 'Q';  // the last entry is wrong, so each walk is a long one
+    for (int index = 0; index < 2900; ++index) deep += end;
+    EXPECT_FALSE(Holds(deep, "a"));
+}
+
+TEST(DirectorySearch, AFileThatCanNotBeReadHasNone) {
+    const auto host = FIMakeTestHandle(plainZip);
+    HIOFILE file = nullptr;
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ZADirectory directory;
+    host->failReadsFrom = 0;
+    EXPECT_FALSE(ZAFindDirectory(*UTFindHandle(file), directory));
+    host->failReadsFrom = testNever;
+    host->bytesPerRead = 1;
+    EXPECT_TRUE(ZAFindDirectory(*UTFindHandle(file), directory));
+    FICloseFile(file);
+}
+
+// ---- A directory of any size, made as it is read: entries with the longest comments ---------------------------------
+
+constexpr std::uint64_t entrySize = 46 + 65535;
+
+struct Endless {
+    UTHandle handle;  // first
+    std::uint64_t directorySize;
+    std::string tail;  // the end record
+};
+
+std::uint8_t EntryByte(std::uint64_t offset, std::uint64_t directorySize) {
+    const std::uint64_t entry = offset / entrySize;
+    const std::uint64_t place = offset % entrySize;
+    const std::uint64_t length = std::min(entrySize, directorySize - entry * entrySize);
+    const std::uint64_t comment = length - 46;
+    constexpr std::uint8_t signature[] = {'P', 'K', 1, 2};
+    if (place < 4) return signature[place];
+    if (place == 32) return static_cast<std::uint8_t>(comment & 0xFF);
+    if (place == 33) return static_cast<std::uint8_t>(comment >> 8);
+    return 0;
+}
+
+std::int32_t ReadEndless(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                         std::uint32_t& count) {
+    const auto& endless = reinterpret_cast<Endless&>(handle);
+    auto* const bytes = static_cast<std::uint8_t*>(destination);
+    for (count = 0; count < size && offset < endless.directorySize + endless.tail.size(); ++count, ++offset) {
+        bytes[count] = offset < endless.directorySize
+                           ? EntryByte(offset, endless.directorySize)
+                           : static_cast<std::uint8_t>(endless.tail[offset - endless.directorySize]);
+    }
+    return 0;
+}
+
+bool LargeDirectoryIsFound(std::uint64_t directorySize) {
+    Endless endless = {};
+    endless.directorySize = directorySize;
+    endless.tail = FIWriteZip({}, {.directorySizeTold = directorySize});
+    constexpr UTHandleKind kind = {ReadEndless,
+                                   [](UTHandle& handle) {
+                                       const auto& record = reinterpret_cast<Endless&>(handle);
+                                       return record.directorySize + record.tail.size();
+                                   },
+                                   [](UTHandle&) {}};
+    endless.handle.kind = &kind;
+    ZADirectory directory;
+    return ZAFindDirectory(endless.handle, directory);
+}
+
+TEST(DirectorySearch, ADirectoryOf256MebibytesIsReadAndALargerOneIsNot) {
+    EXPECT_TRUE(LargeDirectoryIsFound(entrySize * 3));
+    EXPECT_TRUE(LargeDirectoryIsFound(largestZipDirectory));
+    EXPECT_FALSE(LargeDirectoryIsFound(largestZipDirectory + 1));
+}
+
+// ---- Entries -------------------------------------------------------------------------------------------------------
+
+bool FindEntry(const std::string& bytes, std::string_view name, bool anyCase, ZAEntry& entry) {
+    const OpenFile file(bytes);
+    UTHandle& handle = *UTFindHandle(file.File());
+    ZADirectory directory;
+    return ZAFindDirectory(handle, directory) && ZAFindEntry(handle, directory, name, anyCase, entry);
+}
+
+TEST(FindEntry, ComparesTheWholeName) {
+    const std::string zip = FIWriteZip({{"name", ""}, {std::string("nul\0x", 5), ""}, {"\xC4.xml", ""}, {"", ""}});
+    ZAEntry entry;
+    EXPECT_TRUE(FindEntry(zip, "name", false, entry));
+    EXPECT_FALSE(FindEntry(zip, "nam", false, entry));
+    EXPECT_FALSE(FindEntry(zip, "names", false, entry));
+    EXPECT_FALSE(FindEntry(zip, "Name", false, entry));
+    EXPECT_TRUE(FindEntry(zip, "NaMe", true, entry));
+    EXPECT_FALSE(FindEntry(zip, "nul", false, entry));
+    EXPECT_TRUE(FindEntry(zip, std::string_view("nul\0x", 5), false, entry));
+    EXPECT_FALSE(FindEntry(zip, "\xE4.xml", true, entry));  // ASCII letters alone
+    EXPECT_TRUE(FindEntry(zip, "", false, entry));
+}
+
+TEST(FindEntry, ComparesNamesLongerThanItsBuffer) {
+    std::string name(65535, 'n');
+    const std::string zip = FIWriteZip({{name, "long"}});
+    ZAEntry entry;
+    EXPECT_TRUE(FindEntry(zip, name, false, entry));
+    name.back() = 'N';
+    EXPECT_FALSE(FindEntry(zip, name, false, entry));
+    EXPECT_TRUE(FindEntry(zip, name, true, entry));
+}
+
+TEST(FindEntry, OfTwoMembersOfOneNameTheFirstInTheDirectoryIsMeant) {
+    const std::vector<ZipMember> members = {{"same", "1"}, {"SAME", "22"}, {"same", "333"}};
+    ZAEntry entry;
+    ASSERT_TRUE(FindEntry(FIWriteZip(members), "same", false, entry));
+    EXPECT_EQ(entry.size, 1U);
+    ASSERT_TRUE(FindEntry(FIWriteZip(members, {.directoryOrder = {2, 1, 0}}), "same", false, entry));
+    EXPECT_EQ(entry.size, 3U);
+    ASSERT_TRUE(FindEntry(FIWriteZip(members, {.directoryOrder = {1, 2, 0}}), "same", true, entry));
+    EXPECT_EQ(entry.size, 2U);
+    ASSERT_TRUE(FindEntry(FIWriteZip(members, {.directoryOrder = {1, 2, 0}}), "same", false, entry));
+    EXPECT_EQ(entry.size, 3U);
+}
+
+TEST(FindEntry, TellsTheFieldsOfTheEntry) {
+    const std::string zip =
+        FIWriteZip({{"x", "front"},
+                    {.name = "name", .bytes = "12345", .method = zipDeflated, .flags = 6, .checksumTold = 0x12345678}});
+    ZAEntry entry;
+    ASSERT_TRUE(FindEntry(zip, "name", false, entry));
+    EXPECT_EQ(entry.flags, 6U);
+    EXPECT_EQ(entry.method, 8U);
+    EXPECT_EQ(entry.checksum, 0x12345678U);
+    EXPECT_EQ(entry.size, 5U);
+    EXPECT_EQ(entry.packedSize, FIDeflate("12345").size());
+    EXPECT_EQ(entry.headerOffset, 30U + 1U + 5U);
+}
+
+TEST(FindEntry, Zip64NumbersReplaceThoseThatDoNotFit) {
+    const ZipMember wide = {
+        .name = "name", .bytes = "12345", .zip64 = true, .sizeTold = 0x123456789ABC, .packedSizeTold = 0x23456789ABCD};
+    ZAEntry entry;
+    ASSERT_TRUE(FindEntry(FIWriteZip({{"x", ""}, wide}), "name", false, entry));
+    EXPECT_EQ(entry.size, 0x123456789ABCU);
+    EXPECT_EQ(entry.packedSize, 0x23456789ABCDU);
+    EXPECT_EQ(entry.headerOffset, 31U);
+
+    ZipMember behindOther = wide;
+    behindOther.extra = FIBytes("w:0x7075 w:3 01 02 03");
+    ASSERT_TRUE(FindEntry(FIWriteZip({behindOther}), "name", false, entry));
+    EXPECT_EQ(entry.size, 0x123456789ABCU);
+}
+
+TEST(FindEntry, AZip64BlockHoldsOnlyTheNumbersThatDoNotFit) {
+    const ZipMember member = {
+        .name = "name", .bytes = "12345", .packedSizeTold = 0xFFFFFFFF, .extra = FIBytes("w:1 w:8 d:7 d:1")};
+    ZAEntry entry;
+    ASSERT_TRUE(FindEntry(FIWriteZip({member}), "name", false, entry));
+    EXPECT_EQ(entry.size, 5U);
+    EXPECT_EQ(entry.packedSize, 0x100000007U);
+}
+
+TEST(FindEntry, AnExtraFieldThatIsNotWellFormedLeavesTheNumbers) {
+    for (const char* const extra : {"01", "w:1 w:8", "w:1 w:7 00*7", "w:2 w:9 00*8 w:1 w:8 00*8", "w:3 w:0"}) {
+        const ZipMember member = {
+            .name = "name", .bytes = "12345", .packedSizeTold = 0xFFFFFFFF, .extra = FIBytes(extra)};
+        ZAEntry entry;
+        ASSERT_TRUE(FindEntry(FIWriteZip({member}), "name", false, entry)) << extra;
+        EXPECT_EQ(entry.packedSize, 0xFFFFFFFFU) << extra;
+    }
+}
+
+// ---- Data ----------------------------------------------------------------------------------------------------------
+
+TEST(FindData, StandsBehindTheLocalHeader) {
+    const std::string zip = FIWriteZip({{"name", "bytes"}});
+    for (const std::size_t front : {std::size_t{0}, std::size_t{100}}) {
+        const OpenFile file(std::string(front, 'x') + zip);
+        UTHandle& handle = *UTFindHandle(file.File());
+        ZADirectory directory;
+        ZAEntry entry;
+        ASSERT_TRUE(ZAFindDirectory(handle, directory) && ZAFindEntry(handle, directory, "name", false, entry));
+        std::uint64_t offset = 0;
+        ASSERT_TRUE(ZAFindData(handle, directory, entry, offset));
+        EXPECT_EQ(offset, front + 34);
+    }
+}
+
+TEST(FindData, IsNotThereWithoutALocalHeader) {
+    for (const std::uint64_t told :
+         {std::uint64_t{1}, std::uint64_t{0x7FFFFFFF}, ~std::uint64_t{0}, ~std::uint64_t{0} - 29}) {
+        const std::string zip =
+            FIWriteZip({{.name = "name", .bytes = "bytes", .zip64 = true, .headerOffsetTold = told}});
+        const OpenFile file(zip);
+        UTHandle& handle = *UTFindHandle(file.File());
+        ZADirectory directory;
+        ZAEntry entry;
+        ASSERT_TRUE(ZAFindDirectory(handle, directory) && ZAFindEntry(handle, directory, "name", false, entry));
+        std::uint64_t offset = 0;
+        EXPECT_FALSE(ZAFindData(handle, directory, entry, offset)) << told;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,152 @@
+// The table: its bytes against those that a second hand wrote, and what lies behind it.
+#include "signatures/table.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+
+#include "core/interpreter.h"
+#include "core/routines.h"
+#include "support/bytes.h"
+#include "support/golden.h"
+#include "support/probe_case.h"
+
+namespace {
+
+std::string HexOf(const std::uint8_t* begin, const std::uint8_t* end) {
+    std::string text;
+    for (const std::uint8_t* byte = begin; byte != end; ++byte) {
+        char pair[4] = {};
+        std::snprintf(pair, sizeof(pair), "%02X ", *byte);
+        text += pair;
+    }
+    if (!text.empty()) text.pop_back();
+    return text;
+}
+
+// The entries of the table as the driver's scan finds them, each with its end mark.
+std::vector<std::string> SplitTable() {
+    std::vector<std::string> rows;
+    const std::uint8_t* row = FISignatureTable();
+    const std::uint8_t* const end = row + FISignatureTableSize();
+    for (const std::uint8_t* byte = row; byte + 1 < end; ++byte) {
+        if (byte[0] != 0xFF || (byte[1] != 0xE0 && byte[1] != 0xE1)) continue;
+        rows.push_back(HexOf(row, byte + 2));
+        row = byte + 2;
+        ++byte;
+    }
+    EXPECT_EQ(row, end);
+    return rows;
+}
+
+TEST(Table, HasTheBytesThatASecondHandWrote) {
+    const std::vector<std::string> expected = FIReadGolden("rows.hex");
+    const std::vector<std::string> rows = SplitTable();
+    ASSERT_EQ(rows.size(), signatureEntryCount);
+    ASSERT_EQ(expected.size(), signatureEntryCount);
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        ASSERT_EQ(std::to_string(index + 1) + "\t" + rows[index], expected[index])
+            << "row " << index + 1 << " is the first that differs";
+    }
+}
+
+TEST(Table, IsFollowedByNineZeroBytes) {
+    const std::uint8_t* const end = FISignatureTable() + FISignatureTableSize();
+    EXPECT_EQ(HexOf(end - 2, end + zeroBytesBehindTable), "FF E1 00 00 00 00 00 00 00 00 00");
+    EXPECT_EQ(end[zeroBytesBehindTable], 0xFF) << "the class tables begin right behind";
+}
+
+TEST(Table, RowsAreFoundByTheirNumbers) {
+    EXPECT_EQ(FIFindSignatureRow(0), nullptr);
+    EXPECT_EQ(FIFindSignatureRow(405), nullptr);
+    EXPECT_EQ(FIFindSignatureRow(0xFFFF), nullptr);
+    for (std::uint16_t number = 1; number <= signatureRowCount; ++number) {
+        ASSERT_NE(FIFindSignatureRow(number), nullptr) << number;
+        EXPECT_EQ(FIFindSignatureRow(number)->row, number);
+    }
+}
+
+// Which rows call which routine, apart from the table: number, rows.
+TEST(Table, CallsEachRoutineFromItsRows) {
+    std::vector<std::string> calls;
+    for (const std::uint16_t routine : routineNumbers) {
+        std::ostringstream line;
+        line << routine << ":";
+        for (std::uint16_t number = 1; number <= signatureRowCount; ++number) {
+            const FIRowResult result = FIFindSignatureRow(number)->result;
+            if (result.opcode == FIOpcode::Call && result.number == routine) line << " " << number;
+        }
+        calls.push_back(line.str());
+    }
+    const std::vector<std::string> expected = {
+        "1003: 398",     "1007: 84",  "1010: 160", "1018: 366", "1019: 400", "1020: 399",   "1021: 367",   "1023: 393",
+        "1025: 369",     "1034: 365", "1041: 85",  "1057:",     "1077: 368", "1082: 5",     "1108: 150",   "1132: 395",
+        "1141: 354 355", "1146: 4",   "1168: 389", "1187: 385", "1190: 111", "1201: 363",   "1206: 357",   "1210: 401",
+        "1212: 370",     "1213: 402", "1416: 334", "1445: 21",  "1446: 8",   "1447: 22",    "1450: 23 27", "1453: 24",
+        "1504: 173",     "1505: 374", "1515: 171", "1518: 361", "1528: 381", "1535: 166",   "1544: 88",    "1557: 386",
+        "1569: 241",     "1570: 244", "1571: 245", "1572: 246", "1575: 247", "1579: 29 30", "1580: 387",   "1588: 359",
+        "1597: 38",      "1598: 222", "1601: 113", "1631: 39",  "1705: 243", "1708: 397",   "1709: 263",   "1710: 264",
+        "1802: 269",     "1803: 272", "1807: 100", "1814: 274", "1999: 45",  "4050: 403"};
+    EXPECT_EQ(calls, expected);
+}
+
+TEST(Table, ThreePictRowsKeepTheCallOfAnUnknownRoutine) {
+    for (const std::size_t number : {177, 178, 179}) {
+        EXPECT_NE(SplitTable()[number - 1].find("00 11 02 FF 0C 00 FF 08"), std::string::npos) << number;
+    }
+}
+
+// What the table's shape promises: rows that are equal, and the pair of rows that share a class identifier.
+TEST(Table, RepeatsOneRowAndOneClassIdentifier) {
+    const std::vector<std::string> rows = SplitTable();
+    EXPECT_EQ(rows[353], rows[354]);
+    EXPECT_EQ(FIFindSignatureRow(21)->signature, FIFindSignatureRow(25)->signature);
+    EXPECT_EQ(FIFindSignatureRow(401)->signature, FIFindSignatureRow(402)->signature);
+}
+
+// ---- The class tables behind the table
+// -------------------------------------------------------------------------------
+
+constexpr std::uint8_t highestValue = 63;
+
+std::string Members(std::uint8_t (*lookUp)(char), std::uint32_t first, std::uint32_t last) {
+    std::string members;
+    for (std::uint32_t byte = first; byte <= last; ++byte) {
+        if (lookUp(static_cast<char>(byte)) <= highestValue) members += static_cast<char>(byte);
+    }
+    return members;
+}
+
+TEST(CharacterClasses, HoldTheirAlphabets) {
+    EXPECT_EQ(Members(FIBinHexClass, 0, 127), "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr");
+    EXPECT_EQ(Members(FIXxClass, 0, 127), "+-0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+    std::string uu;
+    for (char byte = 32; byte <= 96; ++byte) uu += byte;
+    EXPECT_EQ(Members(FIUuClass, 0, 127), uu);
+}
+
+TEST(CharacterClasses, GiveValuesInTheOrderOfTheAlphabet) {
+    EXPECT_EQ(FIBinHexClass('!'), 0);
+    EXPECT_EQ(FIBinHexClass('r'), 63);
+    EXPECT_EQ(FIUuClass(' '), 0);
+    EXPECT_EQ(FIUuClass('M'), 45);
+    EXPECT_EQ(FIUuClass('_'), 63);
+    EXPECT_EQ(FIUuClass('`'), 0);
+    EXPECT_EQ(FIXxClass('+'), 0);
+    EXPECT_EQ(FIXxClass('h'), 45);
+    EXPECT_EQ(FIXxClass('z'), 63);
+    EXPECT_EQ(FIXxClass('*'), 0xFF);
+}
+
+TEST(CharacterClasses, ReadInFrontOfTheirTablesForHighBytes) {
+    EXPECT_EQ(Members(FIUuClass, 128, 255), "");
+    std::string xx;
+    for (std::uint32_t byte = 0xA0; byte <= 0xE0; ++byte) xx += static_cast<char>(byte);
+    EXPECT_EQ(Members(FIXxClass, 128, 255), xx);
+    EXPECT_EQ(Members(FIBinHexClass, 128, 255),
+              FIBytes("81 82 83 87 89 8D 92 93 97 98 9A 9B 9C A0 A9 AB AF B1 B5 B7 BB BD C1 C2 C7 C9 CD CE D3 D5 D9 DB "
+                      "DF E5 E6 E7 E9 EA EC ED EE F0 F1 F2 F7 F8 F9 FA FB FC FD FE FF"));
+}
+
+}  // namespace
