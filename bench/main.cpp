@@ -1,0 +1,16 @@
+// main.cpp - the benchmark program: fiid_bench DIRECTORY... [--benchmark_...]
+#include <benchmark/benchmark.h>
+
+#include "bench/benchmarks.h"
+#include "fiid.h"
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    const std::vector<std::string> directories(argv + 1, argv + argc);
+    FIInit(nullptr);
+    RegisterFamilies(directories);
+    RegisterRoutines();
+    benchmark::RunSpecifiedBenchmarks();
+    FIDeInit(nullptr);
+    return 0;
+}
