@@ -1,0 +1,229 @@
+// storage_fuzz.cpp - fuzz target: the storage reader, and the identification of storages.
+//
+// The input is a file. Its class identifier is asked for, all names of the routines are looked up, streams and
+// sub-storages are listed, opened and read, also in storages that lie in streams of others, and the file is identified.
+// On the way these laws are asserted:
+//
+//   - The same question has the same answer twice.
+//   - A stream delivers no more bytes than its entry tells and the file holds, and the same ones whether they are
+//     read from the start on or from a place in the middle.
+//   - After an identification the handle stands at 0.
+//   - An identification reads a bounded number of bytes.
+//
+// Run: scripts/fuzz storage_fuzz, or storage_fuzz -max_len=16384 CORPUS fuzz/seeds/storage
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "fiid.h"
+#include "platform/base_utility.h"
+#include "platform/compound_storage.h"
+#include "platform/handle.h"
+
+namespace {
+
+constexpr std::uint32_t openMode = 1;
+constexpr std::uint32_t openFlags = 1;
+constexpr std::uint16_t originStart = 0;
+constexpr std::size_t classIdBytes = 16;
+
+// How much is looked at in one input; what hangs together in a damaged file can be endless.
+constexpr std::uint32_t deepestStorage = 4;
+constexpr std::uint32_t mostObjects = 200;
+
+// An identification may look at a file's bytes for many rows of the table, but not for each byte of the file.
+constexpr std::uint64_t readingAllowance = 16 << 20;
+constexpr std::uint64_t readingsOfEachByte = 64;
+
+const char* const names[] = {
+    "PP40",
+    "EncryptedPackage",
+    "PP97_DUALSTORAGE",
+    "PowerPoint Document",
+    "WordDocument",
+    "NOVELL_MAIN",
+    "PerfectOffice_MAIN",
+    "Book",
+    "BOOK",
+    "Workbook",
+    "MN0",
+    "NativeContent_MAIN",
+    "FileHeader",
+    "__properties_version1.0",
+    "\005SummaryInformation",
+    "DesignerDoc",
+    "VisioDocument",
+    "",
+    "Root Entry",
+};
+
+void Require(bool law, const char* broken) {
+    if (law) return;
+    std::fprintf(stderr, "broken law: %s\n", broken);
+    std::abort();
+}
+
+// ---- A host's handle that counts what is read ----------------------------------------------------------------------
+
+struct CountingHandle {
+    IOFile file;  // first
+    const std::uint8_t* data;
+    std::uint64_t size;
+    std::uint64_t position;
+    std::uint64_t delivered;
+};
+
+CountingHandle& CountingOf(HIOFILE file) { return *reinterpret_cast<CountingHandle*>(file); }
+
+std::int32_t CountingRead(HIOFILE file, void* destination, std::uint32_t size, std::uint32_t* count) {
+    CountingHandle& handle = CountingOf(file);
+    const std::uint64_t left = handle.position < handle.size ? handle.size - handle.position : 0;
+    *count = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, left));
+    if (*count > 0) std::memcpy(destination, handle.data + handle.position, *count);
+    handle.position += *count;
+    handle.delivered += *count;
+    return 0;
+}
+
+std::int32_t CountingSeek(HIOFILE file, std::uint16_t origin, std::int32_t offset) {
+    CountingHandle& handle = CountingOf(file);
+    const std::uint64_t base = origin == originStart ? 0 : origin == 1 ? handle.position : handle.size;
+    const std::int64_t step = origin == originStart ? static_cast<std::uint32_t>(offset) : std::int64_t{offset};
+    if (step < 0 && static_cast<std::uint64_t>(-step) > base) return -1;
+    handle.position = base + static_cast<std::uint64_t>(step);
+    return 0;
+}
+
+std::int32_t CountingTell(HIOFILE file, std::uint32_t* position) {
+    *position = static_cast<std::uint32_t>(CountingOf(file).position);
+    return 0;
+}
+
+constexpr IOOperations countingOperations = {
+    [](HIOFILE) { return std::int32_t{0}; },
+    CountingRead,
+    [](HIOFILE, const void*, std::uint32_t, std::uint32_t*) { return std::int32_t{-1}; },
+    CountingSeek,
+    CountingTell,
+    [](HIOFILE, std::uint32_t, void*) { return std::int32_t{-1}; },
+    [](HIOFILE*, std::uint32_t, const void*, std::uint32_t) { return std::int32_t{-1}; },
+};
+
+// ---- Looking at everything -----------------------------------------------------------------------------------------
+
+struct Walk {
+    std::uint64_t fileSize;
+    std::uint32_t objectsLeft;
+    std::uint32_t places;  // places in streams, made of the input
+};
+
+std::uint32_t NextPlace(Walk& walk) {
+    walk.places = walk.places * 1664525 + 1013904223;
+    return walk.places >> 8;
+}
+
+void CheckStream(HIOFILE stream, Walk& walk, std::uint64_t size) {
+    std::string bytes;
+    char buffer[2048];
+    while (true) {
+        std::uint32_t count = 0;
+        Require(stream->operations.IORead(stream, buffer, sizeof(buffer), &count) == 0,
+                "a stream in memory can be read");
+        if (count == 0) break;
+        bytes.append(buffer, count);
+        Require(bytes.size() <= size && bytes.size() <= walk.fileSize,
+                "a stream delivers what its entry and the file hold");
+    }
+    for (std::uint32_t round = 0; round < 4; ++round) {
+        const auto place = NextPlace(walk) % static_cast<std::uint32_t>(bytes.size() + 70);
+        const std::uint32_t wanted = NextPlace(walk) % sizeof(buffer);
+        std::uint32_t count = 0;
+        Require(stream->operations.IOSeek(stream, originStart, static_cast<std::int32_t>(place)) == 0, "a seek works");
+        Require(stream->operations.IORead(stream, buffer, wanted, &count) == 0, "a stream in memory can be read");
+        const std::string expected = place < bytes.size() ? bytes.substr(place, wanted) : "";
+        Require(std::string(buffer, count) == expected, "a stream delivers the same bytes from a place in the middle");
+    }
+}
+
+bool GetClassId(HIOFILE file, std::uint8_t (&classId)[classIdBytes]) {
+    std::memset(classId, 0, sizeof(classId));
+    return file->operations.IOGetInfo(file, IOInfoClassId, classId) == 0;
+}
+
+// Looks a name up. Returns whether it is there.
+bool LookUp(HIOFILE storage, std::uint32_t kind, const char* name) {
+    IOSubSpec specification;
+    specification.parent = storage;
+    std::strcpy(specification.name, name);
+    HIOFILE object = nullptr;
+    const bool found = storage->operations.IOOpenSub(&object, kind, &specification, openFlags) == 0;
+    Require(found == (object != nullptr), "a handle comes with success alone");
+    if (found) object->operations.IOClose(object);
+    return found;
+}
+
+void CheckStorage(HIOFILE file, Walk& walk, std::uint32_t depth) {
+    std::uint8_t classId[classIdBytes];
+    std::uint8_t again[classIdBytes];
+    const bool isStorage = file->operations.IOGetInfo(file, IOInfoIsStorage, nullptr) == 0;
+    Require(GetClassId(file, classId) == isStorage, "a storage has a class identifier, anything else has none");
+    for (const char* const name : names) {
+        for (const std::uint32_t kind : {IOSUB_STREAM, IOSUB_STORAGE}) {
+            const bool found = LookUp(file, kind, name);
+            Require(isStorage || !found, "a plain file has no streams");
+            Require(LookUp(file, kind, name) == found, "a name is found twice or not at all");
+        }
+    }
+    Require(GetClassId(file, again) == isStorage && std::memcmp(classId, again, sizeof(classId)) == 0,
+            "the class identifier stays the same");
+    if (!isStorage || depth == deepestStorage) return;
+    UTHandle& storage = *UTFindHandle(file);
+    CFChild child;
+    for (std::size_t place = 0; walk.objectsLeft > 0 && CFGetChild(storage, place, child); ++place) {
+        --walk.objectsLeft;
+        UTHandle* const opened = UTOpenChild(storage, place);
+        Require(opened != nullptr, "a child that is listed can be opened");
+        const HIOFILE object = UTHandleFile(*opened);
+        if (!child.isStorage) CheckStream(object, walk, child.size);
+        CheckStorage(object, walk, depth + 1);
+        object->operations.IOClose(object);
+    }
+}
+
+// ---- Identification ------------------------------------------------------------------------------------------------
+
+FIID Identify(HIOFILE file) {
+    FIID fiid = 0;
+    Require(FIIdHandle(file, FIFlagExtendedText, &fiid) == 0, "an identification has a result");
+    std::uint32_t position = 1;
+    Require(file->operations.IOTell(file, &position) == 0 && position == 0, "the handle is back at its start");
+    return fiid;
+}
+
+void CheckIdentification(const std::uint8_t* data, std::size_t size, FIID expected) {
+    CountingHandle counting = {{countingOperations}, data, size, 0, 0};
+    HIOFILE file = nullptr;
+    Require(IOOpen(&file, IOSpecHandle, &counting.file, openMode) == 0, "a host's handle opens");
+    Require(Identify(file) == expected, "the answer is the same over another handle");
+    file->operations.IOClose(file);
+    Require(counting.delivered <= readingAllowance + readingsOfEachByte * size,
+            "an identification reads a bounded amount");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const IOMemorySpec memory = {data, size, ""};
+    HIOFILE file = nullptr;
+    Require(IOOpen(&file, IOSpecMemory, &memory, openMode) == 0, "memory opens");
+    const FIID answer = Identify(file);
+    Walk walk = {size, mostObjects, size > 0 ? data[size - 1] + static_cast<std::uint32_t>(size) : 0};
+    CheckStorage(file, walk, 0);
+    Require(Identify(file) == answer, "the answer is the same twice");
+    file->operations.IOClose(file);
+    CheckIdentification(data, size, answer);
+    return 0;
+}
