@@ -63,13 +63,6 @@ std::int32_t FuzzGetInfo(HIOFILE, std::uint32_t, void*) { return -1; }
 
 std::int32_t FuzzOpenSub(HIOFILE*, std::uint32_t, const void*, std::uint32_t) { return -1; }
 
-// Chooses inputs by their bytes, so that a finding comes again (FNV-1a).
-std::uint32_t HashOf(std::string_view bytes) {
-    std::uint32_t hash = 2166136261U;
-    for (const char byte : bytes) hash = (hash ^ static_cast<std::uint8_t>(byte)) * 16777619U;
-    return hash ^ hash >> 16;
-}
-
 FIID RunOver(const FuzzRoutine& routine, HIOFILE file, const char* extension) {
     FIReader reader;
     FIReaderStart(reader, file);
@@ -104,13 +97,20 @@ void FuzzRequire(bool holds, const char* name, const char* law) {
     std::abort();
 }
 
+// FNV-1a.
+std::uint32_t FuzzHash(std::string_view bytes) {
+    std::uint32_t hash = 2166136261U;
+    for (const char byte : bytes) hash = (hash ^ static_cast<std::uint8_t>(byte)) * 16777619U;
+    return hash ^ hash >> 16;
+}
+
 FuzzHandle FuzzMakeHandle(std::string_view bytes, std::uint32_t bytesPerRead) {
     return {
         {{FuzzClose, FuzzRead, FuzzWrite, FuzzSeek, FuzzTell, FuzzGetInfo, FuzzOpenSub}}, bytes, bytesPerRead, 0, 0, 0};
 }
 
 void FuzzCheckRoutines(std::span<const FuzzRoutine> routines, const FuzzFile& file) {
-    const std::uint32_t chosen = HashOf(file.bytes) % everySoManyInputs;
+    const std::uint32_t chosen = FuzzHash(file.bytes) % everySoManyInputs;
     for (const FuzzRoutine& routine : routines) {
         FuzzHandle handle = FuzzMakeHandle(file.bytes);
         const FIID answer = RunOver(routine, &handle.file, file.extension);

@@ -52,6 +52,9 @@ struct FuzzHandle {
 
 FuzzHandle FuzzMakeHandle(std::string_view bytes, std::uint32_t bytesPerRead = UINT32_MAX);
 
+// A number made of an input's bytes, by which a target chooses what it tries with it: a finding comes again.
+std::uint32_t FuzzHash(std::string_view bytes);
+
 // Runs all routines over the file. The laws that cost more are tried for a part of the inputs, chosen by their bytes.
 void FuzzCheckRoutines(std::span<const FuzzRoutine> routines, const FuzzFile& file);
 

@@ -19,6 +19,7 @@
 #include <string>
 
 #include "fiid.h"
+#include "fuzz/laws.h"
 #include "platform/base_utility.h"
 #include "platform/compound_storage.h"
 #include "platform/handle.h"
@@ -118,6 +119,7 @@ struct Walk {
     std::uint64_t fileSize;
     std::uint32_t objectsLeft;
     std::uint32_t places;  // places in streams, made of the input
+    bool everything;       // ask each question twice, and look for storages in streams
 };
 
 std::uint32_t NextPlace(Walk& walk) {
@@ -174,7 +176,7 @@ void CheckStorage(HIOFILE file, Walk& walk, std::uint32_t depth) {
         for (const std::uint32_t kind : {IOSUB_STREAM, IOSUB_STORAGE}) {
             const bool found = LookUp(file, kind, name);
             Require(isStorage || !found, "a plain file has no streams");
-            Require(LookUp(file, kind, name) == found, "a name is found twice or not at all");
+            if (walk.everything) Require(LookUp(file, kind, name) == found, "a name is found twice or not at all");
         }
     }
     Require(GetClassId(file, again) == isStorage && std::memcmp(classId, again, sizeof(classId)) == 0,
@@ -188,7 +190,7 @@ void CheckStorage(HIOFILE file, Walk& walk, std::uint32_t depth) {
         Require(opened != nullptr, "a child that is listed can be opened");
         const HIOFILE object = UTHandleFile(*opened);
         if (!child.isStorage) CheckStream(object, walk, child.size);
-        CheckStorage(object, walk, depth + 1);
+        if (child.isStorage || walk.everything) CheckStorage(object, walk, depth + 1);
         object->operations.IOClose(object);
     }
 }
@@ -219,11 +221,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const IOMemorySpec memory = {data, size, ""};
     HIOFILE file = nullptr;
     Require(IOOpen(&file, IOSpecMemory, &memory, openMode) == 0, "memory opens");
-    const FIID answer = Identify(file);
-    Walk walk = {size, mostObjects, size > 0 ? data[size - 1] + static_cast<std::uint32_t>(size) : 0};
-    CheckStorage(file, walk, 0);
-    Require(Identify(file) == answer, "the answer is the same twice");
+    // One input in eight is identified, the others are looked through: doing both would leave time for fewer inputs.
+    const std::uint32_t chosen = FuzzHash({reinterpret_cast<const char*>(data), size}) % 8;
+    if (chosen == 0) {
+        const FIID answer = Identify(file);
+        Require(Identify(file) == answer, "the answer is the same twice");
+        CheckIdentification(data, size, answer);
+    } else {
+        Walk walk = {size, mostObjects, size > 0 ? data[size - 1] + static_cast<std::uint32_t>(size) : 0, chosen == 1};
+        CheckStorage(file, walk, 0);
+    }
     file->operations.IOClose(file);
-    CheckIdentification(data, size, answer);
     return 0;
 }
