@@ -83,11 +83,11 @@ std::string FIWithChecksum(std::string block, std::string_view field) {
 }
 
 // The usual form: six digits, a NUL and a blank.
-std::string FISigned(const std::string& block, std::int32_t sum) {
+std::string FIWithSum(const std::string& block, std::int32_t sum) {
     return FIWithChecksum(block, FIOctal(sum, 6) + std::string("\0 ", 2));
 }
 
-std::string FIFinished(const std::string& block) { return FISigned(block, FISumUnsigned(block)); }
+std::string FIFinished(const std::string& block) { return FIWithSum(block, FISumUnsigned(block)); }
 
 // A checksum that no block has: the largest sum is 512 times 255, which is 376,400 octal at most.
 const std::string wrongChecksum = "7777777 ";
@@ -171,20 +171,20 @@ TEST(Tar, ChecksumIsTheSum) {
     const std::string block = FIMakeTarHeader();
     const std::int32_t sum = FISumUnsigned(block);
     EXPECT_EQ(FISumSigned(block), sum) << "no byte above 127";
-    EXPECT_TRUE(FIIsTar(FISigned(block, sum)));
-    EXPECT_FALSE(FIIsTar(FISigned(block, sum + 1)));
-    EXPECT_FALSE(FIIsTar(FISigned(block, sum - 1)));
-    EXPECT_FALSE(FIIsTar(FISigned(block, sum - 256))) << "the field's blanks count";
-    EXPECT_FALSE(FIIsTar(FISigned(block, sum + 65536))) << "the sum has more than 16 bits";
+    EXPECT_TRUE(FIIsTar(FIWithSum(block, sum)));
+    EXPECT_FALSE(FIIsTar(FIWithSum(block, sum + 1)));
+    EXPECT_FALSE(FIIsTar(FIWithSum(block, sum - 1)));
+    EXPECT_FALSE(FIIsTar(FIWithSum(block, sum - 256))) << "the field's blanks count";
+    EXPECT_FALSE(FIIsTar(FIWithSum(block, sum + 65536))) << "the sum has more than 16 bits";
 }
 
 TEST(Tar, ChecksumOfSignedOrOfUnsignedBytes) {
     const std::string block = FIMakeTarHeader("r\xE9sum\xE9.txt");
     const std::int32_t sum = FISumUnsigned(block);
     EXPECT_EQ(FISumSigned(block), sum - 512);
-    EXPECT_TRUE(FIIsTar(FISigned(block, sum)));
-    EXPECT_TRUE(FIIsTar(FISigned(block, sum - 512)));
-    EXPECT_FALSE(FIIsTar(FISigned(block, sum - 256))) << "one byte signed and the other not";
+    EXPECT_TRUE(FIIsTar(FIWithSum(block, sum)));
+    EXPECT_TRUE(FIIsTar(FIWithSum(block, sum - 512)));
+    EXPECT_FALSE(FIIsTar(FIWithSum(block, sum - 256))) << "one byte signed and the other not";
 }
 
 TEST(Tar, SumsAreWide) {
@@ -194,8 +194,8 @@ TEST(Tar, SumsAreWide) {
     block.replace(156, 356, 356, '\xFF');
     const std::int32_t sum = FISumUnsigned(block);
     EXPECT_GT(sum, 0xFFFF);
-    EXPECT_TRUE(FIIsTar(FISigned(block, sum)));
-    EXPECT_FALSE(FIIsTar(FISigned(block, sum & 0xFFFF)));
+    EXPECT_TRUE(FIIsTar(FIWithSum(block, sum)));
+    EXPECT_FALSE(FIIsTar(FIWithSum(block, sum & 0xFFFF)));
 }
 
 struct ChecksumForm {
@@ -419,8 +419,8 @@ TEST(ProbeTar, OtherBlocks) {
     EXPECT_EQ(FIAnswerOfBlockReader(FIProbeTar, FIWithWordSum(wrong, 0)), 1807);
     EXPECT_EQ(FIAnswerOfBlockReader(FIProbeTar, FIWithWordSum(wrong, 1)), 0);
     const std::string accented = FIMakeTarHeader("r\xE9sum\xE9.txt");
-    EXPECT_EQ(FIAnswerOfBlockReader(FIProbeTar, FISigned(accented, FISumSigned(accented))), 1807);
-    EXPECT_EQ(FIAnswerOfBlockReader(FIProbeTar, FISigned(accented, FISumUnsigned(accented))), 1807);
+    EXPECT_EQ(FIAnswerOfBlockReader(FIProbeTar, FIWithSum(accented, FISumSigned(accented))), 1807);
+    EXPECT_EQ(FIAnswerOfBlockReader(FIProbeTar, FIWithSum(accented, FISumUnsigned(accented))), 1807);
 }
 
 TEST(ProbeTar, AShortFileIsFilledUpWithZeros) {
@@ -815,8 +815,8 @@ TEST(ArchiveRows, Tar) {
     blanks.replace(tarFields, tarChecksum - tarFields, tarChecksum - tarFields, ' ');
     const Archive archives[] = {
         {"right sum", FIFinished(FIMakeTarHeader()) + std::string(1024, 'x'), 1807, tarRow},
-        {"signed sum", FISigned(accented, FISumSigned(accented)), 1807, tarRow},
-        {"unsigned sum", FISigned(accented, FISumUnsigned(accented)), 1807, tarRow},
+        {"signed sum", FIWithSum(accented, FISumSigned(accented)), 1807, tarRow},
+        {"unsigned sum", FIWithSum(accented, FISumUnsigned(accented)), 1807, tarRow},
         {"blank fields", FIFinished(blanks), 1807, tarRow},
         {"short file", FIFinished(FIMakeTarHeader()).substr(0, 157), 1807, tarRow},
         {"sum of words", FIWithWordSum(wrong, 0), 1807, tarRow},
