@@ -66,8 +66,7 @@ void PrintTo(const MarkupCase& markupCase, std::ostream* out) { *out << markupCa
 
 std::string MarkupCaseName(const testing::TestParamInfo<MarkupCase>& info) { return info.param.name; }
 
-// ---- FIScanHtmlTags
-// -------------------------------------------------------------------------------------------------------
+// ---- FIScanHtmlTags -----------------------------------------------------------------------------------------------
 
 class HtmlTags : public testing::TestWithParam<MarkupCase> {};
 
@@ -321,8 +320,7 @@ TEST(HtmlTagsStart, RewindsTheReader) {
     EXPECT_EQ(FIAnswerOver(FIScanHtmlTags, *FIMakeTestHandle("<html>text"), 6), html8);
 }
 
-// ---- FIProbeMarkup
-// --------------------------------------------------------------------------------------------------------
+// ---- FIProbeMarkup ------------------------------------------------------------------------------------------------
 
 class ProbeMarkup : public testing::TestWithParam<MarkupCase> {};
 

@@ -237,8 +237,7 @@ TEST(XmlNamespaceCost, ReadsNoMoreThan257BytesOfAValue) {
     EXPECT_EQ(handle->bytesDelivered, 1024U + 257U);
 }
 
-// ---- Through the whole system: rows 103 to 110 compare the namespace, row 111 is the markup probe
-// ------------------------
+// ---- Through the whole system: rows 103 to 110 compare the namespace, row 111 is the markup probe -----------------
 
 std::string DocumentOf(const std::string& value) { return declaration + "\n<doc xmlns=\"" + value + "\">\n</doc>\n"; }
 

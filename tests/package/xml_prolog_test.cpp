@@ -84,8 +84,21 @@ const PrologCase encodingCases[] = {
     {"UnmarkedLowFirstDoctype",       LowFirst(doctype),                                     0},
     {"UnmarkedLowFirstElement",       LowFirst("<a>"),                                       0},
     {"UnmarkedLowFirstBlankInFront",  LowFirst(" " + document),                              0},
+    {"UnmarkedHighFirstComment",      HighFirst("<!--x-->" + document),                      0},
+    {"UnmarkedLowFirstComment",       LowFirst("<!--x-->" + document),                       0},
+    {"UnmarkedLowFirstCommentDoctype", LowFirst("<!--x-->" + doctype),                       0},
+    {"WrongThirdMarkByte",            "\xEF\xBB\xBE" + document,                             0},
+    {"WrongSecondMarkByte",           "\xEF\xBE\xBF" + document,                             0},
+    {"WrongFirstMarkByte",            "\xEE\xBB\xBF" + document,                             0},
+    {"WrongSecondMarkByteLowFirst",   "\xFF\xFF" + LowFirst(document),                       0},
+    {"WrongFirstMarkByteLowFirst",    "\xFE\xFE" + LowFirst(document),                       0},
+    {"WrongSecondMarkByteHighFirst",  "\xFE\xFE" + HighFirst(document),                      0},
+    {"WrongFirstMarkByteHighFirst",   "\xFD\xFF" + HighFirst(document),                      0},
     {"FourByteMarkLowFirst",          markLow + "\0\0"s + "<\0\0\0?\0\0\0"s,                 0},
     {"UpperCaseXm",                   "<?XM?>" + doctype,                                    htmlText},
+    {"AnotherTargetIsNoDeclaration",  "<?p?>" + document,                                    0},
+    {"AnotherTargetXIsNoDeclaration", "<?xq?>" + document,                                   0},
+    {"AnotherTargetPmIsNoDeclaration", "<?pm?>" + document,                                  0},
     {"XmOfAnotherTarget",             "<?xmq?>" + document,                                  xmlText},
     {"EmptyFile",                     "",                                                    0},
     {"OneByte",                       "<",                                                   0},
@@ -144,6 +157,9 @@ const PrologCase markupCases[] = {
     {"TextBehindAComment",                  "<!--x-->y" + doctype,                           0},
     {"CommentLowFirst",                     markLow + LowFirst("<!--x-->" + doctype),        htmlText},
     {"CommentHighFirst",                    markHigh + HighFirst("<!--x-->" + document),     xmlText},
+    {"CommentEndWithAHighByte",             markLow + LowFirst("<!--x--") + ">\1"s + LowFirst(doctype), 0},
+    {"CommentEndBetweenCharactersLowFirst", markLow + LowFirst("<!--") + "\0x\0-\0-x>"s + LowFirst(doctype), 0},
+    {"CommentEndBetweenCharactersHighFirst", markHigh + HighFirst("<!--") + "x\0-\0-\0>x"s + HighFirst(document), 0},
     {"Instruction",                         declaration + "<?php x?>" + doctype,             htmlText},
     {"InstructionAlone",                    "<?php x?>" + doctype,                           htmlText},
     {"InstructionEmpty",                    "<?\?>" + doctype,                                htmlText},
@@ -152,6 +168,9 @@ const PrologCase markupCases[] = {
     {"InstructionEndsInTwoQuestionMarks",   "<?p?\?>" + doctype,                              htmlText},
     {"InstructionWithoutItsEnd",            "<?p>" + doctype,                                0},
     {"InstructionLowFirst",                 markLow + LowFirst("<?p?>" + doctype),           htmlText},
+    {"ElementWithTheEndOfAnInstruction",    "<a?>" + doctype,                                0},
+    {"ElementWithTheEndOfAnInstructionDeclared", declaration + "<a?>" + doctype,             xmlText},
+    {"InstructionWithAHighByte",            LowFirst(declaration + "<") + "?\1"s + LowFirst("?>" + doctype), xmlText},
     {"InstructionHighFirst",                markHigh + HighFirst("<?p?>" + document),        xmlText},
     // The DOCTYPE.
     {"DoctypeHtml",                         "<!DOCTYPE html>",                               htmlText},
@@ -210,8 +229,7 @@ const PrologCase markupCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Markup, XmlProlog, testing::ValuesIn(markupCases), PrologCaseName);
 
-// ---- Closing tokens at every place of a span
-// ------------------------------------------------------------------------------
+// ---- Closing tokens at every place of a span ----------------------------------------------------------------------
 
 // Ten characters are looked at together: the token may lie anywhere in them and across two of them, and what looks like
 // its start in front of it must not hide it.
@@ -268,8 +286,7 @@ TEST(XmlPrologSpans, ADeclarationOfEveryLength) {
     }
 }
 
-// ---- The limit of 512 bytes
-// -----------------------------------------------------------------------------------------------
+// ---- The limit of 512 bytes ---------------------------------------------------------------------------------------
 
 // A DOCTYPE behind blanks, its ">" at the file offset.
 std::string DoctypeEndingAt(std::size_t offset) { return std::string(offset + 1 - doctype.size(), ' ') + doctype; }
@@ -308,12 +325,12 @@ const PrologCase limitCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Limit, XmlProlog, testing::ValuesIn(limitCases), PrologCaseName);
 
-// ---- Failures and position
-// ------------------------------------------------------------------------------------------------
+// ---- Failures and position ----------------------------------------------------------------------------------------
 
 // With one byte per read every step back is a seek of the handle.
 TEST(XmlPrologFailure, AnyFailingSeekGives0WhateverWasSeen) {
-    for (const std::string& bytes : {document, "<!--x-->" + doctype, declaration + "<!--x--><?y?>" + doctype}) {
+    for (const std::string& bytes : {document, "<!--x-->" + doctype, declaration + "<!--x--><?y?>" + doctype,
+                                     "<!--xxxxxxxx-x-->" + doctype, "<?xxxxxxxxx?x?>" + doctype}) {
         const FIID whole = FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(bytes));
         EXPECT_NE(whole, 0);
         for (std::uint32_t failing = 0; failing < 40; ++failing) {

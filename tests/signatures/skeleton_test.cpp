@@ -30,8 +30,8 @@ std::vector<std::uint8_t> CodeOf(std::uint16_t number) {
             ++byte;
         }
     }
-    std::vector<std::uint8_t> code(row, byte);
-    code.resize(code.size() - 4);  // FF, the opcode and the number
+    constexpr std::ptrdiff_t resultSize = 4;  // FF, the opcode and the number
+    std::vector<std::uint8_t> code(row, byte - resultSize);
     code.insert(code.end(), {0xFF, 0x08, reached & 0xFF, reached >> 8, 0xFF, 0xE0});
     return code;
 }

@@ -16,8 +16,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// ---- Encoders
-// ---------------------------------------------------------------------------------------------------------
+// ---- Encoders -----------------------------------------------------------------------------------------------------
 
 constexpr std::string_view xxAlphabet = "+-0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 constexpr std::string_view binHexAlphabet = "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr";
@@ -79,8 +78,7 @@ std::string SomeData(std::size_t size) {
     return data;
 }
 
-// ---- Lines of a wanted shape
-// ------------------------------------------------------------------------------------------
+// ---- Lines of a wanted shape --------------------------------------------------------------------------------------
 
 // A uuencoded line that claims count bytes, a multiple of 3. The dot is no BinHex and no xxencode character.
 std::string UuOf(std::uint32_t count) { return static_cast<char>(32 + count) + std::string(count / 3 * 4, '.'); }
@@ -108,8 +106,7 @@ std::string Times(std::size_t count, const std::string& line, const std::string&
     return Lines(std::vector<std::string>(count, line), lineEnd);
 }
 
-// ---- The encoders and the line tests agree
-// ------------------------------------------------------------------------------
+// ---- The encoders and the line tests agree ------------------------------------------------------------------------
 
 bool IsUu(std::string line, std::uint16_t expectedLetter = 0) { return FIIsUuLine(line.data(), expectedLetter); }
 bool IsXx(const std::string& line) { return FIIsXxLine(line.c_str()); }
@@ -136,7 +133,7 @@ TEST(LineTests, TheShapedLinesAreOfOneKindEach) {
     }
 }
 
-// A line of 45 bytes in a place where an encoder has 10: the count is no multiple of 3, so a short last line is none.
+// An encoder's last line may claim any count. Quirk: only multiples of 3 make a line here.
 TEST(UuLine, CountThatIsNoMultipleOf3) {
     for (std::size_t count = 0; count <= 45; ++count) {
         EXPECT_EQ(IsUu(EncodeUuLine(SomeData(count))), count % 3 == 0) << count;
@@ -294,6 +291,8 @@ const UuCase uuCases[] = {
     {"GraveAsTheCheckCharacterOf0",        "``",                   0,   false, "``"},
     {"WrongCheckBehindGraves",                   "#``!! ",               0,   false, "#``!! "},
     {"GravesCount0InTheSum",                      "#``!!\"",              0,   true,  "#``!!\""},
+    {"OddSum",                             "#``!`!",               0,   true,  "#``!`!"},
+    {"OddSumEvenCheckCharacter",           "#``!` ",               0,   false, "#``!` "},
     {"SumWraps",                           "#____\\",              0,   true,  "#____\\"},
     {"TwoBytesMore",                       uu + "zz",              0,   false, uu + "zz"},
     {"ThreeBytesMore",                     uu + "zzz",             0,   false, uu + "zzz"},
@@ -302,8 +301,7 @@ const UuCase uuCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Text, UuLineCases, testing::ValuesIn(uuCases), UuCaseName);
 
-// ---- FIIsAsciiRun
-// -------------------------------------------------------------------------------------------------------
+// ---- FIIsAsciiRun -------------------------------------------------------------------------------------------------
 
 TEST(AsciiRun, BytesFrom1To127) {
     for (std::uint32_t byte = 0; byte < 256; ++byte) {
@@ -318,8 +316,7 @@ TEST(AsciiRun, NoBytes) {
     EXPECT_TRUE(FIIsAsciiRun("\xFF", 0));
 }
 
-// ---- The routine
-// --------------------------------------------------------------------------------------------------------
+// ---- The routine --------------------------------------------------------------------------------------------------
 
 // The bytes are made when a case runs: some hundred strings made at the start would take the compiler minutes.
 struct EncodedCase {
@@ -628,6 +625,10 @@ const EncodedCase yEncCases[] = {
     {"EndLineMissing",                  [] { return Lines({"=ybegin line=12 size=5 name=a", "short"}); },                    0},
     {"EndLineOfNoLength",               [] { return Lines({"=ybegin line=90 size=5 name=a", "short", "=yend "}); },          4054},
     {"EndLineBehindALineOf1122Bytes",   [] { return Lines({"=ybegin line=1122 size=5 name=a", std::string(1122, 'a')}); },   0},
+    // A line is cut behind 1,022 bytes; 66556 to 66558 wrap to 1,020 to 1,022.
+    {"LongLineIsNot1020Bytes",          [] { return Lines({"=ybegin line=66556 size=5 name=a", std::string(2000, 'a')}); },     0},
+    {"LongLineIsOneMoreThan1021Bytes",  [] { return Lines({"=ybegin line=66557 size=5 name=a", std::string(2000, 'a')}); },  4054},
+    {"LongLineIs1022Bytes",             [] { return Lines({"=ybegin line=66558 size=5 name=a", std::string(2000, 'a')}); },  4054},
     {"LineOf888Bytes",                  [] { return Lines({"=ybegin line=888 size=5 name=a", std::string(888, 'a')}); },     4054},
     {"HeaderOf1021Bytes",               [] { return Lines({yBegin + std::string(985, 'n'), data128}); },           4054},
     {"HeaderOf1022BytesIsFollowedByAnEmptyLine", [] { return Lines({yBegin + std::string(986, 'n'), data128}); },     0},
@@ -738,14 +739,14 @@ const EncodedCase scanCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Scan, ProbeEncodedText, testing::ValuesIn(scanCases), EncodedCaseName);
 
-// ---- Truncated files
-// ----------------------------------------------------------------------------------------------------
+// ---- Truncated files ----------------------------------------------------------------------------------------------
 
 struct TruncatedCase {
     const char* name;
     std::string bytes;
     FIID answer;
     std::size_t bytesNeeded;  // beginnings shorter than that have the answer 0, longer ones the answer
+    std::size_t harmlessNul = std::string::npos;  // the one place in front of that where a NUL does not spoil it
 };
 
 void PrintTo(const TruncatedCase& truncatedCase, std::ostream* out) { *out << truncatedCase.name; }
@@ -763,14 +764,26 @@ TEST_P(TruncatedEncodedText, EveryLength) {
     }
 }
 
+// A NUL in the place of every byte. The line tests end at it, and behind a header no test looks further: there a NUL
+// may stand in the place of the line end behind the first data line, which takes the second line out.
+TEST_P(TruncatedEncodedText, ANulInEveryPlace) {
+    const TruncatedCase& truncatedCase = GetParam();
+    for (std::size_t place = 0; place < truncatedCase.bytesNeeded; ++place) {
+        std::string bytes = truncatedCase.bytes;
+        bytes[place] = '\0';
+        const FIID expected = place == truncatedCase.harmlessNul ? truncatedCase.answer : FIID{0};
+        EXPECT_EQ(FIAnswerOver(FIProbeEncodedText, *FIMakeTestHandle(bytes)), expected) << place;
+    }
+}
+
 const std::string uuFile = Lines({begin, uu, "`", "end"});
 const std::string xxFile = Lines({begin, xx, "+", "end"});
 
 const TruncatedCase truncatedCases[] = {
     // clang-format off
-    {"UuHeader",     uuFile,                                   4050, uuFile.find('`') + 1},
+    {"UuHeader",     uuFile,                                   4050, uuFile.find('`') + 1, uuFile.find('`') - 1},
     {"UuRun",        Times(7, uu),                             4051, 5 * 62 + 61},
-    {"XxHeader",     xxFile,                                   4052, xxFile.find('+') + 1},
+    {"XxHeader",     xxFile,                                   4052, xxFile.find('+') + 1, xxFile.find('+') - 1},
     {"XxRun",        Times(7, xx),                             4053, 5 * 62 + 61},
     {"YEnc",         Lines({yBegin, data128, yEnd}),           4054, yBegin.size() + 1 + 128},
     {"YEncPart2",    Lines({yBeginPart2, "=ypart begin=1", data128, yEnd}), 4055, yBeginPart2.size() + 1 + 15 + 128},
@@ -780,8 +793,7 @@ const TruncatedCase truncatedCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Text, TruncatedEncodedText, testing::ValuesIn(truncatedCases), TruncatedCaseName);
 
-// ---- Failures
-// -----------------------------------------------------------------------------------------------------------
+// ---- Failures -----------------------------------------------------------------------------------------------------
 
 TEST(ProbeEncodedTextFailure, NoBufferIsNoVerdict) {
     const auto handle = FIMakeTestHandle(Times(6, uu));
@@ -830,8 +842,7 @@ TEST(IdSpecial, KnowsNoOtherTest) {
     }
 }
 
-// ---- Through the whole system: row 403 calls the routine
-// -----------------------------------------------------------------
+// ---- Through the whole system: row 403 calls the routine ----------------------------------------------------------
 
 struct EncodedFileCase {
     const char* name;

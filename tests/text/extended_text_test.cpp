@@ -37,7 +37,7 @@ class ExtendedText : public testing::TestWithParam<TextCase> {};
 
 TEST_P(ExtendedText, Answers) { EXPECT_EQ(FIAnswerOf(TellText, GetParam().bytes), GetParam().answer); }
 
-// ---- Classes of bytes -----------------------------------------------------------------------------------------------
+// ---- Classes of bytes ---------------------------------------------------------------------------------------------
 
 // A file of three bytes: a control byte withdraws the answer text, which shows the class of its first byte.
 TEST(TextBytes, EveryByte) {
@@ -77,8 +77,7 @@ TEST(TextBytes, WhatCountsAsTextBesidesAtSigns) {
     }
 }
 
-// ---- The line test
-// ----------------------------------------------------------------------------------------------------
+// ---- The line test ------------------------------------------------------------------------------------------------
 //
 // A control byte in the last place that is looked at makes the line test visible: with it the answer is 4022 when the
 // test passes and 1999 when it fails.
@@ -191,8 +190,7 @@ const LineTestCase lineTestCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Text, LineTest, testing::ValuesIn(lineTestCases), LineTestCaseName);
 
-// ---- Line ends and the two bytes behind a CR
-// ----------------------------------------------------------------------------
+// ---- Line ends and the two bytes behind a CR ----------------------------------------------------------------------
 
 const TextCase lineEndCases[] = {
     // clang-format off
@@ -223,8 +221,7 @@ const TextCase lineEndCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(LineEnds, ExtendedText, testing::ValuesIn(lineEndCases), TextCaseName);
 
-// ---- The decision
-// -------------------------------------------------------------------------------------------------------
+// ---- The decision -------------------------------------------------------------------------------------------------
 
 std::string At(std::size_t count) { return std::string(count, '@'); }
 std::string High(std::size_t count) { return std::string(count, '\x80'); }
@@ -318,8 +315,7 @@ const TextCase decisionCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Decision, ExtendedText, testing::ValuesIn(decisionCases), TextCaseName);
 
-// ---- Handles that fail
-// ----------------------------------------------------------------------------------------------------
+// ---- Handles that fail --------------------------------------------------------------------------------------------
 
 TEST(ExtendedTextHandle, AFailingSeekToTheEndLeavesTheReadersOffset) {
     const std::string bytes = Plain(99) + "\x80" + Plain(100);
@@ -401,8 +397,7 @@ TEST(ExtendedTextCost, ReadsNoMoreThan4096BytesOfALongFile) {
     EXPECT_EQ(handle->bytesDelivered, 4096U);
 }
 
-// ---- Through the whole system: no row matches
-// ---------------------------------------------------------------------------
+// ---- Through the whole system: no row matches ---------------------------------------------------------------------
 
 class IdentifyText : public testing::TestWithParam<TextCase> {};
 

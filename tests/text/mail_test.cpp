@@ -238,6 +238,7 @@ const MailCase limitCases[] = {
     {"EmptyLfCrLineEndsTheHeader",        "To: b\n\r\n\rFrom: a\n\r",                                     0},
     {"BlankLineIsNoEmptyLine",            "To: b\n \nFrom: a\n",                                       1132},
     {"HeaderBehindTheEmptyLineCountsNot", "MIME-Version: 1.0\n\nFrom: a\nTo: b\n",                     1187},
+    {"The299thLineCounts",                Repeated("X: y\n", 297) + "To: a\nFrom: b\n",                1132},
     {"The300thLineCounts",                Repeated("X: y\n", 298) + "To: a\nFrom: b\n",                1132},
     {"The301stLineDoesNot",               Repeated("X: y\n", 299) + "To: a\nFrom: b\n",                   0},
     {"LineOf1021Bytes",                   LongLineOf(1021),                                            1132},
@@ -311,6 +312,19 @@ TEST(ProbeMailTruncated, EveryLengthHasItsAnswer) {
     for (std::size_t size = 0; size <= mail.size(); ++size) {
         const FIID expected = size < toColon ? 0 : size < version ? 1132 : 1192;
         EXPECT_EQ(FIAnswerOver(FIProbeMail, *FIMakeTestHandle(mail.substr(0, size)), ""), expected) << size << " bytes";
+    }
+}
+
+// A NUL in the place of every byte: the lines in front of its line decide.
+TEST(ProbeMailNul, InEveryPlace) {
+    const std::string mail = "From: a\r\nTo: b\r\nMIME-Version: 1.0\r\n\r\nbody\r\n";
+    const std::size_t toLineEnd = mail.find('\r', mail.find("To:"));
+    const std::size_t versionLineEnd = mail.find('\r', mail.find("1.0"));
+    for (std::size_t place = 0; place < mail.size(); ++place) {
+        std::string bytes = mail;
+        bytes[place] = '\0';
+        const FIID expected = place <= toLineEnd ? 0 : place <= versionLineEnd ? 1132 : 1192;
+        EXPECT_EQ(FIAnswerOver(FIProbeMail, *FIMakeTestHandle(bytes), ""), expected) << place;
     }
 }
 

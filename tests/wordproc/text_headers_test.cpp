@@ -350,7 +350,7 @@ TEST(VCard, HasEveryLetter) {
             changed[index] = static_cast<char>(changed[index] ^ 0x20);
             EXPECT_EQ(CardAnswer(changed), file[index] == ':' ? 0 : answer)
                 << file << " in the other case at " << index;
-            for (const int difference : {0x01, 0x40, 0x60, 0x80, 0xA0}) {
+            for (const std::int32_t difference : {0x01, 0x40, 0x60, 0x80, 0xA0}) {
                 changed = file;
                 changed[index] = static_cast<char>(changed[index] ^ difference);
                 EXPECT_EQ(CardAnswer(changed), 0) << file << " at " << index << " differing by " << difference;

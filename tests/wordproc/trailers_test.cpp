@@ -54,10 +54,10 @@ std::string LayoutFile(std::size_t size, std::size_t markerAt, std::size_t fillE
 std::string SmallLayoutFile(const std::string& end = endOf1020) { return LayoutFile(2 * record, 100, record, end); }
 
 TEST(LayoutTrailer, TellsTwoFormatsByTheThirdByte) {
-    for (const int third : {0, 1, 2}) {
+    for (const std::int32_t third : {0, 1, 2}) {
         EXPECT_EQ(LayoutAnswer(SmallLayoutFile(std::string("xy") + static_cast<char>(third))), 1020) << third;
     }
-    for (const int third : {3, 4, 26, 127, 128, 255}) {
+    for (const std::int32_t third : {3, 4, 26, 127, 128, 255}) {
         EXPECT_EQ(LayoutAnswer(SmallLayoutFile(std::string("xy") + static_cast<char>(third))), 1024) << third;
     }
     EXPECT_EQ(LayoutAnswer(SmallLayoutFile("\x09\x09\x01")), 1020) << "the first two bytes are free";
@@ -97,12 +97,19 @@ TEST(LayoutTrailer, IsNotInFilesWithoutItsMarks) {
 
 TEST(LayoutTrailer, HasEveryByteOfItsMarker) {
     for (std::size_t index = 0; index < marker.size(); ++index) {
-        for (const int difference : {0x01, 0x20, 0x80}) {
+        for (const std::int32_t difference : {0x01, 0x20, 0x80}) {
             std::string file = SmallLayoutFile();
             file[100 + index] = static_cast<char>(file[100 + index] ^ difference);
             EXPECT_EQ(LayoutAnswer(file), 0) << "byte " << index << " differing by " << difference;
         }
     }
+}
+
+TEST(LayoutTrailer, HasTheFirstByteOfItsMarkerAlsoWhereTheSearchBegins) {
+    std::string file = LayoutFile(2 * record, 0, record);
+    EXPECT_EQ(LayoutAnswer(file), 1020);
+    Put(file, 0, std::string(marker.substr(1)) + "\x1A");
+    EXPECT_EQ(LayoutAnswer(file), 0);
 }
 
 TEST(LayoutTrailer, FillsUpToAMultipleOf128) {
@@ -340,6 +347,7 @@ const ProbeCase escapeCases[] = {
     {"ZeroBehindTheOne",      R"(1B "[10$K")",              0},
     {"NoDollar",              R"(1B "[1K")",                0},
     {"OtherThanDollar",       R"(1B "[1#K")",               0},
+    {"PercentForDollar",      R"(1B "[1%K")",               0},
     {"SmallK",                R"(1B "[1$k")",               0},
     {"NulInsteadOfZeros",     R"(1B "[" 00 "1$K")",         0},
     {"BlankInFront",          R"(" " 1B "[1$K")",           0},
@@ -414,12 +422,12 @@ const ProbeCase pipeCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Codes, ProbePipeCodes, testing::ValuesIn(pipeCases), FICaseName);
 
-// Every sequence of seven of the bytes that mean something and one that doesn't, against a pattern told at one stroke:
+// Every sequence of six of the bytes that mean something and one that doesn't, against a pattern told at one stroke:
 // a pipe sign takes the byte behind it along, whatever that is.
 TEST(PipeCodes, FollowAPattern) {
     const std::regex pattern(R"((?:[^|]|\|[^N])*\|N[^@]*@(?:[^|]|\|[^O])*\|O[^]*)");
     constexpr std::string_view letters = "|N@Ox";
-    constexpr std::size_t length = 7;
+    constexpr std::size_t length = 6;
     std::size_t sequences = 1;
     for (std::size_t index = 0; index < length; ++index) sequences *= letters.size();
     std::size_t accepted = 0;
