@@ -49,6 +49,7 @@
 #include <string_view>
 
 #include "core/reader.h"
+#include "core/rewind.h"
 #include "graphics/text_line.h"
 
 namespace {
@@ -60,12 +61,6 @@ constexpr FIID jpegFormat = 1535;
 constexpr FIID xwdFormat = 1575;
 constexpr FIID progressiveJpegFormat = 1599;
 constexpr FIID classRecordsFormat = 1601;
-
-// Rewinds twice, the first time without looking at the status. False when the second one fails.
-bool FIRewindTwice(FIReader& reader) {
-    static_cast<void>(FIReaderSeek(reader, 0));
-    return FIReaderSeek(reader, 0) == 0;
-}
 
 // ---- EPS ------------------------------------------------------------------------------------------------------------
 
@@ -215,14 +210,14 @@ FIID FIProbeXwd(FIReader& reader) {
 }
 
 FIID FIProbeCorelRiff(FIReader& reader) {
-    if (!FIRewindTwice(reader) || !FITakeText(reader, "RIFF")) return 0;
+    if (!FIReaderRewindTwice(reader) || !FITakeText(reader, "RIFF")) return 0;
     if (FIReaderSeek(reader, riffFormType) != 0 || !FITakeText(reader, "CDR")) return 0;
     const auto* const version = std::ranges::find(corelVersions, FIReaderGetByte(reader), &FICorelVersion::character);
     return version != std::end(corelVersions) ? version->format : FIID{0};
 }
 
 FIID FIProbeClassRecords(FIReader& reader) {
-    if (!FIRewindTwice(reader)) return 0;
+    if (!FIReaderRewindTwice(reader)) return 0;
     std::uint32_t classes = 0;
     for (std::uint32_t record = 0; record < classRecordCount; ++record) {
         const std::int32_t type = FIReadWordLE(reader);

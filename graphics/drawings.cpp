@@ -19,6 +19,7 @@
 #include <string_view>
 
 #include "core/reader.h"
+#include "core/rewind.h"
 #include "graphics/text_line.h"
 
 namespace {
@@ -131,8 +132,7 @@ FIID FIProbeMif(FIReader& reader) {
 }
 
 FIID FIProbePdf(FIReader& reader) {
-    static_cast<void>(FIReaderSeek(reader, 0));
-    if (FIReaderSeek(reader, 0) != 0) return 0;
+    if (!FIReaderRewindTwice(reader)) return 0;
     for (std::uint32_t count = 1; count <= pdfSearchSize; ++count) {
         const std::uint16_t byte = FIReaderGetByte(reader);
         if (byte == endOfFile) return 0;

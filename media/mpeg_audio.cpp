@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "core/reader.h"
+#include "core/rewind.h"
 
 namespace {
 
@@ -143,12 +144,6 @@ bool FIEndsInId3Trailer(FIReader& reader) {
     return equal;
 }
 
-// The first status is not looked at.
-bool FIRewindTwice(FIReader& reader) {
-    static_cast<void>(FIReaderSeek(reader, 0));
-    return FIReaderSeek(reader, 0) == 0;
-}
-
 // FF FB: MPEG-1 Layer III without CRC, and no other form.
 bool FITakePlainLayer3(FIReader& reader) {
     constexpr std::uint8_t plainLayer3 = 0xFB;
@@ -172,7 +167,7 @@ FIID FIProbeMpegAudio(FIReader& reader) {
 }
 
 FIID FIProbeId3Header(FIReader& reader) {
-    if (!FIRewindTwice(reader)) return 0;
+    if (!FIReaderRewindTwice(reader)) return 0;
     std::uint32_t size = 0;
     for (std::uint32_t offset = 0; offset < id3HeaderSize; ++offset) {
         const std::uint8_t byte = FITakeLowByte(reader);
@@ -183,6 +178,6 @@ FIID FIProbeId3Header(FIReader& reader) {
 }
 
 FIID FIProbeId3Trailer(FIReader& reader) {
-    if (!FIRewindTwice(reader)) return 0;
+    if (!FIReaderRewindTwice(reader)) return 0;
     return FITakePlainLayer3(reader) ? id3TrailerLayer3 : id3TrailerOther;
 }

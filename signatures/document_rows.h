@@ -21,7 +21,7 @@ inline constexpr FISignatureRow documentRows[] = {
     { 56, R"(>0 0B AD DE ED 00 00 00 03)",                                     Id(1548),   "the same magic in big-endian form, version 3"},
     { 57, R"(>0 ED DE AD 0B 04 00 00 00)",                                     Id(1562),   "little-endian magic, version 4"},
     { 58, R"(>0 0B AD DE ED 00 00 00 04)",                                     Id(1563),   "big-endian magic, version 4"},
-    { 59, R"(>0 00 >65 "SLD3PPT3" >128 0B AD DE ED 00 00 00 03)",              Id(1566),   "MacBinary wrapper, type SLD3 and creator PPT3, big-endian PowerPoint magic at 128"},
+    { 59, R"(>0 00 >65 "SLD3PPT3" >128 0B AD DE ED 00 00 00 03)",              Id(1566),   "MacBinary wrapper, type SLD3 and creator PPT3, big-endian PowerPoint magic at 128"},  // above 60, which takes any other data fork
     { 60, R"(>0 00 >65 "SLD3PPT3")",                                           Id(1567),   "MacBinary wrapper with the same type and creator and any other data fork"},
     { 61, R"(>0 "HWP Document" >24 1A 01 02)",                                 Id(1179),   "Hangul word processor text at 0, bytes 1A 01 02 at 24"},
     { 62, R"(>0 01 FE 00 >26 (00/FF) (01/FF) (00/FF) (00/FF))",                Id(1048),   ""},
@@ -33,7 +33,7 @@ inline constexpr FISignatureRow documentRows[] = {
     { 68, R"(>0 1D 7D 00 00 70 >125 7D 00 1D)",                                Id(1067),   "the same, type byte 70"},
     { 69, R"(>0 7F " WS2000" FF "1.00" FF FF FF FF)",                          Id(1004),   "WordStar 2000 header"},
     { 70, R"(>0 FF "WPC" +4 25 [0A-0E] 01 00)",                                Id(1106),   "WordPerfect-family header: FF and WPC, 4-byte document pointer, then product type, file type and version bytes at 8 to 11"},
-    { 71, R"(>0 FF "WPC" +8 !00)",                                             Id(1078),   "WordPerfect-family header with a non-zero byte at 12"},
+    { 71, R"(>0 FF "WPC" +8 !00)",                                             Id(1078),   "WordPerfect-family header with a non-zero byte at 12"},  // above 73 to 83: encryption bytes count before product and version
     { 72, R"(>0 FF "WPC" +9 !00)",                                             Id(1078),   "WordPerfect-family header with a non-zero byte at 13"},
     { 73, R"(>0 FF "WPC" +4 01 0A 00 00 +2 00 00)",                            Id(1005),   "WordPerfect family, product 1, file type 0A, version 0.0, zero bytes at 14"},
     { 74, R"(>0 FF "WPC" +4 01 0A 00 01 +2 00 00)",                            Id(1038),   "the same, version 0.1"},
@@ -61,7 +61,7 @@ inline constexpr FISignatureRow documentRows[] = {
     { 96, R"(>0 "AC1015")",                                                    Id(1612),   "AutoCAD drawing, AC1015"},
     { 97, R"(>0 "AC1018")",                                                    Id(1634),   "AutoCAD drawing, AC1018"},
     { 98, R"(>0 "AC1021")",                                                    Id(1638),   "AutoCAD drawing, AC1021"},
-    { 99, R"(ext "AI" >0 "%PDF-" +1 2E)",                                      Id(1611),   "PDF text with the extension AI: Illustrator file"},
+    { 99, R"(ext "AI" >0 "%PDF-" +1 2E)",                                      Id(1611),   "PDF text with the extension AI: Illustrator file"},  // above 101: a PDF file with the extension AI is an Illustrator file
     {100, R"((always))",                                                       Call(1807), "FIProbeTar"},
     {101, R"(>0 "%PDF-" +1 2E)",                                               Id(1557),   "PDF"},
     {102, R"(>0 +128 "%PDF-" +1 2E)",                                          Id(1557),   "PDF behind a 128-byte MacBinary header"},
@@ -78,13 +78,13 @@ inline constexpr FISignatureRow documentRows[] = {
     {113, R"((always))",                                                       Call(1601), "FIProbeClassRecords"},
     {114, R"(>0 00 05 E1 03 00 00 [09-24] E2 05 00)",                          Id(1008),   ""},
     {115, R"(>0 1A 53 +2 03 00)",                                              Id(1011),   ""},
-    {116, R"(>640 06 "WRD PC" +2 "2.00")",                                     Id(1013),   "length-prefixed tag at 640"},
+    {116, R"(>640 06 "WRD PC" +2 "2.00")",                                     Id(1013),   "length-prefixed tag at 640"},  // above 118, which takes any other version
     {117, R"(>640 06 "TYPE 2" +2 "2.00")",                                     Id(1013),   "length-prefixed tag at 640"},
     {118, R"(>640 06 "WRD PC")",                                               Id(1012),   "length-prefixed tag at 640"},
     {119, R"(>640 06 "IBM   ")",                                               Id(1016),   "length-prefixed tag at 640"},
     {120, R"(>640 06 "TYPE 3")",                                               Id(1014),   "length-prefixed tag at 640"},
     {121, R"(>640 06 "TYPE 4")",                                               Id(1015),   "length-prefixed tag at 640"},
-    {122, R"(>8 0C "GERBILDOC3")",                                             Id(1058),   "length-prefixed tag at 8"},
+    {122, R"(>8 0C "GERBILDOC3")",                                             Id(1058),   "length-prefixed tag at 8"},  // above 123, whose tag is shorter
     {123, R"(>8 0C "GERBILDOC")",                                              Id(1017),   "length-prefixed tag at 8"},
     {124, R"(>0 [34-36] ".0" >512 B3 >1024 B3 >1536 B3)",                      Id(1051),   ""},
     {125, R"(>0 00 >65 "WPD0SSIW")",                                           Id(1035),   "MacBinary, type WPD0, creator SSIW (WordPerfect for Macintosh)"},
@@ -95,13 +95,13 @@ inline constexpr FISignatureRow documentRows[] = {
     {130, R"(>0 00 00 00 [00-08] >16 00 02 >38 00 +1 00)",                     Id(1215),   ""},
     {131, R"(>0 00 >65 "AWSSPSI2")",                                           Id(1417),   "MacBinary, type AWSS, creator PSI2 (AppleWorks spreadsheet)"},
     {132, R"(>0 00 00 00 [00-08] >16 00 03)",                                  Id(1417),   ""},
-    {133, R"(>0 7B 5C (72/52) (74/54) (66/46) 31 5C (6A/4A) (69/49) (73/53))", Id(1091),   "RTF, any case of the word rtf, with the text 1 and a backslash and jis"},
+    {133, R"(>0 7B 5C (72/52) (74/54) (66/46) 31 5C (6A/4A) (69/49) (73/53))", Id(1091),   "RTF, any case of the word rtf, with the text 1 and a backslash and jis"},  // above 134, which takes all other RTF
     {134, R"(>0 7B 5C (72/52) (74/54) (66/46))",                               Id(1028),   "RTF, any case"},
     {135, R"(>0 7B 5C (70/50) (77/57) (64/44) [31-33])",                       Id(1144),   "brace, backslash, pwd in any case, digit 1 to 3"},
     {136, R"(>0 7B 5C (70/50) (77/57) (69/49) 15 00 00 01 01 06)",             Id(1177),   "brace, backslash, pwi in any case, and a fixed byte run"},
     {137, R"(>0 FE 34 >120 00 00 01 00)",                                      Id(1029),   "header FE 34"},
-    {138, R"(>0 FE 37 00 23 >20 00 00 (01/02) 00)",                            Id(1073),   "Word for Macintosh header FE 37 00 23"},
-    {139, R"(>0 >65 "WDBNMSWD" >128 FE 37 00 23 >148 00 00 (01/02) 00)",       Id(1073),   "the same behind a MacBinary header, type WDBN, creator MSWD; this row's first byte is not tested"},
+    {138, R"(>0 FE 37 00 23 >20 00 00 (01/02) 00)",                            Id(1073),   "Word for Macintosh header FE 37 00 23"},  // above 140, whose header is shorter
+    {139, R"(>0 >65 "WDBNMSWD" >128 FE 37 00 23 >148 00 00 (01/02) 00)",       Id(1073),   "the same behind a MacBinary header, type WDBN, creator MSWD; this row's first byte is not tested"},  // the first byte is not tested, other than in 141
     {140, R"(>0 FE 37 >20 00 00)",                                             Id(1030),   "header FE 37"},
     {141, R"(>0 00 >65 "WDBNMSWD" >128 FE 37 >148 00 00 01 00)",               Id(1030),   "the same behind a MacBinary header"},
     {142, R"(>0 9B A5 >18 00 00 00 00 00 00)",                                 Id(1054),   "Word for Windows header word 0xA59B"},
@@ -109,7 +109,7 @@ inline constexpr FISignatureRow documentRows[] = {
     {144, R"(>0 DC A5 [60-65] 00 2D C0)",                                      Id(1082),   "Word for Windows header word 0xA5DC, version byte 60 to 65, and 2D C0"},
     {145, R"(>0 00 >65 "W6BNMSWD")",                                           Id(1125),   "MacBinary, type W6BN, creator MSWD"},
     {146, R"(>0 CA FE BA BE)",                                                 Id(1816),   "Java class file"},
-    {147, R"(ext "PWP" >0 "[ver]" 0D 0A)",                                     Id(1061),   "bracket text [ver] with the extension PWP"},
+    {147, R"(ext "PWP" >0 "[ver]" 0D 0A)",                                     Id(1061),   "bracket text [ver] with the extension PWP"},  // above 148: the extension decides between the two
     {148, R"(>0 "[ver]" 0D 0A)",                                               Id(1057),   "bracket text [ver]"},
     {149, R"(>0 "[encrypt]" 0D 0A)",                                           Id(1057),   "bracket text [encrypt]"},
     {150, R"(>0 "WordPro" +2 00 00 00 00 00 00 00)",                           Call(1108), "Lotus Word Pro text at 0, seven zero bytes at 9, then the routine; FIProbeWordPro"},

@@ -24,8 +24,8 @@ inline constexpr FISignatureRow mediaRows[] = {
     {173, R"((always))",                                                             Call(1504), "FIProbeEpsPreview"},
     {174, R"(>0 FF "WPC" +4 01 16 02)",                                              Id(1527),   "WordPerfect family, product 1, file type 16 hex, major version 2"},
     {175, R"(>0 FF "WPC" +4 01 16)",                                                 Id(1507),   "WordPerfect family, product 1, file type 16 hex"},
-    {176, R"(>0 FF "WPC")",                                                          Id(1095),   "WordPerfect family, any other header: the catch-all of rows 70 to 83 and 174, 175"},
-    {177, R"(>10 00 11 02 noop(FF 0C 00))",                                          Id(5004),   "PICT version 2 opcode at 10: data with no 512-byte header"},
+    {176, R"(>0 FF "WPC")",                                                          Id(1095),   "WordPerfect family, any other header: the catch-all of rows 70 to 83 and 174, 175"},  // below 70 to 83, 174 and 175, which are narrower
+    {177, R"(>10 00 11 02 noop(FF 0C 00))",                                          Id(5004),   "PICT version 2 opcode at 10: data with no 512-byte header"},  // the bytes FF 0C 00 look like a longer comparison and turn into nothing
     {178, R"(>522 00 11 02 noop(FF 0C 00))",                                         Id(1506),   "PICT version 2 opcode at 522: behind the 512-byte header"},
     {179, R"(>650 00 11 02 noop(FF 0C 00))",                                         Id(1506),   "PICT version 2 opcode at 650: behind a MacBinary and the 512-byte header"},
     {180, R"(>507 00 00 00 00 00 >522 11 01)",                                       Id(1510),   "PICT version 1 opcode 11 01 at 522, zero bytes at 507"},
@@ -66,7 +66,7 @@ inline constexpr FISignatureRow mediaRows[] = {
     {215, R"(>0 DC FE 18 02)",                                                       Id(1568),   ""},
     {216, R"(>0 00 01 +2 "DEBR" +2 04 00 01 00 +12 "123G")",                         Id(1430),   ""},
     {217, R"(>0 00 01 +2 "DEBR" +2 04 00 01 00 +12 "GRPH")",                         Id(1431),   ""},
-    {218, R"(>0 00 01 +2 "DEBR" +2 04 00 01 00)",                                    Id(1526),   ""},
+    {218, R"(>0 00 01 +2 "DEBR" +2 04 00 01 00)",                                    Id(1526),   ""},  // below 216 and 217, which test a tag more
     {219, R"(>0 00 01 +2 "FREELANCE")",                                              Id(1547),   "Freelance text at 4"},
     {220, R"(ext "IMG" >0 00 (01/00) 00 (08/09))",                                   Id(1513),   "GEM image with the extension IMG: version word 0 or 1, header length 8 or 9 words"},
     {221, R"(ext "WBM" >0 00 00)",                                                   Id(1603),   "WBMP with the extension WBM: type and header bytes zero"},
@@ -117,7 +117,7 @@ inline constexpr FISignatureRow mediaRows[] = {
     {266, R"(>0 50 4B 03 04 >54 "sun.xml.draw")",                                    Id(1626),   "mimetype entry: OpenOffice 1 drawing"},
     {267, R"(ext "SXD" >0 50 4B 03 04)",                                             Id(1626),   "ZIP with the extension SXD"},
     {268, R"(ext "STD" >0 50 4B 03 04)",                                             Id(1626),   "ZIP with the extension STD"},
-    {269, R"(>0 50 4B 03 04)",                                                       Call(1802), "any other ZIP local file header goes to the package routine; FIProbePackage"},
+    {269, R"(>0 50 4B 03 04)",                                                       Call(1802), "any other ZIP local file header goes to the package routine; FIProbePackage"},  // below 251 to 268: ZIP files that the first entry or the extension tell
     {270, R"(>0 50 4B 07 08 50 4B 03 04)",                                           Id(1802),   "ZIP with a spanning marker"},
     {271, R"(>0 "PK00PK" 03 04)",                                                    Id(1802),   "ZIP with a temporary spanning marker"},
     {272, R"((always))",                                                             Call(1803), "FIProbeZipStub"},

@@ -23,7 +23,7 @@ inline constexpr FISignatureRow sheetRows[] = {
     {287, R"(>0 FF 00 02 00 04 04 05 54 02 00 +1 53)",                       Id(1432),   "record with type word FF 00"},
     {288, R"(>0 20 54 02 00 00 00 05 54 02 00 +1 [44-47])",                  Id(1216),   ""},
     {289, R"(>0 00 00 02 00 04 04 F3 00 02 00 (00/FF) (00/FF))",             Id(1408),   "1-2-3 record with F3 00 at 6"},
-    {290, R"(>0 00 00 02 00 04 04)",                                         Id(1401),   "1-2-3 WKS, catch-all of rows 284, 285 and 289"},
+    {290, R"(>0 00 00 02 00 04 04)",                                         Id(1401),   "1-2-3 WKS, catch-all of rows 284, 285 and 289"},  // below 284, 285 and 289, which are narrower
     {291, R"(>0 00 00 02 00 06 04)",                                         Id(1402),   "1-2-3 WK1, version word 0406 hex"},
     {292, R"(>0 00 00 1A 00 00 10)",                                         Id(1403),   "1-2-3 WK3, record length 1A hex, version word 1000 hex"},
     {293, R"(>0 00 00 1A 00 02 10)",                                         Id(1421),   "1-2-3 version word 1002 hex"},
@@ -50,7 +50,7 @@ inline constexpr FISignatureRow sheetRows[] = {
     {314, R"(>0 09 02 !00 00 [00-04] 00 10 00)",                             Id(1415),   "Excel 3 record 09 02, worksheet type 10 hex"},
     {315, R"(>0 09 02 !00 00 [00-04] 00 00 01)",                             Id(1439),   "Excel 3 record, type 100 hex"},
     {316, R"(>0 09 04 !00 00 [00-04] 00 10 00)",                             Id(1419),   "Excel 4 record 09 04, worksheet type 10 hex"},
-    {317, R"(>0 09 04 !00 00 [00-04] 00 00 01)",                             Id(1440),   "Excel 4 record, type 100 hex"},
+    {317, R"(>0 09 04 !00 00 [00-04] 00 00 01)",                             Id(1440),   "Excel 4 record, type 100 hex"},  // above 322, which allows more
     {318, R"(>0 09 00 (06/04) 00 (02/00) 00 20 00)",                         Id(1529),   "Excel chart, record 09 00 with type 20 hex"},
     {319, R"(>0 09 02 !00 00 00 00 20 00)",                                  Id(1530),   "Excel 3 record with type 20 hex"},
     {320, R"(>0 09 04 06 00 +2 20 00)",                                      Id(1531),   "Excel 4 record with type 20 hex"},
@@ -60,14 +60,14 @@ inline constexpr FISignatureRow sheetRows[] = {
     {324, R"(>0 00 >65 "XLS5XCEL")",                                         Id(1437),   "MacBinary, type XLS5, creator XCEL"},
     {325, R"(>0 "*R1" 0D 0A)",                                               Id(1044),   ""},
     {326, R"(>0 "*R2" 0D 0A)",                                               Id(1045),   ""},
-    {327, R"(>0 81 CD AB +2 [40-46])",                                       Id(1074),   ""},
+    {327, R"(>0 81 CD AB +2 [40-46])",                                       Id(1074),   ""},  // above 328, which is wider
     {328, R"(>0 81 CD AB)",                                                  Id(1046),   ""},
     {329, R"(>0 02 CD AB)",                                                  Id(1406),   ""},
     {330, R"(>0 "PCF:dB;")",                                                 Id(1043),   ""},
     {331, R"(>0 "PCF+3;")",                                                  Id(1043),   ""},
     {332, R"(>0 20 54 02 00 00 00 05 54 02 00 00 00)",                       Id(1204),   ""},
     {333, R"(>0 17 00 >31 [01-02]*5)",                                       Id(1205),   ""},
-    {334, R"(>0 00 00 02 00)",                                               Call(1416), "FIProbeWorksheetRecords"},
+    {334, R"(>0 00 00 02 00)",                                               Call(1416), "FIProbeWorksheetRecords"},  // below 284 to 305: what they leave of the records
     {335, R"(>0 "SYMANTEC TOUCHBA")",                                        Id(1208),   ""},
     {336, R"(>1029 00 "Rich" +1 00)",                                        Id(1218),   ""},
     {337, R"(>0 00 01 00 00 "Standard Jet DB")",                             Id(1222),   "Microsoft Access database, text Standard Jet DB at 4"},
@@ -88,7 +88,7 @@ inline constexpr FISignatureRow sheetRows[] = {
     {352, R"(>0 "<!OPS, Version = " +1 2E +1 3E)",                           Id(1128),   "Interleaf ASCII text with the closing > two bytes behind the version point"},
     {353, R"(>0 "<!OPS, Version = " +1 2E +1 (20/2C))",                      Id(1134),   "the same text with a blank or a comma in that place"},
     {354, R"((always))",                                                     Call(1141), "routine 1141; the same row stands twice; FIProbeVCard"},
-    {355, R"((always))",                                                     Call(1141), "exact copy of row 354, kept; FIProbeVCard"},
+    {355, R"((always))",                                                     Call(1141), "exact copy of row 354, kept; FIProbeVCard"},  // the same as 354; it can never change the outcome
     {356, R"(>0 B1 68 DE 3A)",                                               Id(1539),   "DCX multi-page PCX"},
     {357, R"((always))",                                                     Call(1206), "FIProbeFieldTable"},
     {358, R"(>0 0A [00-05] (00/01) [01-08] >65 [01-04])",                    Id(1502),   "PCX: manufacturer 0A, version 0 to 5, encoding 0 or 1, bits per pixel 1 to 8, planes 1 to 4 at 65"},
@@ -122,12 +122,12 @@ inline constexpr FISignatureRow sheetRows[] = {
     {386, R"((always))",                                                     Call(1557), "FIProbePdf"},
     {387, R"((always))",                                                     Call(1580), "FIProbePostScript"},
     {388, R"(>0 "%!PS-A" (44/64) (4F/6F) (42/62) (45/65))",                  Id(1554),   "PostScript with the Adobe comment, word in any case"},
-    {389, R"(>0 "<MIFFile")",                                                Call(1168), "MIF text with a version that rows 198 to 206 did not take; FIProbeMif"},
+    {389, R"(>0 "<MIFFile")",                                                Call(1168), "MIF text with a version that rows 198 to 206 did not take; FIProbeMif"},  // below 198 to 206, the versions that are listed
     {390, R"(>0 "<Frame")",                                                  Id(1604),   ""},
     {391, R"(ext "DAT" >0 +3 [3F-4F] +1 00 00 00 (00/01) 00 00 00)",         Id(1306),   ""},
     {392, R"(>0 "MSCF" 00 00 00 00)",                                        Id(1820),   "Microsoft Cabinet"},
     {393, R"((always))",                                                     Call(1023), "FIProbeFunctionCodes"},
-    {394, R"(>0 "AC10" [30-31] [30-39])",                                    Id(1585),   "AutoCAD drawing, any other AC10 version digits: the catch-all of rows 89 to 97"},
+    {394, R"(>0 "AC10" [30-31] [30-39])",                                    Id(1585),   "AutoCAD drawing, any other AC10 version digits: the catch-all of rows 89 to 97"},  // below 89 to 97, the versions that are listed
     {395, R"((always))",                                                     Call(1132), "FIProbeMemoHeader"},
     {396, R"(>end-7 30 02 FE FC FE 01 00)",                                  Id(1063),   ""},
     {397, R"(>end-128 "TAG")",                                               Call(1708), "ID3 version 1 tag in the last 128 bytes, then the routine; FIProbeId3Trailer"},
@@ -135,7 +135,7 @@ inline constexpr FISignatureRow sheetRows[] = {
     {399, R"((always))",                                                     Call(1020), "FIProbeLayoutTrailer"},
     {400, R"((always))",                                                     Call(1019), "FIProbeEscapeHeader"},
     {401, R"(ext "RBF")",                                                    Call(1210), "extension RBF: first of two routines for one condition; FIProbeLinkedRecords"},
-    {402, R"(ext "RBF")",                                                    Call(1213), "extension RBF: second routine, if the first said no; FIProbeSlotMarker"},
+    {402, R"(ext "RBF")",                                                    Call(1213), "extension RBF: second routine, if the first said no; FIProbeSlotMarker"},  // the same condition as 401, another routine
     {403, R"((always))",                                                     Call(4050), "routine 4050: encoded text; FIProbeEncodedText"},
     {404, R"(>0 FF FF (18/0E) +4 (00/02))",                                  Id(1565),   ""},
     // clang-format on
