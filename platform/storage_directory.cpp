@@ -57,7 +57,7 @@ void CFReadEntryName(const std::uint8_t* bytes, CFEntry& entry) {
     const std::uint32_t room = std::min<std::uint32_t>(CFLoadWord(bytes + 64) / 2, entryNameUnits);
     entry.nameLength = 0;
     while (entry.nameLength < room) {
-        const std::uint16_t unit = CFLoadWord(bytes + entry.nameLength * 2);
+        const std::uint16_t unit = CFLoadWord(bytes + std::size_t{entry.nameLength} * 2);
         if (unit == 0) break;
         entry.name[entry.nameLength++] = unit;
     }

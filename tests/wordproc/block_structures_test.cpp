@@ -2,6 +2,7 @@
 // lengths.
 #include "wordproc/block_structures.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -372,7 +373,11 @@ TEST(EntryTable, HasTwoSizes) {
     EXPECT_EQ(TableAnswer(TableWithEntry(smallTable, 0)), 1041);
     EXPECT_EQ(TableAnswer(TableWithEntry(largeTable, 0)), 1041);
     for (const std::size_t count : {0U, 1U, 128U, 129U, 131U, 254U, 255U, 257U, 258U, 386U, 512U}) {
-        EXPECT_EQ(TableAnswer(TableWithEntry(count, 0)), 0) << count;
+        std::string file = TableWithEntry(count, 0);
+        file.resize(std::max(file.size(), largeBase + 17));
+        file[smallBase + 16] = '\xB3';
+        file[largeBase + 16] = '\xB3';
+        EXPECT_EQ(TableAnswer(file), 0) << count;
     }
     EXPECT_EQ(TableAnswer(""), 0);
     EXPECT_EQ(TableAnswer("\x82"), 0);
@@ -440,6 +445,20 @@ TEST(EntryTable, HasDataOffsetsOf24Bits) {
     EXPECT_EQ(TableAnswer(file), 1041);
     file[smallBase + 0x010203] = '\xB2';
     EXPECT_EQ(TableAnswer(file), 0);
+}
+
+TEST(EntryTable, HasDataOffsetsOfAnyBytes) {
+    for (const std::size_t offset : {0x0000FFU, 0x00FF00U, 0x00FFFFU, 0xFF0000U, 0xFFFFFFU}) {
+        std::string file = TableWithEntry(smallTable, 3);
+        for (std::size_t byte = 0; byte < 3; ++byte) {
+            file[EntryAt(3) + 8 + byte] = static_cast<char>(offset >> 8 * byte & 0xFF);
+        }
+        file.resize(smallBase + offset);
+        const auto shorter = FIMakeTestHandle(file);
+        EXPECT_EQ(FIAnswerOver(FIProbeEntryTable, *shorter), 0) << offset;
+        const auto longEnough = FIMakeTestHandle(file + "\xB3");
+        EXPECT_EQ(FIAnswerOver(FIProbeEntryTable, *longEnough), 1041) << offset;
+    }
 }
 
 TEST(EntryTable, MeasuresDataOffsetsFromBehindItsOwnTable) {
@@ -709,6 +728,18 @@ TEST(MirroredLengths, DoNotAskForAFifthRecord) {
     EXPECT_EQ(ChainAnswer(Chain({8, 8, 8, 8})), 1018);
 }
 
+// A record that starts behind 2,048 is refused before its length is looked at, though this one would wrap to offset 20.
+TEST(MirroredLengths, StartByOffset2048AlsoWhenTheyWrap) {
+    for (const std::size_t start : {chainLimit, chainLimit + 1, chainLimit + 2}) {
+        const std::size_t length = 65536 + 22 - start;
+        std::string file;
+        Put(file, 0, "W:" + std::to_string(start));
+        Put(file, start - 2, "W:" + std::to_string(start) + " W:" + std::to_string(length));
+        Put(file, 20, "W:" + std::to_string(length) + " W:4 W:4 W:2");
+        EXPECT_EQ(ChainAnswer(file), start == chainLimit ? 1018 : 0) << start;
+    }
+}
+
 // Quirk: positions wrap in 16 bits, so a length near 64 KiB leads back. The second record, at 100, has its last word at
 // 10, and the third begins at 12.
 TEST(MirroredLengths, WrapIn16Bits) {
@@ -719,15 +750,6 @@ TEST(MirroredLengths, WrapIn16Bits) {
     EXPECT_EQ(ChainAnswer(file), 1018);
     Put(file, 14, "W:3");
     EXPECT_EQ(ChainAnswer(file), 0);
-}
-
-TEST(MirroredLengths, WrapToTheLimitToo) {
-    // The second record, at 2,048, has its last word where 65,536 + 20 wraps to.
-    std::string file;
-    Put(file, 0, "W:2048");
-    Put(file, 2046, "W:2048 W:63510");
-    Put(file, 20, "W:63510 W:4 W:4 W:2");
-    EXPECT_EQ(ChainAnswer(file), 1018);
 }
 
 TEST(MirroredLengths, TestEverySeek) {

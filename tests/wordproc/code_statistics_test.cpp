@@ -495,6 +495,13 @@ const MarkCase markCases[] = {
     {"Byte21TwoBehind",                   "C1 01 21 01",           0, 1},
     {"TwoMarksAtAWordsEnd",               "C1 C2 20 01",           1, 0},
     {"ThreeMarksAtAWordsEnd",             "C1 C2 C3 20 01",        0, 1},
+    {"HighestMarkInFrontOfTheLast",       "FF C1 20 01",           1, 0},
+    {"ReducedToALetterBehindAMark",       "C2 A1 C1 20 01",        0, 1},
+    {"ReducedTo0FBehindAMark",            "C2 8F C1 20 01",        1, 1},  // what is left of it is a word break
+    {"ReducedTo1EBehindAMark",            "C2 9E C1 20 01",        1, 1},
+    {"NotReducedInFrontOf0F",             "80 C1 0F 01",           0, 1},
+    {"NotReducedInFrontOf1E",             "C2 C1 1E 01",           0, 1},
+    {"Byte7FInFrontOfAMarkAnd0F",         "7F C1 0F 01",           1, 0},
     {"ThreeMarks",                        "C1 C2 C3 01 01",        0, 3},
     // A blank behind an ordinary character.
     {"BlankBehindABlank",                 "C1 20 20 01",           1, 0},

@@ -389,6 +389,7 @@ const ProbeCase pairedCodeCases[] = {
     {"Code209TwiceIsStillOpen",          "(D1 11 22 FF FF 33 44)*2 FF 55 66 D1",                   1023},
     {"Code209TwiceScoresNothing",        "(D1 11 22 FF FF 33 44)*2 (C7 00*4 C7)*5",                   0},
     {"Code209SecondIsReadLikeTheFirst",  "D1 11 22 FF FF 33 44 D1 (C7 00*4 C7)*6",                    0},
+    {"Code255WithNothingOpen",           "FF 55 66 D1",                                               0},
     {"Code255NotEndedBy209",             "D1 11 22 FF FF 33 44 FF 55 66 D2 (C7 00*4 C7)*6",           0},
     {"Code255ClosesBehindText",          R"(D1 11 22 FF FF 33 44 "text" FF 55 66 D1)",             1023},
     {"Code255HoldsAnyBytes",             "D1 11 22 FF FF 33 44 FF FC D1 D1",                       1023},
