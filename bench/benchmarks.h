@@ -9,5 +9,8 @@
 // identification costs.
 void RegisterFamilies(const std::vector<std::string>& directories);
 
+// Prints, for each family, the median over its files of the ratio of identification to floor, each file by itself.
+void PrintFileRatios(const std::vector<std::string>& directories);
+
 // Registers a benchmark for each special routine and for the whole walk over files in memory that nothing claims.
 void RegisterRoutines();

@@ -1,4 +1,4 @@
-// main.cpp - the benchmark program: fiid_bench DIRECTORY... [--benchmark_...]
+// main.cpp - the benchmark program: fiid_bench [ratios] DIRECTORY... [--benchmark_...]
 #include <benchmark/benchmark.h>
 
 #include "bench/benchmarks.h"
@@ -8,6 +8,11 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     const std::vector<std::string> directories(argv + 1, argv + argc);
     FIInit(nullptr);
+    if (!directories.empty() && directories.front() == "ratios") {
+        PrintFileRatios({directories.begin() + 1, directories.end()});
+        FIDeInit(nullptr);
+        return 0;
+    }
     RegisterFamilies(directories);
     RegisterRoutines();
     benchmark::RunSpecifiedBenchmarks();

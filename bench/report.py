@@ -27,8 +27,8 @@ def main():
     walk = times.get("walk/unclaimed")
     if walk is None:
         return
-    print(f"\nThe whole walk over 64 KiB in memory that nothing claims: {walk / 1e3:.1f} us. The dearest routines of it:\n")
-    print("| routine | us | share of the walk |")
+    print(f"\nThe whole walk over 64 KiB in memory that nothing claims: {walk / 1e3:.1f} us. The dearest\nroutines over the same bytes, of which the walk reaches those that their rows let through:\n")
+    print("| routine | us | compared with the walk |")
     print("|---|---|---|")
     routines = sorted(((time, name) for name, time in times.items() if name.startswith("routine/")), reverse=True)
     for time, name in routines[:12]:

@@ -175,9 +175,9 @@ constexpr std::string_view tokenEnds = " \t\n\r";
 
 // Takes the next token off the front of a text, but not the white space behind it.
 std::string_view FITakeToken(std::string_view& text) {
-    const std::size_t size = std::min({text.find_first_of(tokenEnds), text.size(), longestToken});
-    const std::string_view token = text.substr(0, size);
-    text.remove_prefix(size);
+    const std::string_view longest = text.substr(0, longestToken);
+    const std::string_view token = longest.substr(0, longest.find_first_of(tokenEnds));
+    text.remove_prefix(token.size());
     return token;
 }
 
