@@ -5,9 +5,9 @@
 
 #include "bench/benchmarks.h"
 #include "core/driver.h"
-#include "core/reader.h"
 #include "core/routines.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 
 namespace {
 

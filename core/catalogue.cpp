@@ -4,9 +4,9 @@
 // format.
 #include <cstring>
 
-#include "core/reader.h"
 #include "fiid.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <iterator>
 
 #include "core/interpreter.h"
-#include "core/reader.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 #include "signatures/table.h"
 #include "text/encoded_text.h"
 

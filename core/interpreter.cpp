@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "core/reader.h"
 #include "core/routines.h"
 #include "package/xml_namespace.h"
+#include "reader/reader.h"
 
 namespace {
 

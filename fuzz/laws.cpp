@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/reader.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 
 namespace {
 

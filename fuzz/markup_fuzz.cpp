@@ -6,12 +6,12 @@
 #include <iterator>
 
 #include "core/interpreter.h"
-#include "core/reader.h"
 #include "fuzz/laws.h"
 #include "package/html_tags.h"
 #include "package/markup.h"
 #include "package/xml_namespace.h"
 #include "package/xml_prolog.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <iterator>
 
 #include "core/driver.h"
-#include "core/reader.h"
 #include "fuzz/laws.h"
+#include "reader/header_line.h"
+#include "reader/reader.h"
 #include "text/encoded_text.h"
-#include "text/header_line.h"
 #include "text/mail.h"
 
 namespace {

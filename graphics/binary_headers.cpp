@@ -48,9 +48,9 @@
 #include <iterator>
 #include <string_view>
 
-#include "core/reader.h"
-#include "core/rewind.h"
-#include "graphics/text_line.h"
+#include "reader/reader.h"
+#include "reader/rewind.h"
+#include "reader/text_line.h"
 
 namespace {
 

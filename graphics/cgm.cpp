@@ -22,7 +22,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -18,9 +18,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/reader.h"
-#include "core/rewind.h"
-#include "graphics/text_line.h"
+#include "reader/reader.h"
+#include "reader/rewind.h"
+#include "reader/text_line.h"
 
 namespace {
 

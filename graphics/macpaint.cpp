@@ -19,7 +19,7 @@
 
 #include <cstdint>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

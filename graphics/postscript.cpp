@@ -13,7 +13,7 @@
 
 #include <cstdint>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

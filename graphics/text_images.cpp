@@ -26,8 +26,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/reader.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -15,8 +15,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/reader.h"
-#include "core/rewind.h"
+#include "reader/reader.h"
+#include "reader/rewind.h"
 
 namespace {
 

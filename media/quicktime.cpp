@@ -10,7 +10,7 @@
 
 #include <string_view>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

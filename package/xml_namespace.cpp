@@ -18,7 +18,7 @@
 #include <string_view>
 
 #include "core/interpreter.h"
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

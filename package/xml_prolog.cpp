@@ -32,7 +32,7 @@
 #include <span>
 #include <string_view>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -18,7 +18,7 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

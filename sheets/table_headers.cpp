@@ -40,7 +40,7 @@
 #include <iterator>
 #include <string_view>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

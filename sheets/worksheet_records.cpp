@@ -16,7 +16,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-#include "core/reader.h"
 #include "fiid.h"
+#include "reader/reader.h"
 
 // Whether a handle is a compound storage.
 bool FIIsStorage(HIOFILE handle);

@@ -17,9 +17,9 @@
 #include <span>
 #include <string_view>
 
-#include "core/reader.h"
+#include "reader/header_line.h"
+#include "reader/reader.h"
 #include "signatures/table.h"
-#include "text/header_line.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include <cstdint>
 
 #include "core/driver.h"
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "text/header_line.h"
+#include "reader/header_line.h"
 
 namespace {
 

@@ -48,7 +48,7 @@
 
 #include <cstdint>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -17,7 +17,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -29,7 +29,7 @@
 #include <cstddef>
 #include <iterator>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -23,7 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "support/bytes.h"
 #include "support/test_handle.h"
 

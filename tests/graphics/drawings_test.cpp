@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "core/reader.h"
 #include "file_case.h"
 #include "first_seek.h"
-#include "graphics/text_line.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
+#include "reader/text_line.h"
 #include "support/probe_case.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
-#include "core/reader.h"
 #include "file_case.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 #include "support/process_heap.h"
 

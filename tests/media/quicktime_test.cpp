@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "support/decided_case.h"
 #include "support/one_failure.h"
 #include "support/probe_case.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/reader.h"
 #include "package/html_tags.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "core/reader.h"
 #include "package/package_probe.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 #include "support/open_file.h"
 #include "support/process_heap.h"
 #include "support/zip_writer.h"

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "core/reader.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 #include "support/bytes.h"
 #include "support/open_file.h"
 #include "support/probe_case.h"

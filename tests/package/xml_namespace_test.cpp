@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/interpreter.h"
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "signatures/namespace_hosts.h"
 #include "support/probe_case.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

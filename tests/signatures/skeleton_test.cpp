@@ -7,7 +7,7 @@
 
 #include "core/driver.h"
 #include "core/interpreter.h"
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "signatures/table.h"
 #include "support/golden.h"
 

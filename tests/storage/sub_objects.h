@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "core/driver.h"
-#include "core/reader.h"
 #include "fiid.h"
+#include "reader/reader.h"
 #include "support/bytes.h"
 #include "support/process_heap.h"
 #include "support/test_handle.h"

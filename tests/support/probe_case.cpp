@@ -4,8 +4,8 @@
 #include <functional>
 
 #include "core/driver.h"
-#include "core/reader.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 
 namespace {
 

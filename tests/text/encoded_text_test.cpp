@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "core/reader.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

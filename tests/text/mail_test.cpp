@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "core/reader.h"
 #include "failing_seeks.h"
 #include "ordinary_files.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/reader.h"
 #include "ordinary_files.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

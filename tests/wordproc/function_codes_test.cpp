@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/reader.h"
 #include "ordinary_files.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

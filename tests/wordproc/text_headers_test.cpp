@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/reader.h"
 #include "failing_seeks.h"
 #include "ordinary_files.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

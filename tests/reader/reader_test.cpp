@@ -1,5 +1,5 @@
 // The reader: buffer, end of file, seeks, words and double words.
-#include "core/reader.h"
+#include "reader/reader.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

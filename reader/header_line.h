@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/reader.h"
 #include "platform/base_utility.h"
+#include "reader/reader.h"
 
 // The line buffer of the two probes, and the capacity with which they read into it.
 inline constexpr std::size_t headerLineBufferSize = 1024;

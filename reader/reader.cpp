@@ -1,5 +1,5 @@
 // reader.cpp - the parts of FIReader that are not worth inlining.
-#include "core/reader.h"
+#include "reader/reader.h"
 
 #include "platform/base_utility.h"
 

@@ -1,7 +1,7 @@
 // rewind.h - the double rewind that some routines start with.
 #pragma once
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 // Moves to offset 0 twice; the first status is not looked at. Returns whether the second one was success.
 inline bool FIReaderRewindTwice(FIReader& reader) {

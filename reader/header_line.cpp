@@ -1,5 +1,5 @@
 // header_line.cpp - one line of text, whatever its line end is.
-#include "text/header_line.h"
+#include "reader/header_line.h"
 
 namespace {
 

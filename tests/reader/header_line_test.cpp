@@ -1,11 +1,11 @@
 // The line reader of mail and encoded text: line ends, control bytes, a full buffer and the end of the file.
-#include "text/header_line.h"
+#include "reader/header_line.h"
 
 #include <algorithm>
 #include <string>
 #include <vector>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 #include "support/probe_case.h"
 
 namespace {

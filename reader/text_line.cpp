@@ -1,9 +1,9 @@
 // text_line.cpp - reading text through the reader.
-#include "graphics/text_line.h"
+#include "reader/text_line.h"
 
 #include <algorithm>
 
-#include "core/reader.h"
+#include "reader/reader.h"
 
 namespace {
 
