@@ -4,13 +4,13 @@
 #include <cstdio>
 #include <exception>
 
+#include "catalogue/format_catalogue.h"
 #include "cli/file_walk.h"
 #include "cli/identify.h"
 #include "cli/options.h"
 #include "cli/output.h"
 #include "cli/path_list.h"
 #include "cli/record_writer.h"
-#include "platform/format_catalogue.h"
 
 namespace {
 

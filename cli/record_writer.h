@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "catalogue/format_catalogue.h"
 #include "cli/record.h"
-#include "platform/format_catalogue.h"
 
 enum class OutputFormat { Text, Ndjson, Json, Csv, Tsv };
 

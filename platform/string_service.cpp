@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "catalogue/format_catalogue.h"
 #include "platform/base_utility.h"
-#include "platform/format_catalogue.h"
 
 extern "C" std::int16_t UTGetString(std::uint32_t key, char* buffer, std::uint16_t size, std::uint32_t) {
     if (buffer == nullptr || size == 0 || (key & ~std::uint32_t{0xFFFF}) != UTStringKeyFormat) return -1;

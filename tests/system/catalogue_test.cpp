@@ -6,8 +6,8 @@
 #include <map>
 #include <set>
 
+#include "catalogue/format_catalogue.h"
 #include "core/driver.h"
-#include "platform/format_catalogue.h"
 #include "support/golden.h"
 #include "support/probe_case.h"
 #include "support/zip_writer.h"

@@ -19,7 +19,7 @@
 //
 // Templates, and in Office Open XML also macro-enabled files, cannot be told from documents. They share the record of
 // the documents, with the documents' media type; fmt/189 is the registry's entry for any Office Open XML file.
-#include "platform/format_catalogue.h"
+#include "catalogue/format_catalogue.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // The catalogue of formats: which identifiers it holds, and that its columns keep to their form and agree with PRONOM.
-#include "platform/format_catalogue.h"
+#include "catalogue/format_catalogue.h"
 
 #include <gtest/gtest.h>
 
