@@ -21,8 +21,8 @@
 #include "fiid.h"
 #include "fuzz/laws.h"
 #include "platform/base_utility.h"
-#include "platform/compound_storage.h"
 #include "platform/handle.h"
+#include "platform/storage/compound_storage.h"
 
 namespace {
 

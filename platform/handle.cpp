@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "platform/base_utility.h"
-#include "platform/compound_storage.h"
+#include "platform/storage/compound_storage.h"
 #include "platform/sub_objects.h"
 
 namespace {

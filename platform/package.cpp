@@ -2,11 +2,11 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/archive.h"
 #include "platform/base_utility.h"
 #include "platform/byte_objects.h"
 #include "platform/package_library.h"
-#include "platform/relationships.h"
+#include "platform/xml/relationships.h"
+#include "platform/zip/archive.h"
 
 struct PKGPackage {
     UTHandle* wrapper;  // around a handle of the host's own; null for a handle of this layer

@@ -1,7 +1,7 @@
 // set_info.cpp - IOSetInfo. The function stands in a file of its own, so that a program linked with the static library
 // can bring its own.
-#include "platform/archive.h"
 #include "platform/base_utility.h"
+#include "platform/zip/archive.h"
 
 namespace {
 

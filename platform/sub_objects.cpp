@@ -1,10 +1,10 @@
 // sub_objects.cpp - IOOpenSub: which function opens which kind.
 #include "platform/sub_objects.h"
 
-#include "platform/archive.h"
-#include "platform/compound_storage.h"
 #include "platform/handle.h"
 #include "platform/range.h"
+#include "platform/storage/compound_storage.h"
+#include "platform/zip/archive.h"
 
 namespace {
 

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "platform/base_utility.h"
-#include "platform/compound_storage.h"
 #include "platform/handle.h"
+#include "platform/storage/compound_storage.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 //       60     4  first mini FAT sector    any
 //       68     4  first DIFAT sector       any
 //       76   436  first 109 FAT sectors    any
-#include "platform/storage_sectors.h"
+#include "platform/storage/storage_sectors.h"
 
 #include <algorithm>
 #include <cstring>

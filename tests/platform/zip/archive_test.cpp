@@ -1,5 +1,5 @@
 // ZIP archives and their members as handles.
-#include "platform/archive.h"
+#include "platform/zip/archive.h"
 
 #include <gtest/gtest.h>
 

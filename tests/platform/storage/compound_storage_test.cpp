@@ -1,5 +1,5 @@
 // Compound storages: which files are one, class identifiers, the look-up of names, sub-storages, and what handles own.
-#include "platform/compound_storage.h"
+#include "platform/storage/compound_storage.h"
 
 #include <functional>
 

@@ -4,14 +4,14 @@
 //   Type          what the relationship is for: a URI, compared byte by byte
 //   Target        where it leads: a relative reference
 //   TargetMode    "External" when it leads out of the package
-#include "platform/relationships.h"
+#include "platform/xml/relationships.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 
 #include "platform/base_utility.h"
-#include "platform/xml_parser.h"
+#include "platform/xml/xml_parser.h"
 
 namespace {
 

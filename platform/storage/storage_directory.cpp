@@ -12,7 +12,7 @@
 //       80    16  class identifier of a storage
 //      116     4  first sector of a stream; of the mini stream in the root
 //      120     8  size of a stream; on major version 3 the high half means nothing
-#include "platform/storage_directory.h"
+#include "platform/storage/storage_directory.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // Relationships parts: which relationship is meant, and where its target leads.
-#include "platform/relationships.h"
+#include "platform/xml/relationships.h"
 
 #include <gtest/gtest.h>
 

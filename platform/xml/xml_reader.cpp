@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "platform/base_utility.h"
-#include "platform/xml_parser.h"
+#include "platform/xml/xml_parser.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The sectors of compound files: streams of every size and layout, chains that break, and what a look-up costs.
-#include "platform/storage_sectors.h"
+#include "platform/storage/storage_sectors.h"
 
 #include <functional>
 
-#include "platform/compound_storage.h"
 #include "platform/handle.h"
+#include "platform/storage/compound_storage.h"
 #include "support/naive_storage.h"
 #include "support/open_handle.h"
 #include "support/probe_case.h"

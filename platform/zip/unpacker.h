@@ -10,7 +10,7 @@
 #include <cstdint>
 
 #include "platform/handle.h"
-#include "platform/zip_directory.h"
+#include "platform/zip/zip_directory.h"
 
 // Bytes in front of the member's data in the archive that libzip is shown: a directory entry with its one-letter name
 // and the zip64 block, then a local header with the name.

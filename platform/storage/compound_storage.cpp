@@ -1,5 +1,5 @@
 // compound_storage.cpp - storages and the handles of their streams and sub-storages.
-#include "platform/compound_storage.h"
+#include "platform/storage/compound_storage.h"
 
 #include <algorithm>
 #include <exception>
@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "platform/heap_allocator.h"
-#include "platform/storage_directory.h"
-#include "platform/storage_sectors.h"
+#include "platform/storage/storage_directory.h"
+#include "platform/storage/storage_sectors.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The central directory of a ZIP archive: where it is found, and which entry of it is meant.
-#include "platform/zip_directory.h"
+#include "platform/zip/zip_directory.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 //   tags          a declared default value is an attribute of every element of that name
 //   declarations  expat follows a chain of entities by recursion, and searches a list of attributes from its start
 //   amplification expat's own guard against entities that multiply, set more strictly
-#include "platform/xml_parser.h"
+#include "platform/xml/xml_parser.h"
 
 #include <expat.h>
 

@@ -10,7 +10,7 @@
 //
 // The byte that can't be read tells packed data that end too early from such that end properly: only they make libzip
 // ask for it. Of zero packed bytes nothing is expected, so they have no such byte.
-#include "platform/unpacker.h"
+#include "platform/zip/unpacker.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,13 +2,13 @@
 //
 // Nothing of an archive is kept but the place of its directory, and nothing of a member but the place of its data and,
 // if it is packed, the state of the unpacker. Stored members are stretches of the file.
-#include "platform/archive.h"
+#include "platform/zip/archive.h"
 
 #include <algorithm>
 #include <cstdint>
 
-#include "platform/unpacker.h"
-#include "platform/zip_directory.h"
+#include "platform/zip/unpacker.h"
+#include "platform/zip/zip_directory.h"
 
 namespace {
 

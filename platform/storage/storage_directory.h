@@ -14,8 +14,8 @@
 
 #include "platform/handle.h"
 #include "platform/heap_allocator.h"
-#include "platform/number_set.h"
-#include "platform/storage_sectors.h"
+#include "platform/storage/number_set.h"
+#include "platform/storage/storage_sectors.h"
 
 inline constexpr std::uint32_t rootEntryNumber = 0;
 inline constexpr std::size_t entryNameUnits = 32;

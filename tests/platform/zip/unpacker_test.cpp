@@ -1,5 +1,5 @@
 // Packed members: what they deliver when their data are damaged, at every place and read in every way.
-#include "platform/unpacker.h"
+#include "platform/zip/unpacker.h"
 
 #include <gtest/gtest.h>
 

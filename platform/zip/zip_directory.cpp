@@ -25,7 +25,7 @@
 // A signature block ('P' 'K' 05 05) may close the directory.
 //
 // Source: APPNOTE.TXT, the description of the ZIP file format, sections 4.3 and 4.5.3.
-#include "platform/zip_directory.h"
+#include "platform/zip/zip_directory.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,5 +1,5 @@
 // The bounds of the XML parser: both sides of each, and documents that are made to cost much.
-#include "platform/xml_parser.h"
+#include "platform/xml/xml_parser.h"
 
 #include <gtest/gtest.h>
 

@@ -22,7 +22,7 @@
 
 #include "platform/handle.h"
 #include "platform/heap_allocator.h"
-#include "platform/number_set.h"
+#include "platform/storage/number_set.h"
 
 // Numbers from here on name no sector: they mark ends, free sectors and sectors of the tables.
 inline constexpr std::uint32_t firstReservedSector = 0xFFFFFFFA;

@@ -1,5 +1,5 @@
 // The set of numbers that walks over damaged files are kept from looping with.
-#include "platform/number_set.h"
+#include "platform/storage/number_set.h"
 
 #include <gtest/gtest.h>
 
