@@ -8,6 +8,7 @@
 #include "core/routines.h"
 #include "platform/base_utility.h"
 #include "reader/reader.h"
+#include "signatures/routine_numbers.h"
 
 namespace {
 

@@ -6,8 +6,10 @@
 #include <iterator>
 
 #include "core/interpreter.h"
+#include "package/xml_namespace.h"
 #include "platform/base_utility.h"
 #include "reader/reader.h"
+#include "signatures/bytecode.h"
 #include "signatures/table.h"
 #include "text/encoded_text.h"
 

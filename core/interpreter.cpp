@@ -6,6 +6,7 @@
 #include "core/routines.h"
 #include "package/xml_namespace.h"
 #include "reader/reader.h"
+#include "signatures/bytecode.h"
 
 namespace {
 

@@ -23,6 +23,7 @@
 #include "sheets/rbf_records.h"
 #include "sheets/table_headers.h"
 #include "sheets/worksheet_records.h"
+#include "signatures/routine_numbers.h"
 #include "storage/named_streams.h"
 #include "storage/storage_dispatcher.h"
 #include "storage/word_storage.h"

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "core/interpreter.h"
 #include "fuzz/laws.h"
 #include "package/html_tags.h"
 #include "package/markup.h"

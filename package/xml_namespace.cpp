@@ -17,7 +17,6 @@
 #include <cstddef>
 #include <string_view>
 
-#include "core/interpreter.h"
 #include "reader/reader.h"
 
 namespace {

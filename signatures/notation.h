@@ -27,10 +27,9 @@
 #include <iterator>
 #include <string_view>
 
-#include "core/interpreter.h"
-#include "core/routines.h"
-#include "fiid.h"
+#include "signatures/bytecode.h"
 #include "signatures/namespace_hosts.h"
+#include "signatures/routine_numbers.h"
 
 // How a row ends: with an identifier, or with a call of a special routine.
 struct FIRowResult {

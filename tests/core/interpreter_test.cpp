@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "package/xml_namespace.h"
 #include "reader/reader.h"
 #include "support/bytes.h"
 #include "support/test_handle.h"

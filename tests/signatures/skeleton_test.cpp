@@ -7,6 +7,7 @@
 
 #include "core/driver.h"
 #include "core/interpreter.h"
+#include "package/xml_namespace.h"
 #include "reader/reader.h"
 #include "signatures/table.h"
 #include "support/golden.h"

@@ -6,8 +6,8 @@
 #include <set>
 #include <sstream>
 
-#include "core/interpreter.h"
-#include "core/routines.h"
+#include "signatures/bytecode.h"
+#include "signatures/routine_numbers.h"
 #include "support/bytes.h"
 #include "support/golden.h"
 #include "support/probe_case.h"
