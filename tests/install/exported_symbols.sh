@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# exported_symbols.sh LIBRARY EXPECTED: fails unless the library's dynamic symbols are exactly the expected ones, and its
-# soname is set.
+# exported_symbols.sh LIBRARY EXPECTED: fails unless the library's dynamic symbols, with their version nodes, are exactly
+# the expected ones, its soname is set, and it looks for its sibling library beside itself.
 set -euo pipefail
-diff <(nm --dynamic --defined-only --format=posix "$1" | cut -d' ' -f1 | LC_ALL=C sort) "$2"
-readelf --dynamic "$1" | grep -q 'Library soname: \[libfiid.so.1\]'
-readelf --dynamic "$1" | grep -q 'Shared library: \[libfiid-platform.so.1\]'
+diff <(nm --dynamic --defined-only --with-symbol-versions --format=posix "$1" | cut -d' ' -f1 | LC_ALL=C sort) "$2"
+[ -z "${3:-}" ] || readelf --dynamic "$1" | grep -qF "Shared library: [$3]"
+readelf --dynamic "$1" | grep -qF "Library soname: [$(basename "$1" | sed 's/\.so.*/.so.1/')]"

@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "core/interpreter.h"
 #include "reader/reader.h"
 #include "signatures/namespace_hosts.h"
 #include "support/probe_case.h"
