@@ -14,6 +14,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "reader/ascii_case.h"
 #include "reader/reader.h"
 
 namespace {
@@ -22,12 +23,6 @@ constexpr std::uint16_t tab = 0x09;
 constexpr std::uint16_t lineFeed = 0x0A;
 constexpr std::uint16_t carriageReturn = 0x0D;
 constexpr std::uint16_t blank = 0x20;
-
-// ASCII letters alone; the end of the file stays what it is.
-std::uint16_t FILowerAscii(std::uint16_t character) {
-    const bool upper = character >= 'A' && character <= 'Z';
-    return static_cast<std::uint16_t>(upper ? character - 'A' + 'a' : character);
-}
 
 // ---- FIProbeVersionSections ----
 
