@@ -27,6 +27,7 @@
 #include <string_view>
 
 #include "platform/base_utility.h"
+#include "reader/handle_block.h"
 #include "reader/reader.h"
 
 namespace {
@@ -38,21 +39,7 @@ constexpr FIID xpmFormat = 1572;
 
 constexpr std::int32_t success = 0;
 
-// ---- Blocks of the handle -------------------------------------------------------------------------------------------
-
-constexpr std::uint16_t originStart = 0;
 constexpr std::uint16_t originCurrent = 1;
-
-std::int32_t FIRewindHandle(FIReader& reader) { return reader.file->operations.IOSeek(reader.file, originStart, 0); }
-
-// Reads up to size bytes at the handle's position. Returns the read's status; count is at most size, whatever a failing
-// handle left in it.
-std::int32_t FIReadBlock(FIReader& reader, void* block, std::uint32_t size, std::uint32_t& count) {
-    count = 0;
-    const std::int32_t status = reader.file->operations.IORead(reader.file, block, size, &count);
-    count = std::min(count, size);
-    return status;
-}
 
 // ---- IGES -----------------------------------------------------------------------------------------------------------
 
