@@ -9,12 +9,15 @@
 #include <iterator>
 
 #include "graphics/binary_headers.h"
+#include "graphics/card_images.h"
 #include "graphics/cgm.h"
 #include "graphics/drawings.h"
 #include "graphics/macpaint.h"
+#include "graphics/marked_records.h"
+#include "graphics/netpbm.h"
 #include "graphics/postscript.h"
 #include "graphics/raw_fax.h"
-#include "graphics/text_images.h"
+#include "graphics/x_images.h"
 #include "media/archives.h"
 #include "media/mpeg_audio.h"
 #include "media/quicktime.h"
@@ -81,14 +84,14 @@ constexpr FIRoutine routines[] = {
     {1535, FIProbeJpeg, nullptr},                                                               // graphics/binary_headers.h
     {1544, FIProbeDxf, nullptr},                                                                // graphics/drawings.h
     {1557, FIProbePdf, nullptr},                                                                // graphics/drawings.h
-    {1569, FIProbeIges, nullptr},                                                               // graphics/text_images.h
-    {1570, FIProbeMarkedRecords, nullptr},                                                      // graphics/text_images.h
-    {1571, FIProbeXbm, nullptr},                                                                // graphics/text_images.h
-    {1572, FIProbeXpm, nullptr},                                                                // graphics/text_images.h
+    {1569, FIProbeIges, nullptr},                                                               // graphics/card_images.h
+    {1570, FIProbeMarkedRecords, nullptr},                                                      // graphics/marked_records.h
+    {1571, FIProbeXbm, nullptr},                                                                // graphics/x_images.h
+    {1572, FIProbeXpm, nullptr},                                                                // graphics/x_images.h
     {1575, FIProbeXwd, nullptr},                                                                // graphics/binary_headers.h
     {1579, FIProbeDesignerStorage, nullptr},                                                    // storage/named_streams.h
     {1580, FIProbePostScript, nullptr},                                                         // graphics/postscript.h
-    {1588, FIProbeNetpbm, nullptr},                                                             // graphics/text_images.h
+    {1588, FIProbeNetpbm, nullptr},                                                             // graphics/netpbm.h
     {1597, FIProbeVisioStorage, nullptr},                                                       // storage/named_streams.h
     {1598, FIProbeCorelRiff, nullptr},                                                          // graphics/binary_headers.h
     {1601, FIProbeClassRecords, nullptr},                                                       // graphics/binary_headers.h

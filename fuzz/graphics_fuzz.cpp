@@ -1,12 +1,15 @@
 // graphics_fuzz.cpp - fuzz target for the routines of the graphics formats. Each input is a file.
 #include "fuzz/laws.h"
 #include "graphics/binary_headers.h"
+#include "graphics/card_images.h"
 #include "graphics/cgm.h"
 #include "graphics/drawings.h"
 #include "graphics/macpaint.h"
+#include "graphics/marked_records.h"
+#include "graphics/netpbm.h"
 #include "graphics/postscript.h"
 #include "graphics/raw_fax.h"
-#include "graphics/text_images.h"
+#include "graphics/x_images.h"
 
 namespace {
 
