@@ -8,15 +8,20 @@
 #include <functional>
 #include <iterator>
 
-#include "graphics/binary_headers.h"
 #include "graphics/card_images.h"
 #include "graphics/cgm.h"
+#include "graphics/class_records.h"
+#include "graphics/corel.h"
 #include "graphics/drawings.h"
+#include "graphics/eps_preview.h"
+#include "graphics/icons.h"
+#include "graphics/jpeg.h"
 #include "graphics/macpaint.h"
 #include "graphics/marked_records.h"
 #include "graphics/netpbm.h"
 #include "graphics/postscript.h"
 #include "graphics/raw_fax.h"
+#include "graphics/x_dumps.h"
 #include "graphics/x_images.h"
 #include "media/archives.h"
 #include "media/mpeg_audio.h"
@@ -76,25 +81,25 @@ constexpr FIRoutine routines[] = {
     {1447, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1447); }, nullptr},// storage/named_streams.h
     {1450, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1450); }, nullptr},// storage/named_streams.h
     {1453, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1453); }, nullptr},// storage/named_streams.h
-    {1504, FIProbeEpsPreview, nullptr},                                                         // graphics/binary_headers.h
+    {1504, FIProbeEpsPreview, nullptr},                                                         // graphics/eps_preview.h
     {1505, FIProbeRawFax, nullptr},                                                             // graphics/raw_fax.h
-    {1515, FIProbeIconFile, nullptr},                                                           // graphics/binary_headers.h
+    {1515, FIProbeIconFile, nullptr},                                                           // graphics/icons.h
     {1518, FIProbeMacPaint, nullptr},                                                           // graphics/macpaint.h
     {1528, FIProbeCgm, nullptr},                                                                // graphics/cgm.h
-    {1535, FIProbeJpeg, nullptr},                                                               // graphics/binary_headers.h
+    {1535, FIProbeJpeg, nullptr},                                                               // graphics/jpeg.h
     {1544, FIProbeDxf, nullptr},                                                                // graphics/drawings.h
     {1557, FIProbePdf, nullptr},                                                                // graphics/drawings.h
     {1569, FIProbeIges, nullptr},                                                               // graphics/card_images.h
     {1570, FIProbeMarkedRecords, nullptr},                                                      // graphics/marked_records.h
     {1571, FIProbeXbm, nullptr},                                                                // graphics/x_images.h
     {1572, FIProbeXpm, nullptr},                                                                // graphics/x_images.h
-    {1575, FIProbeXwd, nullptr},                                                                // graphics/binary_headers.h
+    {1575, FIProbeXwd, nullptr},                                                                // graphics/x_dumps.h
     {1579, FIProbeDesignerStorage, nullptr},                                                    // storage/named_streams.h
     {1580, FIProbePostScript, nullptr},                                                         // graphics/postscript.h
     {1588, FIProbeNetpbm, nullptr},                                                             // graphics/netpbm.h
     {1597, FIProbeVisioStorage, nullptr},                                                       // storage/named_streams.h
-    {1598, FIProbeCorelRiff, nullptr},                                                          // graphics/binary_headers.h
-    {1601, FIProbeClassRecords, nullptr},                                                       // graphics/binary_headers.h
+    {1598, FIProbeCorelRiff, nullptr},                                                          // graphics/corel.h
+    {1601, FIProbeClassRecords, nullptr},                                                       // graphics/class_records.h
     {1631, FIProbeVisioStorage, nullptr},                                                       // storage/named_streams.h
     {1705, FIProbeQuickTime, nullptr},                                                          // media/quicktime.h
     {1708, FIProbeId3Trailer, nullptr},                                                         // media/mpeg_audio.h

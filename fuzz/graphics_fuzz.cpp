@@ -1,14 +1,19 @@
 // graphics_fuzz.cpp - fuzz target for the routines of the graphics formats. Each input is a file.
 #include "fuzz/laws.h"
-#include "graphics/binary_headers.h"
 #include "graphics/card_images.h"
 #include "graphics/cgm.h"
+#include "graphics/class_records.h"
+#include "graphics/corel.h"
 #include "graphics/drawings.h"
+#include "graphics/eps_preview.h"
+#include "graphics/icons.h"
+#include "graphics/jpeg.h"
 #include "graphics/macpaint.h"
 #include "graphics/marked_records.h"
 #include "graphics/netpbm.h"
 #include "graphics/postscript.h"
 #include "graphics/raw_fax.h"
+#include "graphics/x_dumps.h"
 #include "graphics/x_images.h"
 
 namespace {
