@@ -38,11 +38,13 @@
 #include "storage/workbook_storage.h"
 #include "text/encoded_text.h"
 #include "text/mail.h"
+#include "text/memo_headers.h"
+#include "text/vcard.h"
 #include "wordproc/block_structures.h"
 #include "wordproc/code_statistics.h"
 #include "wordproc/function_codes.h"
-#include "wordproc/text_headers.h"
 #include "wordproc/trailers.h"
+#include "wordproc/version_sections.h"
 #include "wordproc/word_pro.h"
 
 namespace {
@@ -60,12 +62,12 @@ constexpr FIRoutine routines[] = {
     {1025, FIProbeBlockList, nullptr},                                                          // wordproc/block_structures.h
     {1034, FIProbeCommandCounts, nullptr},                                                      // wordproc/code_statistics.h
     {1041, FIProbeEntryTable, nullptr},                                                         // wordproc/block_structures.h
-    {1057, FIProbeVersionSections, nullptr},                                                    // wordproc/text_headers.h
+    {1057, FIProbeVersionSections, nullptr},                                                    // wordproc/version_sections.h
     {1077, [](FIReader& reader) { return FIProbePipeCodes(reader, 1077); }, nullptr},           // wordproc/trailers.h
     {1082, FIProbeBookStorage, nullptr},                                                        // storage/named_streams.h
     {1108, FIProbeWordPro, nullptr},                                                            // wordproc/word_pro.h
-    {1132, FIProbeMemoHeader, nullptr},                                                         // wordproc/text_headers.h
-    {1141, FIProbeVCard, nullptr},                                                              // wordproc/text_headers.h
+    {1132, FIProbeMemoHeader, nullptr},                                                         // text/memo_headers.h
+    {1141, FIProbeVCard, nullptr},                                                              // text/vcard.h
     {1146, FIProbeWordStorage, nullptr},                                                        // storage/word_storage.h
     {1168, FIProbeMif, nullptr},                                                                // graphics/drawings.h
     {1187, nullptr, FIProbeMail},                                                               // text/mail.h

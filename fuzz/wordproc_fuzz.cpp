@@ -1,10 +1,12 @@
 // wordproc_fuzz.cpp - fuzz target for the routines of word-processor formats without magic. Each input is a file.
 #include "fuzz/laws.h"
+#include "text/memo_headers.h"
+#include "text/vcard.h"
 #include "wordproc/block_structures.h"
 #include "wordproc/code_statistics.h"
 #include "wordproc/function_codes.h"
-#include "wordproc/text_headers.h"
 #include "wordproc/trailers.h"
+#include "wordproc/version_sections.h"
 #include "wordproc/word_pro.h"
 
 namespace {
