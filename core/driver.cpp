@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <iterator>
 
+#include "catalogue/format_not_known.h"
 #include "core/interpreter.h"
 #include "package/xml_namespace.h"
 #include "platform/base_utility.h"

@@ -5,9 +5,6 @@
 
 #include "fiid.h"
 
-// Format identifier of a file that nothing recognised.
-inline constexpr FIID formatNotKnown = 1999;
-
 // The result of an identification and the row of the signature table that gave it, 0 when no row did: then the
 // characters of the text decided, or the format is not known.
 struct FIVerdict {

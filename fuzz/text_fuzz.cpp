@@ -5,7 +5,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "core/driver.h"
+#include "catalogue/format_not_known.h"
 #include "fuzz/laws.h"
 #include "reader/header_line.h"
 #include "reader/reader.h"

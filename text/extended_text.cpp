@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "core/driver.h"
+#include "catalogue/format_not_known.h"
 #include "reader/reader.h"
 
 namespace {

@@ -12,13 +12,13 @@
 
 #include <cstdint>
 
+#include "catalogue/format_not_known.h"
 #include "reader/reader.h"
 
 namespace {
 
 constexpr FIID oldGeneration = 1108;
 constexpr FIID newGeneration = 1145;
-constexpr FIID formatNotKnown = 1999;
 constexpr std::uint16_t lastOldVersion = 10;
 
 constexpr std::uint32_t bodyMark = 7;

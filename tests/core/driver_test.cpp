@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "catalogue/format_not_known.h"
 #include "fiid.h"
 #include "platform/base_utility.h"
 #include "support/probe_case.h"

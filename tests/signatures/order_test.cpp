@@ -1,6 +1,7 @@
 // Where the order of the rows decides, and other rules of the table, told through whole identifications.
 #include <gtest/gtest.h>
 
+#include "catalogue/format_not_known.h"
 #include "core/driver.h"
 #include "support/probe_case.h"
 #include "support/skeleton.h"

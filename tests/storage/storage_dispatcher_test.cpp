@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <iterator>
 
+#include "catalogue/format_not_known.h"
 #include "storage/sub_objects.h"
 
 namespace {
