@@ -503,7 +503,6 @@ constexpr FIFormatRecord formatRecords[] = {
 };
 
 constexpr std::size_t formatCount = std::size(formatRecords);
-constexpr std::size_t longestName = 100;  // bytes, so that hosts can do with a buffer of 101
 
 // The checks return the identifier of the first record that breaks the rule, 0 when none does, so that the compiler's
 // message names the record.
@@ -516,7 +515,7 @@ constexpr std::uint16_t FIFirstRecordOutOfOrder() {
 }
 
 constexpr bool FIIsPlainName(std::string_view name) {
-    if (name.empty() || name.size() > longestName || name.front() == ' ' || name.back() == ' ') return false;
+    if (name.empty() || name.size() > longestFormatName || name.front() == ' ' || name.back() == ' ') return false;
     for (const char character : name) {
         if (character < ' ' || character > '~') return false;
     }
@@ -561,7 +560,7 @@ constexpr std::uint16_t FIFirstRecordWithUsedName() {
 
 static_assert(formatCount == 427, "one record for each identifier");
 static_assert(FIFirstRecordOutOfOrder() == 0, "the records stand in the order of their identifiers");
-static_assert(FIFirstRecordWithoutPlainName() == 0, "a name is 1 to 100 printable ASCII characters");
+static_assert(FIFirstRecordWithoutPlainName() == 0, "a name is 1 to longestFormatName printable ASCII characters");
 static_assert(FIFirstRecordWithUsedName() == 0, "no two formats have one name");
 
 }  // namespace
