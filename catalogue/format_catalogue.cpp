@@ -5,17 +5,21 @@
 //   name        what the files are; of a format without a known name its mark. In names, bytes are in hexadecimal and
 //               offsets in decimal
 //   media type  the one registered with IANA, or else the one in general use
-//   PRONOM      the entries of The National Archives' registry that together cover the files of the identifier
-//   extensions  the usual ones, the most usual first
+//   PRONOM      the entries of The National Archives' registry whose files get the identifier
+//   extensions  the most usual first
 //
 // An identifier says no more than its files have in common, and several roads may lead to it, so each column must be
 // right for practically all of its files. That is why some columns are empty where one would look for an entry:
 //
-//   1101, 1181  HTML and XHTML alike, and the registry's XHTML entries have another media type
+//   1000        documents of Word for DOS and of Write, which have different media types
+//   1181        HTML and XHTML alike, and the registry's XHTML entries have another media type
 //   1196        vCalendar and iCalendar, which have different media types
 //   1611        PDF data under the extension of Illustrator: the media type of either is half right
 //   1800        DOS, 16-bit, 32-bit and 64-bit executables; only the last two have a registered media type
 //   MacBinary   files that come out only inside that wrapper: the types of what it holds are not those of the file
+//
+// Entries of narrower kinds stand beside the format's where their files get its identifier: PDF/A and its like in
+// 1557, Digital Negative in 1501, broadcast WAVE in 1700, XHTML in 1101. Such a kind may have a media type of its own.
 //
 // Templates, and in Office Open XML also macro-enabled files, cannot be told from documents. They share the record of
 // the documents, with the documents' media type; fmt/189 is the registry's entry for any Office Open XML file.
@@ -44,33 +48,50 @@ constexpr const char* wordOrWritePuids = "fmt/1688 x-fmt/4 x-fmt/12 x-fmt/274 x-
 constexpr const char* wordForDosPuids = "fmt/1688 x-fmt/274 x-fmt/275 x-fmt/276";
 constexpr const char* word97Puids = "fmt/40 fmt/609 fmt/754 fmt/755 x-fmt/45";
 constexpr const char* rtfPuids = "fmt/45 fmt/50 fmt/52 fmt/53 fmt/355 fmt/969";
+constexpr const char* htmlPuids = "fmt/96 fmt/97 fmt/98 fmt/99 fmt/100 fmt/471 fmt/102 fmt/103";
 constexpr const char* xmlPuids = "fmt/101 fmt/1776";
 constexpr const char* excel97Puids = "fmt/61 x-fmt/17";
 constexpr const char* powerPoint97Puids = "fmt/126 x-fmt/84 x-fmt/87";
 constexpr const char* accessPuids =
     "fmt/1258 fmt/1805 fmt/1806 fmt/1807 fmt/1808 fmt/1809 x-fmt/66 x-fmt/238 x-fmt/239 x-fmt/240 x-fmt/241";
 constexpr const char* binderPuids = "fmt/237 fmt/238 fmt/239 fmt/240 fmt/241 fmt/242";
-constexpr const char* tiffPuids = "fmt/153 fmt/154 fmt/155 fmt/156 fmt/353 x-fmt/387 x-fmt/388 x-fmt/399";
+constexpr const char* tiffPuids =
+    "fmt/153 fmt/154 fmt/155 fmt/156 fmt/353 x-fmt/387 x-fmt/388 x-fmt/399 fmt/152 fmt/730 fmt/1841 fmt/1842 fmt/1943";
 constexpr const char* jpegPuids =
     "fmt/41 fmt/42 fmt/43 fmt/44 fmt/112 fmt/113 fmt/645 fmt/1507 x-fmt/390 x-fmt/391 x-fmt/398";
-constexpr const char* pdfPuids = "fmt/14 fmt/15 fmt/16 fmt/17 fmt/18 fmt/19 fmt/20 fmt/276 fmt/1129";
+constexpr const char* dxfTextPuids =
+    "fmt/63 fmt/64 fmt/65 fmt/66 fmt/67 fmt/68 fmt/69 fmt/70 fmt/71 fmt/72 fmt/73 fmt/74 fmt/75 fmt/76 fmt/77 fmt/78 "
+    "fmt/79 fmt/433 fmt/435 fmt/532 fmt/1389";
+constexpr const char* dxfBinaryPuids =
+    "fmt/1394 fmt/80 fmt/81 fmt/82 fmt/83 fmt/84 fmt/85 fmt/1390 fmt/1391 fmt/1392 fmt/1393";
+constexpr const char* pdfPuids =
+    "fmt/14 fmt/15 fmt/16 fmt/17 fmt/18 fmt/19 fmt/20 fmt/276 fmt/1129 fmt/95 fmt/144 fmt/145 fmt/146 fmt/147 fmt/148 "
+    "fmt/157 fmt/158 fmt/354 fmt/476 fmt/477 fmt/478 fmt/479 fmt/480 fmt/481 fmt/488 fmt/489 fmt/490 fmt/491 fmt/492 "
+    "fmt/493 fmt/1451 fmt/1910 fmt/1911 fmt/1912 fmt/2050 fmt/2052";
 constexpr const char* illustratorPuids =
     "fmt/558 fmt/559 fmt/560 fmt/561 fmt/562 fmt/563 fmt/564 fmt/565 fmt/1862 fmt/1863 fmt/1864";
 constexpr const char* postScriptPuids =
     "fmt/122 fmt/123 fmt/124 fmt/501 fmt/1884 x-fmt/91 x-fmt/406 x-fmt/407 x-fmt/408";
+constexpr const char* postScriptOrIllustratorPuids =
+    "fmt/122 fmt/123 fmt/124 fmt/501 fmt/1884 x-fmt/20 fmt/417 fmt/418 fmt/419 fmt/420 fmt/422 fmt/423 fmt/557 "
+    "x-fmt/91 x-fmt/406 x-fmt/407 x-fmt/408";
+constexpr const char* paintShopProPuids = "fmt/348 fmt/349 x-fmt/233 x-fmt/234 x-fmt/297 x-fmt/298 x-fmt/376 x-fmt/377";
+constexpr const char* wavePuids =
+    "fmt/6 fmt/141 fmt/142 fmt/143 fmt/1 fmt/2 fmt/527 fmt/703 fmt/704 fmt/705 fmt/706 fmt/707 fmt/708 fmt/709 "
+    "fmt/710 fmt/711 x-fmt/389 x-fmt/396 x-fmt/397";
 
 constexpr FIFormatRecord formatRecords[] = {
     // clang-format off
     // word processors, mail and other documents
-    {1000, "Word for DOS or Write document, version byte 0",                        "application/msword",                  wordOrWritePuids,                     "doc"},
+    {1000, "Word for DOS or Write document, version byte 0",                        "",                                    wordOrWritePuids,                     "doc wri"},
     {1001, "Word for DOS document, version byte 3 to 7",                            "application/msword",                  wordForDosPuids,                      "doc"},
-    {1002, "WordStar document, header 1D 7D, type byte 50 or 55",                   "",                                    "",                                   "ws"},
+    {1002, "WordStar for DOS document, version 5.0 or 5.5",                         "",                                    "x-fmt/205 x-fmt/236",                "ws"},
     {1003, "Text with the top bit set where words end (WordStar style)",            "",                                    "",                                   ""},
     {1004, "WordStar 2000 document",                                                "",                                    "fmt/882",                            ""},
-    {1005, "WordPerfect document, version 5.0",                                     wordPerfectType,                       "x-fmt/393",                          "wpd wp wp5"},
+    {1005, "WordPerfect document, version 5.0",                                     wordPerfectType,                       "x-fmt/393",                          "wpd wp wp5 w50"},
     {1006, "Document in 512-byte blocks (marker FF 03 B3), zero at 420 and 467",    "",                                    "",                                   ""},
     {1007, "Document in 512-byte blocks (marker FF 03 B3), mark at 420 or 467",     "",                                    "",                                   ""},
-    {1008, "Revisable-form text (DCA-RFT)",                                         "application/dca-rft",                 "x-fmt/11",                           "rft dca"},
+    {1008, "Revisable-form text (DCA-RFT)",                                         "application/dca-rft",                 "x-fmt/11 x-fmt/148",                 "rft dca"},
     {1009, "Document, signature 80 00 00 09 20 00 O{J] 02",                         "",                                    "",                                   ""},
     {1010, "Document with a checksum, signature 53 04 02 01",                       "",                                    "",                                   ""},
     {1011, "Word processor document, signature 1A 53",                              "",                                    "",                                   ""},
@@ -98,9 +119,9 @@ constexpr FIFormatRecord formatRecords[] = {
     {1035, "WordPerfect for Macintosh document, type WPD0",                         wordPerfectType,                       "",                                   ""},
     {1036, "Document, signature 80 00 00 09 20 00 O{J] 18, zero at 27",             "",                                    "",                                   ""},
     {1037, "Document with 1C at 92, 1D at 295 and 05 81 at 498",                    "",                                    "",                                   ""},
-    {1038, "WordPerfect document, version 5.1 or 5.2",                              wordPerfectType,                       "x-fmt/203 x-fmt/394",                "wpd wp wp5"},
+    {1038, "WordPerfect document, version 5.1 or 5.2",                              wordPerfectType,                       "x-fmt/203 x-fmt/394",                "wpd wp wp5 w51 w52"},
     {1039, "Document in 512-byte blocks (marker FF 03 B3), 4 at 511",               "",                                    "",                                   ""},
-    {1040, "Document, signature TBWP or TBTX",                                      "",                                    "",                                   ""},
+    {1040, "Q&A word processor document",                                           "",                                    "fmt/1045",                           ""},
     {1041, "Document with a table of 14-byte entries, data marked by B3",           "",                                    "",                                   ""},
     {1043, "Document, signature PCF:dB or PCF+3",                                   "",                                    "",                                   ""},
     {1044, "Document, signature *R1",                                               "",                                    "",                                   ""},
@@ -109,7 +130,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1047, "Windows Write document",                                                "application/x-mswrite",               "x-fmt/4 x-fmt/12",                   "wri"},
     {1048, "Document, signature 01 FE 00",                                          "",                                    "",                                   ""},
     {1049, "Document, signature 01 FE 01",                                          "",                                    "",                                   ""},
-    {1050, "WordStar document, header 1D 7D, type byte 60",                         "",                                    "",                                   "ws"},
+    {1050, "WordStar for DOS document, version 6",                                  "",                                    "x-fmt/237",                          "ws"},
     {1051, "Document with version text 4.0 to 6.0, blocks marked by B3",            "",                                    "",                                   ""},
     {1053, "Document, signature 80 00 00 09 20 00 O{J] 18, not zero at 27",         "",                                    "",                                   ""},
     {1054, "Word for Windows document, header 9B A5 (version 1)",                   "application/msword",                  "fmt/37",                             "doc"},
@@ -124,19 +145,19 @@ constexpr FIFormatRecord formatRecords[] = {
     {1064, "Document, signature # VV # 5.00",                                       "",                                    "",                                   ""},
     {1065, "Word for Windows document, header DB A5 (version 2)",                   "application/msword",                  "fmt/38",                             "doc"},
     {1066, "Document, signature FFFFIIII, version 0 to 2",                          "",                                    "",                                   ""},
-    {1067, "WordStar document, header 1D 7D, type byte 70",                         "",                                    "",                                   "ws"},
+    {1067, "WordStar for DOS document, version 7",                                  "",                                    "x-fmt/261",                          "ws"},
     {1068, "Document, signature 01 FE, byte 40 to 5F at 3",                         "",                                    "",                                   ""},
     {1069, "Document, signature FFFFIIII, version above 6",                         "",                                    "",                                   ""},
     {1073, "Word for Macintosh document, header FE 37 00 23 (version 5)",           "application/msword",                  "x-fmt/65",                           "mcw"},
     {1074, "Document, signature 81 CD AB, byte 40 to 46 at 5",                      "",                                    "",                                   ""},
-    {1075, "WordPerfect document, format version 2.0 (6.0)",                        wordPerfectType,                       "x-fmt/44",                           "wpd wp wp6"},
+    {1075, "WordPerfect document, format version 2.0 (6.0)",                        wordPerfectType,                       "x-fmt/44",                           "wpd wp wp6 w60 w61 w62"},
     {1076, "Word for DOS document, version byte 8 or 9",                            "application/msword",                  wordForDosPuids,                      "doc"},
     {1077, "Document with pipe codes N and O from 118",                             "",                                    "",                                   ""},
     {1078, "WordPerfect family file, encrypted",                                    "",                                    "",                                   ""},
     {1079, "Document, signature FFFFIIII, version 8",                               "",                                    "",                                   ""},
     {1080, "WordPerfect for Macintosh document, version 3",                         wordPerfectType,                       "fmt/1221 fmt/1222",                  ""},
     {1081, "Document that starts with four zeros, with 02 0A at 6 and 06 at 512",   "",                                    "",                                   ""},
-    {1082, "Word document, version 6.0 or 95",                                      "application/msword",                  "fmt/39",                             "doc dot"},
+    {1082, "Word document, version 6.0 or 95",                                      "application/msword",                  "fmt/39 fmt/609",                     "doc dot"},
     {1083, "WordPerfect family file, file type 3A",                                 "",                                    "",                                   ""},
     {1085, "Document, signature DOC, version 2 or 3",                               "",                                    "",                                   ""},
     {1086, "Document, signature 91 A6 22 00",                                       "",                                    "",                                   ""},
@@ -148,13 +169,13 @@ constexpr FIFormatRecord formatRecords[] = {
     {1093, "Microsoft Works word processor document, class 00021302",               "application/vnd.ms-works",            "fmt/233",                            "wps"},
     {1094, "WordPad document in a compound storage",                                "",                                    "",                                   "doc"},
     {1095, "WordPerfect family file, other kind",                                   "",                                    "",                                   ""},
-    {1097, "WordPerfect document, format version 2.1 (6.1 or later)",               wordPerfectType,                       "x-fmt/44",                           "wpd wp wp6"},
+    {1097, "WordPerfect document, format version 2.1 (6.1 or later)",               wordPerfectType,                       "x-fmt/44",                           "wpd wp wp6 w60 w61 w62"},
     {1098, "Document that starts with the control sequence CSI 11h",                "",                                    "",                                   ""},
-    {1101, "HTML text",                                                             "text/html",                           "",                                   "html htm"},
-    {1102, "Word document, file-format number 101 to 105 (6.0 or 95)",              "application/msword",                  "fmt/39",                             "doc dot"},
+    {1101, "HTML text",                                                             "text/html",                           htmlPuids,                            "html htm"},
+    {1102, "Word document, file-format number 101 to 105 (6.0 or 95)",              "application/msword",                  "fmt/39 fmt/609",                     "doc dot"},
     {1105, "Microsoft Works word processor document, class 28CDDBC2 or stream MN0", "application/vnd.ms-works",            "fmt/233",                            "wps"},
     {1106, "WordPerfect family file, product 25, file type 0A to 0E",               "",                                    "",                                   ""},
-    {1107, "WordPerfect document, format version 2.2 to 2.4, or storage",           wordPerfectType,                       "fmt/892 x-fmt/44",                   "wpd wp"},
+    {1107, "WordPerfect document, format version 2.2 to 2.4, or storage",           wordPerfectType,                       "fmt/892 x-fmt/44",                   "wpd wp w60 w61 w62 wp6"},
     {1108, "Lotus Word Pro document, format version up to 10",                      "application/vnd.lotus-wordpro",       "fmt/340 x-fmt/340",                  "lwp"},
     {1124, "Document, signature 48 42 D1 07",                                       "",                                    "",                                   ""},
     {1125, "Word 6 for Macintosh document, MacBinary type W6BN",                    "",                                    "",                                   ""},
@@ -169,7 +190,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1136, "FrameMaker interchange text (MIF), Japanese, version 4",                "application/vnd.mif",                 "x-fmt/162",                          "mif"},
     {1137, "FrameMaker interchange text (MIF), Japanese, version 5",                "application/vnd.mif",                 "x-fmt/162",                          "mif"},
     {1138, "FrameMaker interchange text (MIF), version 5.5",                        "application/vnd.mif",                 "x-fmt/162",                          "mif"},
-    {1139, "WordPerfect document in a compound storage, class 519873FF",            wordPerfectType,                       "fmt/892",                            "wpd wp"},
+    {1139, "WordPerfect document in a compound storage, class 519873FF",            wordPerfectType,                       "fmt/892",                            "wpd wp w60 wp6"},
     {1140, "Document in a compound storage, class 78597001",                        "",                                    "",                                   ""},
     {1141, "vCard",                                                                 "text/vcard",                          "fmt/395 fmt/1879 fmt/1880 fmt/1881", "vcf vcard"},
     {1143, "Outlook item (MSG)",                                                    "application/vnd.ms-outlook",          "x-fmt/430",                          "msg"},
@@ -180,7 +201,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1148, "HTML text exported by Excel",                                           "text/html",                           "fmt/96",                             "htm html"},
     {1149, "HTML text exported by PowerPoint",                                      "text/html",                           "fmt/96",                             "htm html"},
     {1150, "XML text",                                                              "application/xml",                     xmlPuids,                             "xml"},
-    {1151, "WML text",                                                              "text/vnd.wap.wml",                    "",                                   "wml"},
+    {1151, "WML text",                                                              "text/vnd.wap.wml",                    "fmt/1796",                           "wml"},
     {1165, "StarOffice Writer document, version 5",                                 "application/vnd.stardivision.writer", "x-fmt/400",                          "sdw vor"},
     {1166, "FrameMaker interchange text (MIF), version 6",                          "application/vnd.mif",                 "x-fmt/162",                          "mif"},
     {1167, "FrameMaker interchange text (MIF), Japanese, version 6",                "application/vnd.mif",                 "x-fmt/162",                          "mif"},
@@ -193,7 +214,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1184, "EBCDIC text",                                                           "",                                    "",                                   ""},
     {1185, "Word document, version 2002",                                           "application/msword",                  word97Puids,                          "doc dot"},
     {1186, "Word document, version 2003 or later",                                  "application/msword",                  word97Puids,                          "doc dot"},
-    {1187, "MIME message without address lines",                                    "message/rfc822",                      "",                                   "eml"},
+    {1187, "MIME message without address lines",                                    "message/rfc822",                      "fmt/950",                            "eml"},
     {1188, "OpenOffice.org 1 text document (SXW)",                                  "application/vnd.sun.xml.writer",      "fmt/128",                            "sxw stw"},
     {1189, "Outlook personal or offline folders, ANSI (PST, OST)",                  "application/vnd.ms-outlook",          "x-fmt/248",                          "pst ost"},
     {1191, "Microsoft Works word processor document, class 0EA45AB2",               "application/vnd.ms-works",            "",                                   "wps"},
@@ -203,11 +224,11 @@ constexpr FIFormatRecord formatRecords[] = {
     {1195, "MIME mail message with the extension EML",                              "message/rfc822",                      "fmt/278 fmt/950",                    "eml"},
     {1196, "vCalendar or iCalendar",                                                "",                                    "fmt/387 fmt/388",                    "ics vcs"},
     {1197, "TNEF mail attachment container",                                        "application/vnd.ms-tnef",             "",                                   "dat tnef"},
-    {1198, "HTML mail or web archive (MHT)",                                        "message/rfc822",                      "",                                   "mht mhtml"},
+    {1198, "HTML mail or web archive (MHT)",                                        "message/rfc822",                      "x-fmt/429",                          "mht mhtml"},
     // databases
     {1200, "Database, signature 53 04 03 31 E0 03",                         "",                           "",                                    ""},
     {1201, "dBASE table, version byte 03 or 83 (dBASE III)",                "application/vnd.dbf",        "x-fmt/9 x-fmt/271",                   "dbf"},
-    {1202, "dBASE table, version byte 8B, 8E, 63 or F5 (dBASE IV, FoxPro)", "application/vnd.dbf",        "",                                    "dbf"},
+    {1202, "dBASE table, version byte 8B, 8E, 63 or F5 (dBASE IV, FoxPro)", "application/vnd.dbf",        "x-fmt/10",                            "dbf"},
     {1203, "Database with ED FB at 6",                                      "",                           "",                                    ""},
     {1204, "Microsoft Works database, header 20 54, zeros at 10",           "application/vnd.ms-works",   "",                                    "wdb"},
     {1205, "Database, signature 17 00, with bytes 01 or 02 at 31",          "",                           "",                                    ""},
@@ -226,7 +247,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1219, "Database with 00 00 02 00 00 80 at 8",                          "",                           "",                                    ""},
     {1220, "Microsoft Works database, class 00021303",                      "application/vnd.ms-works",   "",                                    "wdb"},
     {1221, "Microsoft Works database, class 28CDDBC3",                      "application/vnd.ms-works",   "",                                    "wdb"},
-    {1222, "Access database (Jet)",                                         "application/vnd.ms-access",  accessPuids,                           "mdb mda mde mdw"},
+    {1222, "Access database (Jet)",                                         "application/vnd.ms-access",  accessPuids,                           "mdb mda mde mdw mdt"},
     {1223, "Database in a compound storage, class 72FD3320",                "",                           "",                                    ""},
     {1224, "Microsoft Project plan",                                        "application/vnd.ms-project", "fmt/440 fmt/725 x-fmt/245 x-fmt/247", "mpp mpt"},
     // further documents and data
@@ -240,8 +261,8 @@ constexpr FIFormatRecord formatRecords[] = {
     {1313, "Encrypted Office Open XML text document",                 "",                                        "fmt/494",                                   "docx docm dotx dotm"},
     // spreadsheets
     {1400, "Lotus Symphony worksheet, version word 0405",                        "",                                  "",                                          "wrk"},
-    {1401, "Lotus 1-2-3 worksheet (WKS)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/117",                                 "wks"},
-    {1402, "Lotus 1-2-3 worksheet (WK1)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/114",                                 "wk1"},
+    {1401, "Lotus 1-2-3 worksheet (WKS)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/117 fmt/166",                         "wks"},
+    {1402, "Lotus 1-2-3 worksheet (WK1)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/114",                                 "wk1 wk2"},
     {1403, "Lotus 1-2-3 worksheet (WK3)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/115",                                 "wk3"},
     {1404, "Spreadsheet, signature 53 04 01 01 14",                              "",                                  "",                                          ""},
     {1405, "Excel 2 worksheet",                                                  "application/vnd.ms-excel",          "fmt/55",                                    "xls"},
@@ -250,7 +271,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1408, "1-2-3 style worksheet, version word 0404, with record F3",           "",                                  "",                                          ""},
     {1409, "1-2-3 style worksheet, version word 2207 to 2209",                   "",                                  "",                                          ""},
     {1410, "SuperCalc spreadsheet, text SuperCalc90b",                           "",                                  "",                                          "cal"},
-    {1411, "Quattro Pro for DOS spreadsheet (WQ1)",                              "application/x-quattropro",          "x-fmt/121",                                 "wq1"},
+    {1411, "Quattro Pro for DOS spreadsheet (WQ1)",                              "application/x-quattropro",          "x-fmt/121",                                 "wq1 wkq"},
     {1412, "1-2-3 style worksheet, version word 0A0B",                           "",                                  "",                                          ""},
     {1413, "Spreadsheet with the text Dolph 1.0",                                "",                                  "",                                          ""},
     {1414, "Spreadsheet with the tag JED at 8",                                  "",                                  "",                                          ""},
@@ -263,10 +284,10 @@ constexpr FIFormatRecord formatRecords[] = {
     {1421, "Lotus 1-2-3 worksheet (WK4)",                                        "application/vnd.lotus-1-2-3",       "x-fmt/116",                                 "wk4"},
     {1422, "1-2-3 style worksheet, version word 1101",                           "",                                  "",                                          ""},
     {1423, "Spreadsheet, signature 01 C2, with FF FF at 1312",                   "",                                  "",                                          ""},
-    {1424, "Excel workbook, version 5.0 or 95",                                  "application/vnd.ms-excel",          "fmt/59",                                    "xls xlt"},
+    {1424, "Excel workbook, version 5.0 or 95",                                  "application/vnd.ms-excel",          "fmt/59 fmt/1858",                           "xls xlt"},
     {1425, "Spreadsheet, signature 0C EF 4D 50",                                 "",                                  "",                                          ""},
     {1426, "Microsoft Works spreadsheet, header FF 00, letter M or N at 11",     "application/vnd.ms-works",          "fmt/166",                                   "wks"},
-    {1428, "Quattro Pro for DOS spreadsheet (WQ2)",                              "application/x-quattropro",          "x-fmt/122",                                 "wq2"},
+    {1428, "Quattro Pro for DOS spreadsheet (WQ2)",                              "application/x-quattropro",          "x-fmt/122",                                 "wq2 wkq"},
     {1429, "Quattro Pro for Windows spreadsheet (WB2)",                          "application/x-quattropro",          "fmt/835",                                   "wb2"},
     {1430, "Lotus 1-2-3/G worksheet (DEBR, tag 123G)",                           "",                                  "",                                          ""},
     {1431, "DEBR container with the tag GRPH",                                   "",                                  "",                                          ""},
@@ -284,7 +305,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1443, "Lotus 1-2-3 worksheet (123), version word 1005",                     "application/vnd.lotus-1-2-3",       "fmt/1453",                                  "123"},
     {1444, "Quattro Pro notebook (stream PerfectOffice_MAIN)",                   "application/x-quattropro",          "fmt/836",                                   "wb3"},
     {1445, "Quattro Pro notebook (stream NativeContent_MAIN)",                   "application/x-quattropro",          "fmt/837",                                   "qpw"},
-    {1446, "Excel workbook, version 97 to 2003, other build",                    "application/vnd.ms-excel",          excel97Puids,                                "xls xlt"},
+    {1446, "Excel workbook, version 97 to 2003, other build",                    "application/vnd.ms-excel",          "fmt/61 x-fmt/17 fmt/901",                   "xls xlt"},
     {1447, "Spreadsheet in a compound storage, class AC515490",                  "",                                  "",                                          ""},
     {1448, "Excel workbook, version 97 to 2003, build 6111, 6214, 7106 or 8124", "application/vnd.ms-excel",          excel97Puids,                                "xls xlt"},
     {1449, "StarOffice Calc spreadsheet, version 5",                             "application/vnd.stardivision.calc", "x-fmt/359",                                 "sdc vor"},
@@ -297,8 +318,8 @@ constexpr FIFormatRecord formatRecords[] = {
     {1456, "Encrypted Office Open XML workbook",                                 "",                                  "fmt/494",                                   "xlsx xlsm xltx xltm"},
     {1457, "Excel binary workbook (XLSB)",                                       xlsbType,                            "fmt/595",                                   "xlsb"},
     // graphics, drawing and presentation
-    {1500, "Windows bitmap, version 3 (40-byte header)",                     "image/bmp",                            "fmt/116 fmt/117",                           "bmp dib"},
-    {1501, "TIFF image",                                                     "image/tiff",                           tiffPuids,                                   "tif tiff"},
+    {1500, "Windows bitmap, version 3 (40-byte header)",                     "image/bmp",                            "fmt/116 fmt/117 x-fmt/270",                 "bmp dib"},
+    {1501, "TIFF image",                                                     "image/tiff",                           tiffPuids,                                   "tif tiff cog tfx"},
     {1502, "PCX image",                                                      "image/vnd.zbrush.pcx",                 "fmt/86 fmt/87 fmt/88 fmt/89 fmt/90",        "pcx pcc"},
     {1503, "GIF image",                                                      "image/gif",                            "fmt/3 fmt/4",                               "gif"},
     {1504, "Encapsulated PostScript with a TIFF preview",                    "application/postscript",               "fmt/122 fmt/123 fmt/124 fmt/1884",          "eps epsf"},
@@ -309,12 +330,12 @@ constexpr FIFormatRecord formatRecords[] = {
     {1509, "Lotus 1-2-3 graph (PIC)",                                        "",                                     "x-fmt/82",                                  "pic"},
     {1510, "PICT picture, version 1",                                        "image/x-pict",                         "x-fmt/80",                                  "pct pict"},
     {1511, "Graphics file, signature SM",                                    "",                                     "",                                          ""},
-    {1512, "Targa image, by its extension",                                  "image/x-tga",                          "fmt/402 x-fmt/367",                         "tga"},
+    {1512, "Targa image, by its extension",                                  "image/x-tga",                          "fmt/402 x-fmt/367",                         "tga afi bpx icb vda vst"},
     {1513, "GEM image (IMG)",                                                "",                                     "x-fmt/159",                                 "img"},
     {1514, "OS/2 or Windows bitmap (12-byte header)",                        "image/bmp",                            "fmt/115 x-fmt/25",                          "bmp dib"},
     {1515, "Windows icon",                                                   "image/vnd.microsoft.icon",             "x-fmt/418",                                 "ico"},
     {1516, "Windows cursor",                                                 "image/x-win-bitmap",                   "fmt/385",                                   "cur"},
-    {1517, "Micrografx drawing, signature 01 FF",                            "",                                     "",                                          "drw"},
+    {1517, "Micrografx drawing, signature 01 FF",                            "",                                     "x-fmt/47 x-fmt/294 x-fmt/295 fmt/1481",     "drw"},
     {1518, "MacPaint image",                                                 "image/x-macpaint",                     "fmt/1429 x-fmt/161",                        "mac pnt pntg"},
     {1520, "CorelDRAW drawing, version 1 or 2",                              corelDrawType,                          "fmt/466 fmt/467",                           "cdr"},
     {1521, "CorelDRAW drawing, version 3",                                   corelDrawType,                          "x-fmt/379",                                 "cdr"},
@@ -331,7 +352,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1532, "C4CAD drawing",                                                  "",                                     "",                                          ""},
     {1533, "Graphics file, signature 09 06 00 44",                           "",                                     "",                                          ""},
     {1534, "Graphics file, signature DOC, with the extension JSH",           "",                                     "",                                          "jsh"},
-    {1535, "JPEG image",                                                     "image/jpeg",                           jpegPuids,                                   "jpg jpeg jpe jfif"},
+    {1535, "JPEG image",                                                     "image/jpeg",                           jpegPuids,                                   "jpg jpeg jpe jfif jfi jif spf"},
     {1536, "Excel chart, version 5.0 or 95, in a compound storage",          "application/vnd.ms-excel",             "",                                          "xlc"},
     {1537, "CorelDRAW drawing, version 4",                                   corelDrawType,                          "fmt/465",                                   "cdr"},
     {1538, "PowerPoint 4 presentation (stream PP40)",                        "application/vnd.ms-powerpoint",        "fmt/179 x-fmt/88",                          "ppt"},
@@ -340,10 +361,10 @@ constexpr FIFormatRecord formatRecords[] = {
     {1541, "CorelDRAW drawing, version 5",                                   corelDrawType,                          "fmt/464",                                   "cdr"},
     {1542, "OS/2 metafile (MET)",                                            "",                                     "x-fmt/67",                                  "met"},
     {1543, "PowerPoint 95 presentation",                                     "application/vnd.ms-powerpoint",        "fmt/125",                                   "ppt"},
-    {1544, "AutoCAD DXF text",                                               "image/vnd.dxf",                        "fmt/63",                                    "dxf"},
-    {1545, "AutoCAD DXF, binary",                                            "image/vnd.dxf",                        "fmt/1394",                                  "dxf"},
+    {1544, "AutoCAD DXF text",                                               "image/vnd.dxf",                        dxfTextPuids,                                "dxf"},
+    {1545, "AutoCAD DXF, binary",                                            "image/vnd.dxf",                        dxfBinaryPuids,                              "dxf"},
     {1546, "AutoCAD DXB",                                                    "",                                     "fmt/54",                                    "dxb"},
-    {1547, "Freelance presentation, text FREELANCE at 4",                    "application/vnd.lotus-freelance",      "",                                          "pre"},
+    {1547, "Freelance presentation, text FREELANCE at 4",                    "application/vnd.lotus-freelance",      "fmt/1216",                                  "pre"},
     {1548, "PowerPoint presentation, big-endian header, version 3",          "application/vnd.ms-powerpoint",        "fmt/1867",                                  "ppt"},
     {1549, "PowerPoint 4 presentation, class 00044851",                      "application/vnd.ms-powerpoint",        "fmt/179 x-fmt/88",                          "ppt"},
     {1550, "WordPerfect family file, product 0F, file type 0F or 10",        "",                                     "",                                          ""},
@@ -351,17 +372,17 @@ constexpr FIFormatRecord formatRecords[] = {
     {1552, "AutoCAD drawing, AC1009 (release 11 or 12)",                     "image/vnd.dwg",                        "fmt/32",                                    "dwg"},
     {1553, "AutoCAD drawing, AC1012 (release 13)",                           "image/vnd.dwg",                        "fmt/33",                                    "dwg"},
     {1554, "PostScript with the Adobe comment",                              "application/postscript",               postScriptPuids,                             "ps eps"},
-    {1555, "Presentations slide show or other WordPerfect family storage",   "",                                     "",                                          "shw"},
+    {1555, "Presentations slide show or other WordPerfect family storage",   "",                                     "fmt/877",                                   "shw"},
     {1556, "WordPerfect family graphics in a compound storage",              "",                                     "",                                          ""},
     {1557, "PDF document",                                                   "application/pdf",                      pdfPuids,                                    "pdf"},
     {1558, "Vector graphics with the text MakerVector",                      "",                                     "",                                          ""},
     {1559, "Sun raster image",                                               "image/x-sun-raster",                   "x-fmt/184",                                 "ras sun"},
     {1560, "AutoShade rendering slide",                                      "",                                     "fmt/1044",                                  "rnd"},
-    {1561, "Graphics file that starts with 32 bytes of FF",                  "",                                     "",                                          ""},
+    {1561, "Kodak Photo CD image",                                           "",                                     "fmt/211",                                   ""},
     {1562, "PowerPoint presentation, little-endian header, version 4",       "application/vnd.ms-powerpoint",        "",                                          "ppt"},
     {1563, "PowerPoint presentation, big-endian header, version 4",          "application/vnd.ms-powerpoint",        "",                                          "ppt"},
     {1564, "Windows enhanced metafile (EMF)",                                "image/emf",                            "fmt/344 fmt/345 x-fmt/153",                 "emf"},
-    {1565, "GEM metafile",                                                   "",                                     "",                                          "gem"},
+    {1565, "GEM metafile",                                                   "",                                     "x-fmt/215 fmt/542 fmt/543",                 "gem"},
     {1566, "PowerPoint presentation for Macintosh, MacBinary type SLD3",     "",                                     "",                                          ""},
     {1567, "PowerPoint file for Macintosh, MacBinary type SLD3, other data", "",                                     "",                                          ""},
     {1568, "Graphics file, signature DC FE D2 01 or DC FE 18 02",            "",                                     "",                                          ""},
@@ -370,31 +391,31 @@ constexpr FIFormatRecord formatRecords[] = {
     {1571, "X bitmap (XBM)",                                                 "image/x-xbitmap",                      "x-fmt/207 x-fmt/299",                       "xbm"},
     {1572, "X pixmap (XPM)",                                                 "image/x-xpixmap",                      "x-fmt/208",                                 "xpm"},
     {1573, "CALS raster image",                                              "",                                     "x-fmt/28",                                  "cal cals"},
-    {1574, "PNG image",                                                      "image/png",                            "fmt/11 fmt/12 fmt/13",                      "png"},
+    {1574, "PNG image",                                                      "image/png",                            "fmt/11 fmt/12 fmt/13 fmt/935",              "png"},
     {1575, "X window dump (XWD)",                                            "image/x-xwindowdump",                  "fmt/401",                                   "xwd xdm"},
     {1576, "Corel metafile exchange image (CMX)",                            "image/x-cmx",                          "x-fmt/34 x-fmt/35",                         "cmx"},
     {1577, "Graphics file that starts with the sequence ESC *t1gW",          "",                                     "",                                          ""},
     {1578, "Graphics file, 01 12 and 04 at 3, or 01 0A and 02 at 3",         "",                                     "",                                          ""},
     {1579, "Designer drawing in a compound storage",                         "",                                     "",                                          ""},
-    {1580, "PostScript",                                                     "application/postscript",               "",                                          "ps eps"},
+    {1580, "PostScript",                                                     "application/postscript",               postScriptOrIllustratorPuids,                "ps eps"},
     {1581, "PowerPoint presentation, version 97 to 2003",                    "application/vnd.ms-powerpoint",        powerPoint97Puids,                           "ppt pps pot"},
     {1582, "CorelDRAW drawing, version 6",                                   corelDrawType,                          "x-fmt/29",                                  "cdr"},
     {1583, "CorelDRAW drawing, version 7",                                   corelDrawType,                          "x-fmt/291",                                 "cdr"},
     {1585, "AutoCAD drawing, other AC10 version",                            "image/vnd.dwg",                        "",                                          "dwg"},
     {1586, "Visio drawing, version 4",                                       "application/vnd.visio",                "fmt/1510",                                  "vsd vss vst vsw"},
     {1587, "AutoCAD drawing, AC1013 or AC1014 (release 13 or 14)",           "image/vnd.dwg",                        "fmt/33 fmt/34",                             "dwg"},
-    {1588, "Portable bitmap (PBM)",                                          "image/x-portable-bitmap",              "fmt/409 x-fmt/164",                         "pbm"},
-    {1589, "Portable graymap (PGM)",                                         "image/x-portable-graymap",             "fmt/406 fmt/407",                           "pgm"},
-    {1590, "Portable pixmap (PPM)",                                          "image/x-portable-pixmap",              "fmt/408 x-fmt/178",                         "ppm"},
+    {1588, "Portable bitmap (PBM)",                                          "image/x-portable-bitmap",              "fmt/409 x-fmt/164",                         "pbm pbmb pnm"},
+    {1589, "Portable graymap (PGM)",                                         "image/x-portable-graymap",             "fmt/406 fmt/407",                           "pgm pgma pgmb"},
+    {1590, "Portable pixmap (PPM)",                                          "image/x-portable-pixmap",              "fmt/408 x-fmt/178",                         "ppm ppmb"},
     {1591, "Adobe Photoshop image",                                          "image/vnd.adobe.photoshop",            "fmt/996 x-fmt/92",                          "psd psb pdd"},
     {1592, "PowerPoint 95 and 97 presentation (dual storage)",               "application/vnd.ms-powerpoint",        "fmt/125 fmt/126",                           "ppt"},
-    {1593, "Paint Shop Pro image",                                           "",                                     "",                                          "psp pspimage"},
+    {1593, "Paint Shop Pro image",                                           "",                                     paintShopProPuids,                           "psp pspimage"},
     {1594, "FlashPix image",                                                 "image/vnd.fpx",                        "x-fmt/56",                                  "fpx"},
     {1595, "Visio drawing, version 5",                                       "application/vnd.visio",                "x-fmt/113",                                 "vsd vss vst"},
     {1596, "CorelDRAW drawing, version 8",                                   corelDrawType,                          "fmt/1924 x-fmt/292",                        "cdr"},
     {1597, "Visio drawing, version 2000 or 2002",                            "application/vnd.visio",                "x-fmt/258",                                 "vsd vss vst"},
     {1598, "CorelDRAW drawing, version 9",                                   corelDrawType,                          "x-fmt/374",                                 "cdr"},
-    {1599, "JPEG image, progressive",                                        "image/jpeg",                           jpegPuids,                                   "jpg jpeg jpe jfif"},
+    {1599, "JPEG image, progressive",                                        "image/jpeg",                           jpegPuids,                                   "jpg jpeg jpe jfif jfi jif spf"},
     {1600, "PowerPoint presentation, version 97 to 2003, without a class",   "application/vnd.ms-powerpoint",        powerPoint97Puids,                           "ppt pps pot"},
     {1601, "Graphics in records of the classes 8, 9 and 10",                 "",                                     "",                                          ""},
     {1602, "Windows bitmap, version 5 (124-byte header)",                    "image/bmp",                            "fmt/119",                                   "bmp dib"},
@@ -411,14 +432,14 @@ constexpr FIFormatRecord formatRecords[] = {
     {1614, "AutoCAD drawing, AC1003 (version 2.6)",                          "image/vnd.dwg",                        "fmt/29",                                    "dwg"},
     {1615, "AutoCAD drawing, AC1004 (release 9)",                            "image/vnd.dwg",                        "fmt/30",                                    "dwg"},
     {1616, "AutoCAD drawing, AC1006 (release 10)",                           "image/vnd.dwg",                        "fmt/31",                                    "dwg"},
-    {1617, "Graphics file, signature 00 36 00 36",                           "",                                     "",                                          ""},
-    {1618, "QuarkXPress document, big-endian, version bytes 39 and 38",      quarkXPressType,                        "",                                          "qxd"},
-    {1619, "QuarkXPress document, big-endian, version bytes 3C",             quarkXPressType,                        "",                                          "qxd"},
-    {1620, "QuarkXPress document, big-endian, version bytes 3F",             quarkXPressType,                        "",                                          "qxd"},
-    {1621, "QuarkXPress document, big-endian, version bytes 41",             quarkXPressType,                        "",                                          "qxd"},
-    {1622, "QuarkXPress document, little-endian, version bytes 3F",          quarkXPressType,                        "",                                          "qxd"},
-    {1623, "QuarkXPress document, little-endian, version bytes 41",          quarkXPressType,                        "",                                          "qxd"},
-    {1624, "QuarkXPress document, little-endian, version bytes 42",          quarkXPressType,                        "",                                          "qxd"},
+    {1617, "QuarkXPress document, version 3.0",                              "",                                     "fmt/1443",                                  ""},
+    {1618, "QuarkXPress document, version 3.1 (big-endian)",                 quarkXPressType,                        "fmt/1317",                                  "qxd"},
+    {1619, "QuarkXPress document, version 3.2",                              quarkXPressType,                        "fmt/1444",                                  "qxd"},
+    {1620, "QuarkXPress document, version 3.3",                              quarkXPressType,                        "fmt/1318",                                  "qxd"},
+    {1621, "QuarkXPress document, version 4",                                quarkXPressType,                        "fmt/1319",                                  "qxd"},
+    {1622, "QuarkXPress document, version 3.3",                              quarkXPressType,                        "fmt/1318",                                  "qxd"},
+    {1623, "QuarkXPress document, version 4",                                quarkXPressType,                        "fmt/1319",                                  "qxd"},
+    {1624, "QuarkXPress document, version 5",                                quarkXPressType,                        "fmt/1320",                                  "qxd"},
     {1626, "OpenOffice.org 1 drawing (SXD)",                                 "application/vnd.sun.xml.draw",         "fmt/127",                                   "sxd std"},
     {1627, "OpenOffice.org 1 presentation (SXI)",                            "application/vnd.sun.xml.impress",      "fmt/130",                                   "sxi sti"},
     {1629, "CorelDRAW drawing, version 10",                                  corelDrawType,                          "x-fmt/375",                                 "cdr"},
@@ -428,7 +449,7 @@ constexpr FIFormatRecord formatRecords[] = {
     {1633, "OpenDocument presentation (ODP)",                                odpType,                                "fmt/138 fmt/292 fmt/293 fmt/1754 fmt/2046", "odp otp"},
     {1634, "AutoCAD drawing, AC1018 (2004)",                                 "image/vnd.dwg",                        "fmt/36",                                    "dwg"},
     {1635, "Office Open XML presentation (PPTX)",                            pptxType,                               "fmt/189 fmt/215",                           "pptx pptm ppsx ppsm potx potm"},
-    {1636, "XPS document",                                                   "application/vnd.ms-xpsdocument",       "",                                          "xps"},
+    {1636, "XPS document",                                                   "application/vnd.ms-xpsdocument",       "fmt/657",                                   "xps"},
     {1637, "Encrypted Office Open XML presentation",                         "",                                     "fmt/494",                                   "pptx pptm ppsx potx"},
     {1638, "AutoCAD drawing, AC1021 (2007)",                                 "image/vnd.dwg",                        "x-fmt/455",                                 "dwg"},
     {1639, "OS/2 bitmap, version 2 (64-byte header)",                        "image/bmp",                            "x-fmt/270",                                 "bmp"},
@@ -438,19 +459,19 @@ constexpr FIFormatRecord formatRecords[] = {
     {1651, "Graphics file, signature 00 01 90 81 8E 93, 01 or 03 at 26",     "",                                     "",                                          ""},
     {1652, "Graphics file, signature 00 01 90 81 8E 93, 00 at 26",           "",                                     "",                                          ""},
     // multimedia
-    {1700, "WAVE audio",                                  "audio/x-wav",                   "fmt/6 fmt/141 fmt/142 fmt/143",   "wav wave"},
+    {1700, "WAVE audio",                                  "audio/x-wav",                   wavePuids,                         "wav wave"},
     {1701, "AVI video",                                   "video/x-msvideo",               "fmt/5",                           "avi"},
     {1702, "MIDI file",                                   "audio/midi",                    "x-fmt/230",                       "mid midi"},
     {1703, "Director movie, compressed (RIFX form FGDM)", "application/x-director",        "fmt/486",                         "dcr"},
     {1704, "Flash movie, version 4 to 7",                 "application/x-shockwave-flash", "fmt/107 fmt/108 fmt/109 fmt/110", "swf"},
-    {1705, "QuickTime movie",                             "video/quicktime",               "x-fmt/384",                       "mov qt"},
+    {1705, "QuickTime movie",                             "video/quicktime",               "x-fmt/384 fmt/797",               "mov qt qtm"},
     {1706, "MP3 audio with an ID3 version 1 tag",         "audio/mpeg",                    "fmt/134",                         "mp3"},
     {1707, "MP3 audio with an ID3 version 2 tag",         "audio/mpeg",                    "fmt/134",                         "mp3"},
     {1708, "File with an ID3 version 1 tag, other audio", "",                              "",                                ""},
     {1709, "File with an ID3 version 2 tag, other audio", "",                              "",                                ""},
     {1710, "MPEG-1 audio, layer 3",                       "audio/mpeg",                    "fmt/134",                         "mp3"},
     {1711, "MPEG-1 audio, layer 1",                       "audio/mpeg",                    "fmt/347",                         "mp1"},
-    {1712, "MPEG-1 audio, layer 2",                       "audio/mpeg",                    "fmt/198",                         "mp2 mpa"},
+    {1712, "MPEG-1 audio, layer 2",                       "audio/mpeg",                    "fmt/198",                         "mp2 mpa mpw"},
     {1713, "MPEG-2 audio, layer 1",                       "audio/mpeg",                    "fmt/347",                         "mp1"},
     {1714, "MPEG-2 audio, layer 2",                       "audio/mpeg",                    "fmt/198",                         "mp2 mpa"},
     {1715, "MPEG-2 audio, layer 3",                       "audio/mpeg",                    "fmt/134",                         "mp3"},
@@ -462,10 +483,10 @@ constexpr FIFormatRecord formatRecords[] = {
     {1805, "Microsoft Office binder",                           "application/x-msbinder",            binderPuids,                                     "obd obt obz"},
     {1806, "UNIX compressed file (compress)",                   "application/x-compress",            "fmt/1671",                                      "z"},
     {1807, "tar archive",                                       "application/x-tar",                 "x-fmt/265",                                     "tar"},
-    {1808, "File with the signature 32 5E 10 10",               "",                                  "",                                              ""},
+    {1808, "Envoy document, version 1",                         "",                                  "fmt/1286",                                      ""},
     {1809, "WordPerfect family file, file type 1D, version 0B", "",                                  "",                                              ""},
     {1810, "File with the signature 50 C3",                     "",                                  "",                                              ""},
-    {1811, "File with the signature B2 97 E1 69",               "",                                  "",                                              ""},
+    {1811, "Envoy document, version 7",                         "",                                  "fmt/1287",                                      ""},
     {1812, "StuffIt archive",                                   "application/x-stuffit",             "fmt/1459 fmt/1460",                             "sit"},
     {1813, "LHA archive",                                       "application/x-lha",                 "fmt/626",                                       "lzh lha"},
     {1814, "LHA archive, self-extracting",                      "",                                  "",                                              "exe"},
@@ -548,11 +569,17 @@ constexpr std::array<std::uint64_t, formatCount> FIHashNames() {
 
 constexpr std::array<std::uint64_t, formatCount> nameHashes = FIHashNames();
 
+// Two byte orders of one version of QuarkXPress: the registry knows them as one format.
+constexpr bool FIShareName(std::uint16_t bigEndian, std::uint16_t littleEndian) {
+    return (bigEndian == 1620 && littleEndian == 1622) || (bigEndian == 1621 && littleEndian == 1623);
+}
+
 constexpr std::uint16_t FIFirstRecordWithUsedName() {
     const std::uint64_t* const hashes = nameHashes.data();
     for (std::size_t i = 1; i < formatCount; ++i) {
         for (std::size_t earlier = 0; earlier < i; ++earlier) {
-            if (hashes[earlier] == hashes[i]) return formatRecords[i].fiid;
+            if (hashes[earlier] != hashes[i]) continue;
+            if (!FIShareName(formatRecords[earlier].fiid, formatRecords[i].fiid)) return formatRecords[i].fiid;
         }
     }
     return 0;
@@ -561,7 +588,7 @@ constexpr std::uint16_t FIFirstRecordWithUsedName() {
 static_assert(formatCount == 427, "one record for each identifier");
 static_assert(FIFirstRecordOutOfOrder() == 0, "the records stand in the order of their identifiers");
 static_assert(FIFirstRecordWithoutPlainName() == 0, "a name is 1 to longestFormatName printable ASCII characters");
-static_assert(FIFirstRecordWithUsedName() == 0, "no two formats have one name");
+static_assert(FIFirstRecordWithUsedName() == 0, "no two formats have one name, but for byte orders");
 
 }  // namespace
 

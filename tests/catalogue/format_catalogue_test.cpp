@@ -12,6 +12,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -50,8 +51,6 @@ constexpr IdentifierRange identifierRanges[] = {
     {5000, 5000}, {5004, 5004},
     // clang-format on
 };
-
-constexpr std::size_t mostPuids = 12;  // more than that says less than none
 
 std::set<std::uint16_t> FIListedIdentifiers() {
     std::set<std::uint16_t> identifiers;
@@ -124,6 +123,20 @@ const std::set<std::string> misprintedEntries = {
     "fmt/497",  // image/vnd-wap-wbmp, registered as image/vnd.wap.wbmp
 };
 
+// Entries that stand in a record of another media type: the record's is right for the most part of its files.
+const std::set<std::pair<std::uint16_t, std::string>> entriesOfOtherTypes = {
+    {1101, "fmt/102"},    // application/xhtml+xml; XHTML 1.0 that is delivered as text/html
+    {1101, "fmt/103"},    // likewise, XHTML 1.1
+    {1198, "x-fmt/429"},  // multipart/related, the type of the body inside the message
+    {1202, "x-fmt/10"},   // application/dbase, not registered with IANA; application/vnd.dbf is
+    {1501, "fmt/1943"},   // image/dng, a TIFF file by its structure; the earlier DNG entries have both types
+    {1574, "fmt/935"},    // image/apng, which shows as PNG where animation is not known
+    {1636, "fmt/657"},    // application/oxps, for the standardised form of XPS
+};
+
+// Two byte orders of one version: one format to the registry, two identifiers here.
+const std::set<std::pair<std::uint16_t, std::uint16_t>> sharedNames = {{1620, 1622}, {1621, 1623}};
+
 TEST(FormatCatalogue, HoldsEveryIdentifierAndNoOther) {
     std::set<std::uint16_t> held;
     for (const FIFormatRecord& record : FIFormatRecords()) held.insert(record.fiid);
@@ -148,22 +161,23 @@ TEST(FormatCatalogue, HasNoNullString) {
     }
 }
 
-TEST(FormatCatalogue, NamesAreUniqueAlsoWithoutRegardToCase) {
+TEST(FormatCatalogue, NamesAreUniqueAlsoWithoutRegardToCaseButForTwoPairs) {
     std::map<std::string, std::uint16_t> seen;
     for (const FIFormatRecord& record : FIFormatRecords()) {
         const auto [place, isNew] = seen.emplace(FILower(record.name), record.fiid);
-        EXPECT_TRUE(isNew) << record.fiid << " has the name of " << place->second;
+        EXPECT_NE(isNew, sharedNames.contains({place->second, record.fiid}))
+            << record.fiid << " and " << place->second << ": " << record.name;
     }
 }
 
-// Names go into JSON, CSV, XML and shell output: none of them needs an escape there.
+// Names go into JSON, CSV and TSV: none of them needs an escape there.
 TEST(FormatCatalogue, NamesArePrintableAndNeedNoEscape) {
     for (const FIFormatRecord& record : FIFormatRecords()) {
         const std::string_view name = record.name;
         EXPECT_FALSE(name.empty()) << record.fiid;
         EXPECT_LE(name.size(), longestFormatName) << record.fiid;
         EXPECT_TRUE(std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; })) << record.fiid;
-        EXPECT_EQ(name.find_first_of("\"'`<>&\\|"), std::string_view::npos) << record.fiid;
+        EXPECT_EQ(name.find_first_of("\"'`<>\\|"), std::string_view::npos) << record.fiid;
         EXPECT_EQ(name.find("  "), std::string_view::npos) << record.fiid;
         EXPECT_FALSE(name.starts_with(' ') || name.ends_with(' ')) << record.fiid;
     }
@@ -192,10 +206,9 @@ TEST(FormatCatalogue, ExtensionsAreSmallWordsAndStandOnce) {
     }
 }
 
-TEST(FormatCatalogue, PronomIdentifiersStandOnceAndAreNotTooMany) {
+TEST(FormatCatalogue, PronomIdentifiersStandOnce) {
     for (const FIFormatRecord& record : FIFormatRecords()) {
         const std::vector<std::string> puids = FIMembers(record.puids);
-        EXPECT_LE(puids.size(), mostPuids) << record.fiid;
         EXPECT_EQ(std::set(puids.begin(), puids.end()).size(), puids.size()) << record.fiid;
     }
 }
@@ -220,8 +233,9 @@ TEST(FormatCatalogue, MediaTypesAreThoseOfTheRegistry) {
         for (const std::string& puid : FIMembers(record.puids)) {
             const auto entry = entries.find(puid);
             if (entry == entries.end() || entry->second.empty() || misprintedEntries.contains(puid)) continue;
-            EXPECT_NE(std::ranges::find(entry->second, FILower(record.mime)), entry->second.end())
-                << record.fiid << ": " << puid << " has not " << record.mime;
+            const bool agrees = std::ranges::find(entry->second, FILower(record.mime)) != entry->second.end();
+            EXPECT_NE(agrees, entriesOfOtherTypes.contains({record.fiid, puid}))
+                << record.fiid << ": " << puid << " and " << record.mime;
         }
     }
 }
@@ -263,7 +277,7 @@ const RecordCase recordCases[] = {
     // clang-format off
     {"SeveralEntriesOfOneType", {1503, "GIF image", "image/gif", "fmt/3 fmt/4", "gif"}},
     {"EntriesWithoutOneType",   {1196, "vCalendar or iCalendar", "", "fmt/387 fmt/388", "ics vcs"}},
-    {"TypeWithoutEntries",      {1101, "HTML text", "text/html", "", "html htm"}},
+    {"TypeWithoutEntries",      {1181, "HTML text in 16-bit characters", "text/html", "", "html htm"}},
     {"KnownByItsMarkOnly",      {1011, "Word processor document, signature 1A 53", "", "", ""}},
     {"OwnNamespace",            {2006, "Veloxine XML document, namespace veloxine5_1", "application/xml",
                                  "fmt/101 fmt/1776", "xml"}},
