@@ -132,6 +132,10 @@ const std::set<std::pair<std::uint16_t, std::string>> entriesOfOtherTypes = {
     {1501, "fmt/1943"},   // image/dng, a TIFF file by its structure; the earlier DNG entries have both types
     {1574, "fmt/935"},    // image/apng, which shows as PNG where animation is not known
     {1636, "fmt/657"},    // application/oxps, for the standardised form of XPS
+    {1704, "fmt/107"},    // application/x-shockwave-flash, not registered with IANA; the record's is
+    {1704, "fmt/108"},    // likewise
+    {1704, "fmt/109"},    // likewise
+    {1704, "fmt/110"},    // likewise
 };
 
 // Two byte orders of one version: one format to the registry, two identifiers here.

@@ -87,7 +87,7 @@ constexpr FIFormatRecord registryRecords[] = {
     {1700, "WAVE audio", "audio/x-wav",
      "fmt/6 fmt/141 fmt/142 fmt/143 fmt/1 fmt/2 fmt/527 fmt/703 fmt/704 fmt/705 fmt/706 fmt/707 fmt/708 fmt/709 "
      "fmt/710 fmt/711 x-fmt/389 x-fmt/396 x-fmt/397", "wav wave"},
-    {1704, "Flash movie, version 4 to 7", "application/x-shockwave-flash", "fmt/107 fmt/108 fmt/109 fmt/110", "swf"},
+    {1704, "Flash movie, version 4 to 7", "application/vnd.adobe.flash.movie", "fmt/107 fmt/108 fmt/109 fmt/110", "swf"},
     {1705, "QuickTime movie", "video/quicktime", "x-fmt/384 fmt/797", "mov qt qtm"},
     {1712, "MPEG-1 audio, layer 2", "audio/mpeg", "fmt/198", "mp2 mpa mpw"},
     {1808, "Envoy document, version 1", "", "fmt/1286", ""},
