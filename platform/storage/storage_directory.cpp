@@ -16,6 +16,8 @@
 
 #include <algorithm>
 
+#include "reader/little_endian.h"
+
 namespace {
 
 constexpr std::uint32_t entryBytes = 128;
@@ -54,10 +56,10 @@ bool CFHasName(const CFEntry& entry, const char* name) {
 }
 
 void CFReadEntryName(const std::uint8_t* bytes, CFEntry& entry) {
-    const std::uint32_t room = std::min<std::uint32_t>(CFLoadWord(bytes + 64) / 2, entryNameUnits);
+    const std::uint32_t room = std::min<std::uint32_t>(FILoadWordLE(bytes + 64) / 2, entryNameUnits);
     entry.nameLength = 0;
     while (entry.nameLength < room) {
-        const std::uint16_t unit = CFLoadWord(bytes + std::size_t{entry.nameLength} * 2);
+        const std::uint16_t unit = FILoadWordLE(bytes + std::size_t{entry.nameLength} * 2);
         if (unit == 0) break;
         entry.name[entry.nameLength++] = unit;
     }
@@ -96,13 +98,13 @@ bool CFReadEntry(CFSectors& sectors, CFChain& directory, std::uint32_t number, C
     if (bytes == nullptr) return false;
     CFReadEntryName(bytes, entry);
     entry.type = static_cast<CFEntryType>(bytes[66]);
-    entry.left = CFLoadDWord(bytes + 68);
-    entry.right = CFLoadDWord(bytes + 72);
-    entry.child = CFLoadDWord(bytes + 76);
+    entry.left = FILoadDWordLE(bytes + 68);
+    entry.right = FILoadDWordLE(bytes + 72);
+    entry.child = FILoadDWordLE(bytes + 76);
     std::copy_n(bytes + 80, classIdBytes, entry.classId);
-    entry.firstSector = CFLoadDWord(bytes + 116);
-    entry.size = CFLoadDWord(bytes + 120);
-    if (sectors.header.majorVersion > 3) entry.size |= std::uint64_t{CFLoadDWord(bytes + 124)} << 32;
+    entry.firstSector = FILoadDWordLE(bytes + 116);
+    entry.size = FILoadDWordLE(bytes + 120);
+    if (sectors.header.majorVersion > 3) entry.size |= std::uint64_t{FILoadDWordLE(bytes + 124)} << 32;
     entry.size = std::min(entry.size, largestSize);
     return true;
 }

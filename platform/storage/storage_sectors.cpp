@@ -16,7 +16,8 @@
 #include "platform/storage/storage_sectors.h"
 
 #include <algorithm>
-#include <cstring>
+
+#include "reader/little_endian.h"
 
 namespace {
 
@@ -51,7 +52,7 @@ std::uint32_t CFUnitShift(const CFSectors& sectors, CFTable table) {
 bool CFReadNumber(CFSectors& sectors, std::uint64_t offset, std::uint32_t& number) {
     const std::uint8_t* const bytes = CFViewFile(sectors, offset, numberBytes);
     if (bytes == nullptr) return false;
-    number = CFLoadDWord(bytes);
+    number = FILoadDWordLE(bytes);
     return true;
 }
 
@@ -159,18 +160,18 @@ bool CFReadHeader(UTHandle& file, CFHeader& header) {
     std::uint32_t count = 0;
     if (CFReadFile(file, 0, bytes, headerBytes, count) != 0 || count < headerBytes) return false;
     if (!std::equal(std::begin(signature), std::end(signature), bytes)) return false;
-    header.majorVersion = CFLoadWord(bytes + 26);
-    header.sectorShift = CFLoadWord(bytes + 30);
-    header.firstDirectorySector = CFLoadDWord(bytes + 48);
-    header.miniStreamCutoff = CFLoadDWord(bytes + 56);
-    header.firstMiniFatSector = CFLoadDWord(bytes + 60);
-    header.firstDifatSector = CFLoadDWord(bytes + 68);
+    header.majorVersion = FILoadWordLE(bytes + 26);
+    header.sectorShift = FILoadWordLE(bytes + 30);
+    header.firstDirectorySector = FILoadDWordLE(bytes + 48);
+    header.miniStreamCutoff = FILoadDWordLE(bytes + 56);
+    header.firstMiniFatSector = FILoadDWordLE(bytes + 60);
+    header.firstDifatSector = FILoadDWordLE(bytes + 68);
     for (std::size_t index = 0; index < headerFatSectors; ++index) {
-        header.fatSectors[index] = CFLoadDWord(bytes + 76 + index * numberBytes);
+        header.fatSectors[index] = FILoadDWordLE(bytes + 76 + index * numberBytes);
     }
-    return (header.majorVersion == 3 || header.majorVersion == 4) && CFLoadWord(bytes + 28) == littleEndian &&
+    return (header.majorVersion == 3 || header.majorVersion == 4) && FILoadWordLE(bytes + 28) == littleEndian &&
            (header.sectorShift == smallSectorShift || header.sectorShift == largeSectorShift) &&
-           CFLoadWord(bytes + 32) == miniSectorShift;
+           FILoadWordLE(bytes + 32) == miniSectorShift;
 }
 
 void CFStartSectors(CFSectors& sectors, UTHandle& file, const CFHeader& header) {

@@ -88,14 +88,6 @@ struct CFStretch {
     std::uint64_t count;   // sectors, at least 1
 };
 
-inline std::uint16_t CFLoadWord(const std::uint8_t* bytes) {
-    return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
-}
-
-inline std::uint32_t CFLoadDWord(const std::uint8_t* bytes) {
-    return CFLoadWord(bytes) | static_cast<std::uint32_t>(CFLoadWord(bytes + 2)) << 16;
-}
-
 // Reads the header of a compound file. Returns false when the object's bytes are something else, or a kind of compound
 // file that is not known.
 bool CFReadHeader(UTHandle& file, CFHeader& header);
