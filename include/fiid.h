@@ -30,6 +30,9 @@ typedef uint16_t FIID;
  * handles over files, memory and descriptors; a host may bring a record of its own that starts with an IOOperations. */
 typedef struct IOFile* HIOFILE;
 
+/* Where IOSeek counts from: the start, the current position, or the end. */
+enum { IOOriginStart = 0, IOOriginCurrent = 1, IOOriginEnd = 2 };
+
 /* The operations, in slot order. Each returns a 32-bit status: 0 is success, anything else is failure. */
 typedef struct IOOperations {
     /* Slot 0. Closes the handle and ends its life. The result is ignored. */
@@ -39,9 +42,9 @@ typedef struct IOOperations {
     int32_t (*IORead)(HIOFILE handle, void* destination, uint32_t size, uint32_t* count);
     /* Slot 2. Never called by this library. */
     int32_t (*IOWrite)(HIOFILE handle, const void* source, uint32_t size, uint32_t* count);
-    /* Slot 3. Moves the position. Origin 0: from the start, the offset's 32 bits being unsigned; 1: from the current
-     * position, signed; 2: from the end, signed. A position behind the end is no error. A target that an unsigned
-     * subtraction wrapped to 2 GiB or more should fail unless the object is that large: a few probes make such ones. */
+    /* Slot 3. Moves the position, counted from an origin of the three above. From the start the offset's 32 bits are
+     * unsigned, from the others signed. A position behind the end is no error. A target that an unsigned subtraction
+     * wrapped to 2 GiB or more should fail unless the object is that large: a few probes make such ones. */
     int32_t (*IOSeek)(HIOFILE handle, uint16_t origin, int32_t offset);
     /* Slot 4. Stores the current position, 0xFFFFFFFF for a position of 4 GiB or more. */
     int32_t (*IOTell)(HIOFILE handle, uint32_t* position);

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr std::uint16_t originStart = 0;
-constexpr std::uint16_t originEnd = 2;
 // The operations of a handle reach this far.
 constexpr std::uint64_t reachableBytes = 0x100000000;
 
@@ -26,14 +24,14 @@ std::int32_t UTReadForeign(UTHandle& handle, std::uint64_t offset, void* destina
     count = 0;
     if (offset >= reachableBytes) return 0;
     const auto target = static_cast<std::int32_t>(static_cast<std::uint32_t>(offset));
-    if (file->operations.IOSeek(file, originStart, target) != 0) return -1;
+    if (file->operations.IOSeek(file, IOOriginStart, target) != 0) return -1;
     return file->operations.IORead(file, destination, size, &count);
 }
 
 std::uint64_t UTForeignSize(UTHandle& handle) {
     const HIOFILE file = UTForeignOf(handle);
     std::uint32_t size = 0;
-    if (file->operations.IOSeek(file, originEnd, 0) != 0 || file->operations.IOTell(file, &size) != 0) return 0;
+    if (file->operations.IOSeek(file, IOOriginEnd, 0) != 0 || file->operations.IOTell(file, &size) != 0) return 0;
     return size;
 }
 

@@ -70,14 +70,14 @@ std::int32_t UTSeekFrom(UTHandle& handle, std::uint64_t base, std::int32_t offse
 
 std::int32_t UTSeek(HIOFILE file, std::uint16_t origin, std::int32_t offset) {
     UTHandle& handle = UTFromFile(file);
-    if (origin == 0) {
+    if (origin == IOOriginStart) {
         const auto target = static_cast<std::uint32_t>(offset);
         if (target >= wrappedOffset && target > UTGetSize(handle)) return failure;
         handle.position = target;
         return success;
     }
-    if (origin == 1) return UTSeekFrom(handle, handle.position, offset);
-    if (origin == 2) return UTSeekFrom(handle, UTGetSize(handle), offset);
+    if (origin == IOOriginCurrent) return UTSeekFrom(handle, handle.position, offset);
+    if (origin == IOOriginEnd) return UTSeekFrom(handle, UTGetSize(handle), offset);
     return failure;
 }
 
