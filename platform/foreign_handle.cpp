@@ -1,8 +1,11 @@
 // foreign_handle.cpp - handles over a host's own handle, which may know bytes and no more: with one of these around it,
 // storages and archives can be seen in them.
 #include <cerrno>
+#include <iterator>
 
 #include "platform/byte_objects.h"
+#include "platform/repeated_read.h"
+#include "reader/read_handle.h"
 
 namespace {
 
@@ -25,7 +28,10 @@ std::int32_t UTReadForeign(UTHandle& handle, std::uint64_t offset, void* destina
     if (offset >= reachableBytes) return 0;
     const auto target = static_cast<std::int32_t>(static_cast<std::uint32_t>(offset));
     if (file->operations.IOSeek(file, IOOriginStart, target) != 0) return -1;
-    return file->operations.IORead(file, destination, size, &count);
+    auto* const bytes = static_cast<std::uint8_t*>(destination);
+    return UTRepeatRead(size, count, [=](std::uint32_t at, std::uint32_t wanted, std::uint32_t& came) {
+        return FIReadHandle(file, bytes + at, wanted, came);
+    });
 }
 
 std::uint64_t UTForeignSize(UTHandle& handle) {
@@ -38,6 +44,15 @@ std::uint64_t UTForeignSize(UTHandle& handle) {
 void UTReleaseForeign(UTHandle&) {}
 
 constexpr UTHandleKind foreignKind = {UTReadForeign, UTForeignSize, UTReleaseForeign};
+
+// Cuts a name that its host did not terminate.
+void UTEndName(UTHandleName& name) {
+    if (name.wide) {
+        name.units[std::size(name.units) - 1] = 0;
+    } else {
+        name.narrow[std::size(name.narrow) - 1] = '\0';
+    }
+}
 
 }  // namespace
 
@@ -53,5 +68,6 @@ UTHandle* UTOpenForeign(HIOFILE file) {
     handle->name.units[0] = 0;
     static_cast<void>(file->operations.IOGetInfo(file, IOInfoName, handle->name.narrow));
     handle->name.wide = nameType == IONameWide;
+    UTEndName(handle->name);
     return handle;
 }

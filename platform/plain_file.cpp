@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "platform/byte_objects.h"
+#include "platform/repeated_read.h"
 
 namespace {
 
@@ -32,19 +33,18 @@ UTPlainFile& UTPlainFileOf(UTHandle& handle) {
     return reinterpret_cast<UTPlainFile&>(handle);  // handle is the first member
 }
 
-// Reads until size bytes have come or the file ends, over interrupted and short system reads. An error counts when
-// nothing came in front of it.
-std::int32_t UTReadFully(int descriptor, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
-                         std::uint32_t& count) {
-    count = 0;
-    while (count < size) {
-        const ssize_t came = pread(descriptor, destination + count, size - count, static_cast<off_t>(offset + count));
-        if (came < 0 && errno == EINTR) continue;
-        if (came < 0) return count > 0 ? 0 : -1;
-        if (came == 0) break;
-        count += static_cast<std::uint32_t>(came);
-    }
-    return 0;
+// Reads from a file until size bytes have come or it ends, over interrupted and short system reads.
+std::int32_t UTReadDescriptor(int descriptor, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
+                              std::uint32_t& count) {
+    return UTRepeatRead(size, count, [=](std::uint32_t at, std::uint32_t wanted, std::uint32_t& came) {
+        ssize_t result = -1;
+        do {
+            result = pread(descriptor, destination + at, wanted, static_cast<off_t>(offset + at));
+        } while (result < 0 && errno == EINTR);
+        if (result < 0) return -1;
+        came = static_cast<std::uint32_t>(result);
+        return 0;
+    });
 }
 
 // A file that tells its size is not asked for more, which would cost a second call that finds the end.
@@ -52,7 +52,7 @@ std::int32_t UTReadWindow(UTPlainFile& file) {
     if (file.windowRead) return 0;
     const std::uint64_t wanted = file.sizeKnown ? std::min<std::uint64_t>(file.size, windowBytes) : windowBytes;
     const std::int32_t status =
-        UTReadFully(file.descriptor, 0, file.window, static_cast<std::uint32_t>(wanted), file.windowFilled);
+        UTReadDescriptor(file.descriptor, 0, file.window, static_cast<std::uint32_t>(wanted), file.windowFilled);
     file.windowRead = status == 0;
     return status;
 }
@@ -73,7 +73,7 @@ std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* desti
         if (count == size || file.windowFilled < windowBytes) return 0;
     }
     std::uint32_t further = 0;
-    const std::int32_t status = UTReadFully(file.descriptor, offset + count, bytes + count, size - count, further);
+    const std::int32_t status = UTReadDescriptor(file.descriptor, offset + count, bytes + count, size - count, further);
     if (status != 0) return count > 0 ? 0 : status;
     count += further;
     return 0;

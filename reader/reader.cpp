@@ -2,6 +2,7 @@
 #include "reader/reader.h"
 
 #include "platform/base_utility.h"
+#include "reader/read_handle.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ std::int32_t FISeekHandle(HIOFILE file, std::uint32_t target) {
 std::uint16_t FIReadBuffer(FIReader& reader) {
     reader.cursor = reader.buffer + 1;
     reader.bytesFilled = 0;
-    if (reader.file->operations.IORead(reader.file, reader.buffer, FIReaderBufferSize, &reader.bytesFilled) != 0) {
+    if (FIReadHandle(reader.file, reader.buffer, FIReaderBufferSize, reader.bytesFilled) != 0) {
         reader.bytesFilled = 0;
     }
     if (reader.bytesFilled == 0) {

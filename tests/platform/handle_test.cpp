@@ -8,6 +8,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -482,6 +483,115 @@ TEST(ForeignHandle, PassesFailuresOn) {
     std::uint32_t count = 77;
     EXPECT_NE(handle.File()->operations.IORead(handle.File(), &byte, 1, &count), 0);
     EXPECT_EQ(count, 0U);
+}
+
+// A host's read that claims more than it was asked for.
+std::int32_t (*honestRead)(HIOFILE, void*, std::uint32_t, std::uint32_t*) = nullptr;
+
+std::int32_t OverclaimingRead(HIOFILE file, void* destination, std::uint32_t size, std::uint32_t* count) {
+    const std::int32_t status = honestRead(file, destination, size, count);
+    if (*count > 0) *count += 1000;
+    return status;
+}
+
+TEST(ForeignHandle, BelievesACountUpToTheSize) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    honestRead = host->file.operations.IORead;
+    host->file.operations.IORead = OverclaimingRead;
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(handle.Read(3), "abc");
+    EXPECT_EQ(handle.Tell(), 3U);
+    EXPECT_EQ(handle.Read(5), "defgh");
+    EXPECT_EQ(handle.Read(5), "");
+}
+
+TEST(ForeignHandle, RepeatsShortReadsUntilTheSizeOrTheEnd) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    for (const std::uint32_t bytesPerRead : {1U, 2U, 3U, 7U}) {
+        host->bytesPerRead = bytesPerRead;
+        const Handle handle(IOSpecHandle, FIFileOf(*host));
+        EXPECT_EQ(handle.Read(5), "abcde") << bytesPerRead;
+        EXPECT_EQ(handle.Tell(), 5U);
+        EXPECT_EQ(handle.Read(5), "fgh") << bytesPerRead;
+        EXPECT_EQ(handle.Read(5), "");
+        EXPECT_EQ(Handle(OpenRange(handle.File(), 1, 6)).Read(9), "bcdef") << bytesPerRead;
+    }
+}
+
+TEST(ForeignHandle, DeliversWhatCameInFrontOfAFailure) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    host->bytesPerRead = 2;
+    host->failReadsFrom = 2;
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(handle.Read(8), "abcd");
+    char bytes[8] = "";
+    std::uint32_t count = 77;
+    EXPECT_NE(handle.File()->operations.IORead(handle.File(), bytes, sizeof(bytes), &count), 0);
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(handle.Tell(), 4U);
+}
+
+TEST(ForeignHandle, ReachesToTheLastByteInFrontOf4GiB) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    host->lineFeedAfterEmptyReads = 0;  // a host with a byte wherever it is asked
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    ASSERT_EQ(handle.Seek(IOOriginCurrent, 0x7FFFFFFF), 0);
+    ASSERT_EQ(handle.Seek(IOOriginCurrent, 0x7FFFFFFF), 0);
+    ASSERT_EQ(handle.Seek(IOOriginCurrent, 2), 0);
+    const std::uint32_t seeks = host->seeks;
+    EXPECT_EQ(handle.Read(1), "") << "at exactly 4 GiB";
+    EXPECT_EQ(host->seeks, seeks) << "the host is not asked";
+    ASSERT_EQ(handle.Seek(IOOriginCurrent, -1), 0);
+    host->bytes.resize(0);
+    char byte = 0;
+    std::uint32_t count = 77;
+    EXPECT_NE(handle.File()->operations.IORead(handle.File(), &byte, 1, &count), 0) << "the host refuses its seek";
+    EXPECT_EQ(host->seeks, seeks + 1) << "it is asked for the byte in front";
+}
+
+std::size_t filledNameBytes = 0;
+
+// A host that fills the name's room, in front of its end or to its end, and does not terminate it.
+std::int32_t FillName(HIOFILE, std::uint32_t selector, void* value) {
+    if (selector != IOInfoName) return -1;
+    std::fill_n(static_cast<char*>(value), filledNameBytes, 'n');
+    return 0;
+}
+
+std::int32_t FillWideName(HIOFILE file, std::uint32_t selector, void* value) {
+    if (selector != IOInfoNameType) return FillName(file, selector, value);
+    *static_cast<std::uint32_t*>(value) = IONameWide;
+    return 0;
+}
+
+TEST(ForeignHandle, CutsANameWithoutATerminator) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    filledNameBytes = 256;
+    host->file.operations.IOGetInfo = FillName;
+    EXPECT_EQ(Handle(IOSpecHandle, FIFileOf(*host)).Name(), std::string(255, 'n'));
+    host->file.operations.IOGetInfo = FillWideName;
+    EXPECT_EQ(WideName(Handle(IOSpecHandle, FIFileOf(*host))), std::u16string(127, u'\x6E6E'));
+}
+
+std::int32_t RefuseInfo(HIOFILE, std::uint32_t, void*) { return -1; }
+
+TEST(ForeignHandle, HasNoNameWhenTheHostTellsNone) {
+    const auto host = FIMakeTestHandle("abcdefgh", "a.doc");
+    host->file.operations.IOGetInfo = RefuseInfo;
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(handle.NameType(), std::uint32_t{IONameNarrow});
+    EXPECT_EQ(handle.Name(), "");
+}
+
+TEST(ForeignHandle, FailsWithoutMemory) {
+    const auto host = FIMakeTestHandle("abcdefgh");
+    HIOFILE handle = FIFileOf(*host);
+    FIFailAllocationsFrom(0);
+    errno = 0;
+    EXPECT_EQ(IOOpen(&handle, IOSpecHandle, FIFileOf(*host), 1), -1);
+    FIHeapNeverFails();
+    EXPECT_EQ(errno, ENOMEM);
+    EXPECT_EQ(handle, nullptr);
 }
 
 }  // namespace
