@@ -1,6 +1,5 @@
 // open.cpp - IOOpen: which function opens which specification.
 #include <cerrno>
-#include <string>
 
 #include "platform/base_utility.h"
 #include "platform/byte_objects.h"
@@ -9,8 +8,15 @@
 namespace {
 
 UTHandle* UTOpenWidePath(const std::uint16_t* path) {
-    const std::string narrow = UTNarrowPath(path);
-    UTHandle* const handle = UTOpenPath(narrow.c_str());
+    char* const narrow = UTNarrowPath(path);
+    if (narrow == nullptr) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+    UTHandle* const handle = UTOpenPath(narrow);
+    const int reason = errno;
+    HeapFree(GetProcessHeap(), 0, narrow);
+    errno = reason;
     if (handle != nullptr) UTSetWideName(*handle, path);
     return handle;
 }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
-// A path in UTF-16, ended by a 0 unit, as UTF-8. A surrogate without its partner becomes the three bytes of its own
-// number, so that different paths stay different.
-std::string UTNarrowPath(const std::uint16_t* path);
+// A path in UTF-16, ended by a 0 unit, as NUL-terminated UTF-8 in a block of the process heap, which the caller frees;
+// null when memory is exhausted. A surrogate without its partner becomes the three bytes of its own number, so that
+// different paths stay different.
+char* UTNarrowPath(const std::uint16_t* path) noexcept;
