@@ -124,6 +124,17 @@ UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     return handle;
 }
 
+// Whether a caller's descriptor can be read from; sets errno if not. One that was opened for writing alone, or as a mere
+// place in the file system, would open and then look like a file that fails or is empty.
+bool UTIsReadable(int descriptor) {
+    const int flags = fcntl(descriptor, F_GETFL);
+    if (flags < 0) return false;
+    const int access = flags & O_ACCMODE;
+    if ((flags & O_PATH) == 0 && (access == O_RDONLY || access == O_RDWR)) return true;
+    errno = EBADF;
+    return false;
+}
+
 }  // namespace
 
 UTHandle* UTOpenPath(const char* path) {
@@ -142,6 +153,7 @@ UTHandle* UTOpenPath(const char* path) {
 }
 
 UTHandle* UTOpenDescriptor(const IODescriptorSpec& specification) {
+    if (!UTIsReadable(specification.descriptor)) return nullptr;
     UTHandle* const handle = UTNewPlainFile(specification.descriptor, false);
     if (handle != nullptr) UTSetNarrowName(*handle, specification.name);
     return handle;

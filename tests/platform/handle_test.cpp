@@ -332,6 +332,24 @@ TEST(Open, DescriptorStaysTheCallersAndIsNotMoved) {
     close(descriptor);
 }
 
+TEST(Open, DescriptorThatCannotBeReadIsRefused) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("a", "abcdef");
+    for (const int flags : {O_WRONLY, O_WRONLY | O_APPEND, O_PATH, O_ACCMODE}) {
+        const IODescriptorSpec specification = {open(path.c_str(), flags), nullptr};
+        ASSERT_GE(specification.descriptor, 0) << flags;
+        HIOFILE handle = nullptr;
+        errno = 0;
+        EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, 1), -1) << flags;
+        EXPECT_EQ(errno, EBADF) << flags;
+        EXPECT_EQ(handle, nullptr);
+        close(specification.descriptor);
+    }
+    const IODescriptorSpec both = {open(path.c_str(), O_RDWR | O_APPEND), nullptr};
+    EXPECT_EQ(Handle(IOSpecDescriptor, &both).Read(6), "abcdef");
+    close(both.descriptor);
+}
+
 TEST(Open, DescriptorOfAPipeIsRefused) {
     int ends[2] = {};
     ASSERT_EQ(pipe(ends), 0);
