@@ -177,8 +177,8 @@ FIID FIIdSpecial(HIOFILE handle, int16_t test);
 int16_t FIExtTextID(FIReader* reader, FIID* fiid);
 
 /* Lists the identifiers that have a display name. Start with FIGetFirstId and go on with FIGetNextId; each returns 1
- * with *fiid and the name (NUL-terminated, cut to nameSize bytes) set, or 0 at the end of the list. The cursor is the
- * caller's; do not go on behind the end. */
+ * with *fiid and the name (NUL-terminated, cut to nameSize bytes) set, or 0 at the end of the list. name may be null, with
+ * a nameSize of 0. The cursor is the caller's; do not go on behind the end. */
 int16_t FIGetFirstId(uint16_t* cursor, FIID* fiid, char* name, uint16_t nameSize);
 int16_t FIGetNextId(uint16_t* cursor, FIID* fiid, char* name, uint16_t nameSize);
 

@@ -47,8 +47,8 @@ typedef struct IOMemorySpec {
     const char* name; /* the name that IOInfoName reports, or null for none */
 } IOMemorySpec;
 
-/* An open descriptor of a regular file or a block device. It stays the caller's and must stay open until the handle is
- * closed; its file position is neither used nor moved. */
+/* An open descriptor of a regular file or a block device, readable. It stays the caller's and must stay open until the
+ * handle is closed; its file position is neither used nor moved. */
 typedef struct IODescriptorSpec {
     int descriptor;
     const char* name; /* the name that IOInfoName reports, or null for none */
@@ -69,8 +69,9 @@ int32_t IOSetInfo(HIOFILE handle, uint32_t selector, uint32_t member, const void
 /* Key of the display name of a format identifier: the identifier with this bit set. */
 enum { UTStringKeyFormat = 0x10000 };
 
-/* Writes the string of a key, NUL-terminated and cut to size bytes with the NUL. The last argument is 0. Returns 0, or
- * -1 with the buffer untouched when the key has no string or the buffer has no room (null, or size 0). */
+/* Writes the string of a key, NUL-terminated and cut to size bytes with the NUL. The last argument is 0. Returns 0 when
+ * the key has a string, also when there is no room for any of it (buffer null, or size 0: nothing is written), and -1
+ * with the buffer untouched when it has none. */
 int16_t UTGetString(uint32_t key, char* buffer, uint16_t size, uint32_t reserved);
 
 typedef struct UTOptionSet UTOptionSet;

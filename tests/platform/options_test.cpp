@@ -76,9 +76,34 @@ TEST(Strings, KeysWithoutAStringLeaveTheBuffer) {
     for (const std::uint32_t key : {0U, 1999U, UTStringKeyFormat | 0U, UTStringKeyFormat | 1026U, 0x20000U | 1999U}) {
         EXPECT_NE(UTGetString(key, name, sizeof(name), 0), 0) << key;
     }
-    EXPECT_NE(UTGetString(UTStringKeyFormat | 1999, nullptr, 16, 0), 0);
-    EXPECT_NE(UTGetString(UTStringKeyFormat | 1999, name, 0, 0), 0);
+    EXPECT_NE(UTGetString(UTStringKeyFormat | 1026, nullptr, 0, 0), 0);
     EXPECT_STREQ(name, "as was");
+}
+
+TEST(Strings, KeyWithAStringIsToldWithoutRoomForIt) {
+    char name[16] = "as was";
+    EXPECT_EQ(UTGetString(UTStringKeyFormat | 1999, nullptr, 16, 0), 0);
+    EXPECT_EQ(UTGetString(UTStringKeyFormat | 1999, nullptr, 0, 0), 0);
+    EXPECT_EQ(UTGetString(UTStringKeyFormat | 1999, name, 0, 0), 0);
+    EXPECT_STREQ(name, "as was");
+}
+
+TEST(Strings, CatalogueListsTheSameIdentifiersWithoutABuffer) {
+    char name[200] = "";
+    std::uint16_t cursor = 0;
+    std::uint16_t bare = 0;
+    FIID fiid = 0;
+    FIID bareFiid = 0;
+    std::int16_t found = FIGetFirstId(&cursor, &fiid, name, sizeof(name));
+    EXPECT_EQ(FIGetFirstId(&bare, &bareFiid, nullptr, 0), found);
+    std::uint32_t listed = 0;
+    for (; found == 1; ++listed) {
+        ASSERT_EQ(bareFiid, fiid);
+        found = FIGetNextId(&cursor, &fiid, name, sizeof(name));
+        ASSERT_EQ(FIGetNextId(&bare, &bareFiid, nullptr, 0), found);
+    }
+    EXPECT_GT(listed, 400U);
+    EXPECT_EQ(bare, 9999U);
 }
 
 TEST(Compare, HasNoRegardToTheCaseOfAsciiLetters) {
