@@ -2,12 +2,12 @@
 #include "platform/handle.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <iterator>
+#include <type_traits>
 
 #include "platform/base_utility.h"
-#include "platform/storage/compound_storage.h"
-#include "platform/sub_objects.h"
 
 namespace {
 
@@ -23,7 +23,9 @@ constexpr std::uint32_t largestPositionTold = 0xFFFFFFFF;
 // An offset from the start of at least this much is a negative target that wrapped, unless the object is that large.
 constexpr std::uint32_t wrappedOffset = 0x80000000;
 
-UTHandle& UTFromFile(HIOFILE file) { return *reinterpret_cast<UTHandle*>(file); }  // file is the record's first member
+static_assert(std::is_standard_layout_v<UTHandle> && offsetof(UTHandle, file) == 0);
+
+UTHandle& UTFromFile(HIOFILE file) { return *reinterpret_cast<UTHandle*>(file); }
 
 std::int32_t UTClose(HIOFILE file) {
     UTCloseHandle(UTFromFile(file));
@@ -86,30 +88,12 @@ std::int32_t UTTell(HIOFILE file, std::uint32_t* position) {
     return success;
 }
 
-std::int32_t UTGetInfo(HIOFILE file, std::uint32_t selector, void* value) {
-    UTHandle& handle = UTFromFile(file);
-    switch (selector) {
-        case IOInfoName:
-            if (handle.name.wide) {
-                std::copy_n(handle.name.units, std::size(handle.name.units), static_cast<std::uint16_t*>(value));
-            } else {
-                std::strcpy(static_cast<char*>(value), handle.name.narrow);  // at most 255 bytes and the terminator
-            }
-            return success;
-        case IOInfoNameType:
-            *static_cast<std::uint32_t*>(value) = handle.name.wide ? IONameWide : IONameNarrow;
-            return success;
-        case IOInfoIsStorage:
-            return UTFindStorage(handle) != nullptr ? success : failure;
-        case IOInfoClassId:
-            return UTFindStorage(handle) != nullptr ? CFGetClassId(*handle.storage, static_cast<std::uint8_t*>(value))
-                                                    : failure;
-        default:
-            return failure;
-    }
+std::int32_t UTOpenNothing(HIOFILE* out, std::uint32_t, const void*, std::uint32_t) {
+    *out = nullptr;
+    return failure;
 }
 
-constexpr IOOperations handleOperations = {UTClose, UTRead, UTWrite, UTSeek, UTTell, UTGetInfo, UTOpenSubObject};
+constexpr IOOperations groundOperations = {UTClose, UTRead, UTWrite, UTSeek, UTTell, UTGetNameInfo, UTOpenNothing};
 
 void UTUnlink(UTHandle& handle) {
     if (handle.parent == nullptr) return;
@@ -126,7 +110,7 @@ void UTUnlink(UTHandle& handle) {
 UTHandle* UTNewHandle(const UTHandleKind& kind, std::size_t recordSize, UTHandle* parent) {
     auto* const handle = static_cast<UTHandle*>(HeapAlloc(GetProcessHeap(), 0, recordSize));
     if (handle == nullptr) return nullptr;
-    handle->file.operations = handleOperations;
+    handle->file.operations = parent != nullptr ? parent->file.operations : groundOperations;
     handle->kind = &kind;
     handle->position = 0;
     handle->emptyReads = 0;
@@ -144,8 +128,8 @@ UTHandle* UTNewHandle(const UTHandleKind& kind, std::size_t recordSize, UTHandle
 
 void UTCloseHandle(UTHandle& handle) {
     while (handle.firstChild != nullptr) UTCloseHandle(*handle.firstChild);
-    if (handle.storage != nullptr) CFCloseStorage(*handle.storage);
-    handle.kind->release(handle);
+    if (handle.storage != nullptr) handle.storage->end(*handle.storage);
+    if (handle.kind->release != nullptr) handle.kind->release(handle);
     UTUnlink(handle);
     HeapFree(GetProcessHeap(), 0, &handle);
 }
@@ -154,12 +138,22 @@ UTHandle* UTFindHandle(HIOFILE file) {
     return file != nullptr && file->operations.IORead == UTRead ? &UTFromFile(file) : nullptr;
 }
 
-CFStorage* UTFindStorage(UTHandle& handle) {
-    if (!handle.storageLooked) {
-        handle.storageLooked = true;
-        handle.storage = CFOpenStorage(handle);
+std::int32_t UTGetNameInfo(HIOFILE file, std::uint32_t selector, void* value) {
+    const UTHandleName& name = UTFromFile(file).name;
+    switch (selector) {
+        case IOInfoName:
+            if (name.wide) {
+                std::copy_n(name.units, std::size(name.units), static_cast<std::uint16_t*>(value));
+            } else {
+                std::strcpy(static_cast<char*>(value), name.narrow);  // at most 255 bytes and the terminator
+            }
+            return success;
+        case IOInfoNameType:
+            *static_cast<std::uint32_t*>(value) = name.wide ? IONameWide : IONameNarrow;
+            return success;
+        default:
+            return failure;
     }
-    return handle.storage;
 }
 
 void UTSetNarrowName(UTHandle& handle, const char* path) {

@@ -2,26 +2,34 @@
 //
 // What differs between a file, a block of memory, a stream of a storage or a member of an archive is told by a
 // UTHandleKind; positions, names, the guard against endless reading and the sub-objects are the same for all.
+//
+// This is the ground that the kinds and the storages stand on, and it knows none of them. A handle made here reads,
+// seeks, tells and has a name; operations.h gives it what builds on the kinds.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "fiid.h"
 
-struct CFStorage;
 struct UTHandle;
 
 // What an object can do. One constant per kind.
 struct UTHandleKind {
-    // Reads up to size bytes at an offset; offset may lie behind the end. count receives what came, 0 at the end.
-    // Returns 0, or another status when nothing could be read.
+    // Reads size bytes at an offset, which may lie behind the end. count receives what came: fewer where the object
+    // ends, or in front of bytes that can't be read. Returns 0, or another status when nothing could be read.
     std::int32_t (*readAt)(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                            std::uint32_t& count);
     // The object's size in bytes.
     std::uint64_t (*size)(UTHandle& handle);
-    // Gives back what the kind's own record holds. The record itself is freed by its caller.
+    // Gives back what the kind's own record holds, null when that is nothing. The record itself is freed by its caller.
     void (*release)(UTHandle& handle);
+};
+
+// Something found in an object's bytes that is kept with the handle and ends with it. Its maker's record is one.
+struct UTAttachment {
+    void (*end)(UTAttachment& attachment);
 };
 
 // The capacity of a name, in bytes with its terminator.
@@ -44,7 +52,7 @@ struct UTHandle {
     std::uint64_t position;
     std::uint32_t emptyReads;  // reads in a row that found nothing at the end
     bool storageLooked;        // whether storage tells the truth
-    CFStorage* storage;        // the compound storage in the object's bytes, once looked for; null when there is none
+    UTAttachment* storage;     // the compound storage that the object is, once looked for; null when it is none
     UTHandle* parent;          // the handle that this one was opened in, or null
     UTHandle* firstChild;      // sub-objects that are still open
     UTHandle* previousSibling;
@@ -53,8 +61,23 @@ struct UTHandle {
 };
 
 // A new record of recordSize bytes, which starts with a UTHandle, or null when memory is exhausted. The rest of the
-// record is not cleared. The new handle stands at 0, has an empty name, and is a child of parent (may be null).
+// record is not cleared. The new handle stands at 0, has an empty name, and is a child of parent (may be null), whose
+// operations it has.
 UTHandle* UTNewHandle(const UTHandleKind& kind, std::size_t recordSize, UTHandle* parent);
+
+// A kind's own record behind a handle of the kind. The record's first member is the handle, named so.
+template <typename Record>
+Record& UTRecordOf(UTHandle& handle) {
+    static_assert(std::is_standard_layout_v<Record> && offsetof(Record, handle) == 0);
+    return reinterpret_cast<Record&>(handle);
+}
+
+// A new handle with a kind's own record: UTNewHandle for its size.
+template <typename Record>
+Record* UTNewHandleRecord(const UTHandleKind& kind, UTHandle* parent) {
+    UTHandle* const handle = UTNewHandle(kind, sizeof(Record), parent);
+    return handle != nullptr ? &UTRecordOf<Record>(*handle) : nullptr;
+}
 
 // Ends a handle, after the sub-objects that nobody closed. So a caller that forgets a sub-object loses nothing once it
 // closes the file.
@@ -71,10 +94,16 @@ inline std::int32_t UTReadAt(UTHandle& handle, std::uint64_t offset, void* desti
     return handle.kind->readAt(handle, offset, destination, size, count);
 }
 
+// The same for size bytes that are all wanted. Returns false when they are not all there.
+inline bool UTReadFully(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size) {
+    std::uint32_t count = 0;
+    return UTReadAt(handle, offset, destination, size, count) == 0 && count == size;
+}
+
 inline std::uint64_t UTGetSize(UTHandle& handle) { return handle.kind->size(handle); }
 
-// The compound storage in the object's bytes, or null. Looked for once.
-CFStorage* UTFindStorage(UTHandle& handle);
+// IOGetInfo for the name and its type, which all handles have; any other selector fails.
+std::int32_t UTGetNameInfo(HIOFILE file, std::uint32_t selector, void* value);
 
 // Sets the name from a path or a plain name: what stands behind the last slash, its last 255 bytes. Null is no name.
 void UTSetNarrowName(UTHandle& handle, const char* path);

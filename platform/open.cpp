@@ -3,6 +3,7 @@
 
 #include "platform/base_utility.h"
 #include "platform/byte_objects.h"
+#include "platform/operations.h"
 #include "platform/wide_path.h"
 
 namespace {
@@ -51,6 +52,7 @@ extern "C" std::int32_t IOOpen(HIOFILE* handle, std::uint32_t specificationType,
     }
     UTHandle* const opened = UTOpenSpecification(specificationType, specification);
     if (opened == nullptr) return -1;
+    UTGiveOperations(*opened);
     *handle = UTHandleFile(*opened);
     return 0;
 }

@@ -4,6 +4,7 @@
 
 #include "platform/base_utility.h"
 #include "platform/byte_objects.h"
+#include "platform/operations.h"
 #include "platform/package_library.h"
 #include "platform/xml/relationships.h"
 #include "platform/zip/archive.h"
@@ -32,6 +33,7 @@ bool PKGFindArchive(HIOFILE handle, PKGPackage& package) {
     UTHandle* file = UTFindHandle(handle);
     if (file == nullptr) {
         package.wrapper = UTOpenForeign(handle);
+        if (package.wrapper != nullptr) UTGiveOperations(*package.wrapper);
         file = package.wrapper;
     }
     if (file == nullptr) return false;

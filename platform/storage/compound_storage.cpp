@@ -20,7 +20,7 @@ struct CFVolume {
 
 }  // namespace
 
-struct CFStorage {
+struct CFStorage : UTAttachment {
     CFVolume* volume;
     bool ownsVolume;  // the storage of the whole file does; it outlives those inside it
     std::uint8_t classId[classIdBytes];
@@ -39,10 +39,18 @@ auto CFWithoutThrowing(decltype(std::declval<Function>()()) notThere, Function f
     }
 }
 
+// Ends a storage. The handles opened in it were closed before.
+void CFEndStorage(UTAttachment& attachment) {
+    CFStorage& storage = static_cast<CFStorage&>(attachment);
+    if (storage.ownsVolume) UTDeleteRecord(*storage.volume);
+    UTDeleteRecord(storage);
+}
+
 // A storage over a volume; the storage owns it if ownsVolume is true. Returns null when the heap is exhausted.
 CFStorage* CFNewStorage(CFVolume& volume, bool ownsVolume, const CFEntry& entry) {
     auto* const storage = UTNewRecord<CFStorage>();
     if (storage == nullptr) return nullptr;
+    storage->end = CFEndStorage;
     storage->volume = &volume;
     storage->ownsVolume = false;
     std::copy(std::begin(entry.classId), std::end(entry.classId), storage->classId);
@@ -65,6 +73,22 @@ bool CFReadRoot(CFVolume& volume, CFEntry& root) {
     }
     volume.sectors.miniStream.first = root.firstSector;
     return true;
+}
+
+// The storage in the bytes of an object, or null when they are something else.
+CFStorage* CFOpenStorage(UTHandle& bytes) {
+    CFHeader header;
+    if (!CFReadHeader(bytes, header)) return nullptr;
+    auto* const volume = UTNewRecord<CFVolume>();
+    if (volume == nullptr) return nullptr;
+    CFStartSectors(volume->sectors, bytes, header);
+    volume->directory.first = header.firstDirectorySector;
+    CFEntry root;
+    CFStorage* storage = nullptr;
+    if (CFWithoutThrowing(false, [&] { return CFReadRoot(*volume, root); }))
+        storage = CFNewStorage(*volume, true, root);
+    if (storage == nullptr) UTDeleteRecord(*volume);
+    return storage;
 }
 
 // ---- Streams -------------------------------------------------------------------------------------------------------
@@ -131,7 +155,7 @@ UTHandle* CFOpenStorageEntry(UTHandle& parent, CFVolume& volume, const CFEntry& 
     if (storage == nullptr) return nullptr;
     UTHandle* const handle = UTNewHandle(subStorageKind, sizeof(UTHandle), &parent);
     if (handle == nullptr) {
-        CFCloseStorage(*storage);
+        CFEndStorage(*storage);
         return nullptr;
     }
     handle->storageLooked = true;
@@ -147,7 +171,7 @@ UTHandle* CFOpenEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) 
 }
 
 UTHandle* CFOpenNamed(UTHandle& parent, CFEntryType type, const char* name) {
-    CFStorage* const storage = UTFindStorage(parent);
+    CFStorage* const storage = CFFindStorage(parent);
     if (storage == nullptr) return nullptr;
     CFVolume& volume = *storage->volume;
     CFEntry entry;
@@ -164,24 +188,12 @@ bool CFFindPlace(CFStorage& storage, std::size_t place, CFEntry& entry) {
 
 }  // namespace
 
-CFStorage* CFOpenStorage(UTHandle& bytes) {
-    CFHeader header;
-    if (!CFReadHeader(bytes, header)) return nullptr;
-    auto* const volume = UTNewRecord<CFVolume>();
-    if (volume == nullptr) return nullptr;
-    CFStartSectors(volume->sectors, bytes, header);
-    volume->directory.first = header.firstDirectorySector;
-    CFEntry root;
-    CFStorage* storage = nullptr;
-    if (CFWithoutThrowing(false, [&] { return CFReadRoot(*volume, root); }))
-        storage = CFNewStorage(*volume, true, root);
-    if (storage == nullptr) UTDeleteRecord(*volume);
-    return storage;
-}
-
-void CFCloseStorage(CFStorage& storage) {
-    if (storage.ownsVolume) UTDeleteRecord(*storage.volume);
-    UTDeleteRecord(storage);
+CFStorage* CFFindStorage(UTHandle& handle) {
+    if (!handle.storageLooked) {
+        handle.storageLooked = true;
+        handle.storage = CFOpenStorage(handle);
+    }
+    return static_cast<CFStorage*>(handle.storage);
 }
 
 std::int32_t CFGetClassId(const CFStorage& storage, std::uint8_t* classId) {
@@ -196,7 +208,7 @@ UTHandle* UTOpenSubStorage(UTHandle& parent, const char* name) {
 }
 
 bool CFGetChild(UTHandle& parent, std::size_t place, CFChild& child) {
-    CFStorage* const storage = UTFindStorage(parent);
+    CFStorage* const storage = CFFindStorage(parent);
     CFEntry entry;
     if (storage == nullptr || !CFFindPlace(*storage, place, entry)) return false;
     std::copy_n(entry.name, entry.nameLength, child.name);
@@ -207,7 +219,7 @@ bool CFGetChild(UTHandle& parent, std::size_t place, CFChild& child) {
 }
 
 UTHandle* UTOpenChild(UTHandle& parent, std::size_t place) {
-    CFStorage* const storage = UTFindStorage(parent);
+    CFStorage* const storage = CFFindStorage(parent);
     CFEntry entry;
     if (storage == nullptr || !CFFindPlace(*storage, place, entry)) return nullptr;
     return CFOpenEntry(parent, *storage->volume, entry);

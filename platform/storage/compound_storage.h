@@ -9,15 +9,12 @@
 
 #include "platform/handle.h"
 
-// A storage: the whole file's, or one inside it.
+// A storage: the whole file's, or one inside it. It belongs to a handle and ends with it.
 struct CFStorage;
 
-// The compound storage in the bytes of an object, or null when they are something else. It reads the object, which must
-// outlive it, through UTReadAt. End it with CFCloseStorage.
-CFStorage* CFOpenStorage(UTHandle& bytes);
-
-// Ends a storage. The handles opened in it must be closed before.
-void CFCloseStorage(CFStorage& storage);
+// The compound storage that an object is, or null. A sub-storage is the one that it was opened as; in any other object
+// it is looked for in the bytes, once, and read through UTReadAt.
+CFStorage* CFFindStorage(UTHandle& handle);
 
 // Writes the class identifier, 16 bytes as they lie in the file. Returns 0.
 std::int32_t CFGetClassId(const CFStorage& storage, std::uint8_t* classId);

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "platform/handle.h"
+#include "platform/operations.h"
 #include "platform/storage/compound_storage.h"
 #include "support/naive_storage.h"
 #include "support/open_handle.h"
@@ -268,11 +269,13 @@ std::int32_t ReadVirtual(UTHandle&, std::uint64_t offset, void* destination, std
 }
 
 std::uint64_t VirtualSize(UTHandle&) { return VirtualFile::size; }
-void ReleaseVirtual(UTHandle&) {}
-constexpr UTHandleKind virtualKind = {ReadVirtual, VirtualSize, ReleaseVirtual};
+constexpr UTHandleKind virtualKind = {ReadVirtual, VirtualSize, nullptr};
 
 TEST(StorageStream, MayBeLargerThan4GiB) {
-    const OpenHandle storage(UTHandleFile(*UTNewHandle(virtualKind, sizeof(VirtualFile), nullptr)));
+    UTHandle* const handle = UTNewHandle(virtualKind, sizeof(UTHandle), nullptr);
+    ASSERT_NE(handle, nullptr);
+    UTGiveOperations(*handle);
+    const OpenHandle storage(UTHandleFile(*handle));
     ASSERT_TRUE(storage.IsStorage());
     const OpenHandle stream = storage.Stream("large");
     ASSERT_TRUE(stream);
