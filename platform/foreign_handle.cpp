@@ -13,17 +13,13 @@ namespace {
 constexpr std::uint64_t reachableBytes = 0x100000000;
 
 struct UTForeign {
-    UTHandle handle;  // first
+    UTHandle handle;
     HIOFILE file;
 };
 
-HIOFILE UTForeignOf(UTHandle& handle) {
-    return reinterpret_cast<UTForeign&>(handle).file;
-}  // handle is the first member
-
 std::int32_t UTReadForeign(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                            std::uint32_t& count) {
-    const HIOFILE file = UTForeignOf(handle);
+    const HIOFILE file = UTRecordOf<UTForeign>(handle).file;
     count = 0;
     if (offset >= reachableBytes) return 0;
     const auto target = static_cast<std::int32_t>(static_cast<std::uint32_t>(offset));
@@ -35,15 +31,13 @@ std::int32_t UTReadForeign(UTHandle& handle, std::uint64_t offset, void* destina
 }
 
 std::uint64_t UTForeignSize(UTHandle& handle) {
-    const HIOFILE file = UTForeignOf(handle);
+    const HIOFILE file = UTRecordOf<UTForeign>(handle).file;
     std::uint32_t size = 0;
     if (file->operations.IOSeek(file, IOOriginEnd, 0) != 0 || file->operations.IOTell(file, &size) != 0) return 0;
     return size;
 }
 
-void UTReleaseForeign(UTHandle&) {}
-
-constexpr UTHandleKind foreignKind = {UTReadForeign, UTForeignSize, UTReleaseForeign};
+constexpr UTHandleKind foreignKind = {UTReadForeign, UTForeignSize, nullptr};
 
 // Cuts a name that its host did not terminate.
 void UTEndName(UTHandleName& name) {
@@ -57,17 +51,18 @@ void UTEndName(UTHandleName& name) {
 }  // namespace
 
 UTHandle* UTOpenForeign(HIOFILE file) {
-    UTHandle* const handle = UTNewHandle(foreignKind, sizeof(UTForeign), nullptr);
-    if (handle == nullptr) {
+    auto* const foreign = UTNewHandleRecord<UTForeign>(foreignKind, nullptr);
+    if (foreign == nullptr) {
         errno = ENOMEM;
         return nullptr;
     }
-    reinterpret_cast<UTForeign&>(*handle).file = file;
+    foreign->file = file;
+    UTHandleName& name = foreign->handle.name;
     std::uint32_t nameType = IONameNarrow;
     static_cast<void>(file->operations.IOGetInfo(file, IOInfoNameType, &nameType));
-    handle->name.units[0] = 0;
-    static_cast<void>(file->operations.IOGetInfo(file, IOInfoName, handle->name.narrow));
-    handle->name.wide = nameType == IONameWide;
-    UTEndName(handle->name);
-    return handle;
+    name.units[0] = 0;
+    static_cast<void>(file->operations.IOGetInfo(file, IOInfoName, name.narrow));
+    name.wide = nameType == IONameWide;
+    UTEndName(name);
+    return &foreign->handle;
 }

@@ -9,18 +9,14 @@
 namespace {
 
 struct UTMemoryBlock {
-    UTHandle handle;  // first
+    UTHandle handle;
     const std::uint8_t* data;
     std::uint64_t size;
 };
 
-UTMemoryBlock& UTMemoryBlockOf(UTHandle& handle) {
-    return reinterpret_cast<UTMemoryBlock&>(handle);  // handle is the first member
-}
-
 std::int32_t UTReadMemory(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                           std::uint32_t& count) {
-    const UTMemoryBlock& block = UTMemoryBlockOf(handle);
+    const UTMemoryBlock& block = UTRecordOf<UTMemoryBlock>(handle);
     count = 0;
     if (offset >= block.size || size == 0) return 0;
     count = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, block.size - offset));
@@ -28,22 +24,20 @@ std::int32_t UTReadMemory(UTHandle& handle, std::uint64_t offset, void* destinat
     return 0;
 }
 
-std::uint64_t UTMemorySize(UTHandle& handle) { return UTMemoryBlockOf(handle).size; }
+std::uint64_t UTMemorySize(UTHandle& handle) { return UTRecordOf<UTMemoryBlock>(handle).size; }
 
-void UTReleaseMemory(UTHandle&) {}
-
-constexpr UTHandleKind memoryKind = {UTReadMemory, UTMemorySize, UTReleaseMemory};
+constexpr UTHandleKind memoryKind = {UTReadMemory, UTMemorySize, nullptr};
 
 }  // namespace
 
 UTHandle* UTOpenMemory(const IOMemorySpec& specification) {
-    UTHandle* const handle = UTNewHandle(memoryKind, sizeof(UTMemoryBlock), nullptr);
-    if (handle == nullptr) {
+    auto* const block = UTNewHandleRecord<UTMemoryBlock>(memoryKind, nullptr);
+    if (block == nullptr) {
         errno = ENOMEM;
         return nullptr;
     }
-    UTMemoryBlockOf(*handle).data = static_cast<const std::uint8_t*>(specification.data);
-    UTMemoryBlockOf(*handle).size = specification.size;
-    UTSetNarrowName(*handle, specification.name);
-    return handle;
+    block->data = static_cast<const std::uint8_t*>(specification.data);
+    block->size = specification.size;
+    UTSetNarrowName(block->handle, specification.name);
+    return &block->handle;
 }

@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint32_t windowBytes = 8192;
 
 struct UTPlainFile {
-    UTHandle handle;  // first
+    UTHandle handle;
     int descriptor;
     bool ownsDescriptor;
     bool windowRead;
@@ -28,10 +28,6 @@ struct UTPlainFile {
     std::uint32_t windowFilled;
     std::uint8_t window[windowBytes];
 };
-
-UTPlainFile& UTPlainFileOf(UTHandle& handle) {
-    return reinterpret_cast<UTPlainFile&>(handle);  // handle is the first member
-}
 
 // Reads from a file until size bytes have come or it ends, over interrupted and short system reads.
 std::int32_t UTReadDescriptor(int descriptor, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
@@ -59,7 +55,7 @@ std::int32_t UTReadWindow(UTPlainFile& file) {
 
 std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                              std::uint32_t& count) {
-    UTPlainFile& file = UTPlainFileOf(handle);
+    UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
     auto* const bytes = static_cast<std::uint8_t*>(destination);
     count = 0;
     if (file.sizeKnown && offset >= file.size) return 0;
@@ -79,10 +75,10 @@ std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* desti
     return 0;
 }
 
-std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTPlainFileOf(handle).size; }
+std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTRecordOf<UTPlainFile>(handle).size; }
 
 void UTReleasePlainFile(UTHandle& handle) {
-    const UTPlainFile& file = UTPlainFileOf(handle);
+    const UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
     if (file.ownsDescriptor) close(file.descriptor);
 }
 
@@ -109,19 +105,18 @@ std::int32_t UTMeasureDescriptor(int descriptor, std::uint64_t& size) {
 UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     std::uint64_t size = 0;
     if (UTMeasureDescriptor(descriptor, size) != 0) return nullptr;
-    UTHandle* const handle = UTNewHandle(plainFileKind, sizeof(UTPlainFile), nullptr);
-    if (handle == nullptr) {
+    auto* const file = UTNewHandleRecord<UTPlainFile>(plainFileKind, nullptr);
+    if (file == nullptr) {
         errno = ENOMEM;
         return nullptr;
     }
-    UTPlainFile& file = UTPlainFileOf(*handle);
-    file.descriptor = descriptor;
-    file.ownsDescriptor = ownsDescriptor;
-    file.windowRead = false;
-    file.sizeKnown = size > 0;
-    file.size = size;
-    file.windowFilled = 0;
-    return handle;
+    file->descriptor = descriptor;
+    file->ownsDescriptor = ownsDescriptor;
+    file->windowRead = false;
+    file->sizeKnown = size > 0;
+    file->size = size;
+    file->windowFilled = 0;
+    return &file->handle;
 }
 
 // Whether a caller's descriptor can be read from; sets errno if not. One that was opened for writing alone, or as a mere

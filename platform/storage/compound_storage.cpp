@@ -94,17 +94,15 @@ CFStorage* CFOpenStorage(UTHandle& bytes) {
 // ---- Streams -------------------------------------------------------------------------------------------------------
 
 struct CFStream {
-    UTHandle handle;  // first
+    UTHandle handle;
     CFSectors* sectors;
     std::uint64_t size;
     CFChain* chain;
 };
 
-CFStream& CFStreamOf(UTHandle& handle) { return reinterpret_cast<CFStream&>(handle); }  // handle is the first member
-
 std::int32_t CFReadStream(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                           std::uint32_t& count) {
-    const CFStream& stream = CFStreamOf(handle);
+    const CFStream& stream = UTRecordOf<CFStream>(handle);
     count = 0;
     if (offset >= stream.size) return 0;
     const auto wanted = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, stream.size - offset));
@@ -114,27 +112,26 @@ std::int32_t CFReadStream(UTHandle& handle, std::uint64_t offset, void* destinat
     });
 }
 
-std::uint64_t CFStreamSize(UTHandle& handle) { return CFStreamOf(handle).size; }
+std::uint64_t CFStreamSize(UTHandle& handle) { return UTRecordOf<CFStream>(handle).size; }
 
-void CFReleaseStream(UTHandle& handle) { UTDeleteRecord(*CFStreamOf(handle).chain); }
+void CFReleaseStream(UTHandle& handle) { UTDeleteRecord(*UTRecordOf<CFStream>(handle).chain); }
 
 constexpr UTHandleKind streamKind = {CFReadStream, CFStreamSize, CFReleaseStream};
 
 UTHandle* CFOpenStreamEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) {
     auto* const chain = UTNewRecord<CFChain>();
     if (chain == nullptr) return nullptr;
-    UTHandle* const handle = UTNewHandle(streamKind, sizeof(CFStream), &parent);
-    if (handle == nullptr) {
+    auto* const stream = UTNewHandleRecord<CFStream>(streamKind, &parent);
+    if (stream == nullptr) {
         UTDeleteRecord(*chain);
         return nullptr;
     }
     chain->table = entry.size < volume.sectors.header.miniStreamCutoff ? CFTable::MiniFat : CFTable::Fat;
     chain->first = entry.firstSector;
-    CFStream& stream = CFStreamOf(*handle);
-    stream.sectors = &volume.sectors;
-    stream.size = entry.size;
-    stream.chain = chain;
-    return handle;
+    stream->sectors = &volume.sectors;
+    stream->size = entry.size;
+    stream->chain = chain;
+    return &stream->handle;
 }
 
 // ---- Sub-storages --------------------------------------------------------------------------------------------------
@@ -146,9 +143,7 @@ std::int32_t CFReadNothing(UTHandle&, std::uint64_t, void*, std::uint32_t, std::
 
 std::uint64_t CFNoSize(UTHandle&) { return 0; }
 
-void CFReleaseNothing(UTHandle&) {}  // the storage itself goes with its handle
-
-constexpr UTHandleKind subStorageKind = {CFReadNothing, CFNoSize, CFReleaseNothing};
+constexpr UTHandleKind subStorageKind = {CFReadNothing, CFNoSize, nullptr};
 
 UTHandle* CFOpenStorageEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) {
     CFStorage* const storage = CFNewStorage(volume, false, entry);

@@ -30,20 +30,6 @@ constexpr std::uint16_t miniSectorShift = 6;
 constexpr std::uint32_t numberBytes = sizeof(std::uint32_t);
 constexpr std::uint32_t numberShift = 2;  // a sector holds its size shifted right by this many numbers
 
-// Reads until size bytes have come or the file ends: a host's handle may deliver less than it was asked for.
-std::int32_t CFReadFile(UTHandle& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
-                        std::uint32_t& count) {
-    count = 0;
-    while (count < size) {
-        std::uint32_t came = 0;
-        const std::int32_t status = UTReadAt(file, offset + count, destination + count, size - count, came);
-        if (status != 0) return count > 0 ? 0 : status;
-        if (came == 0) break;
-        count += came;
-    }
-    return 0;
-}
-
 std::uint32_t CFUnitShift(const CFSectors& sectors, CFTable table) {
     return table == CFTable::MiniFat ? miniSectorShift : sectors.header.sectorShift;
 }
@@ -150,15 +136,14 @@ std::int32_t CFReadStretch(CFSectors& sectors, CFTable table, std::uint32_t sect
         const std::uint64_t place = (std::uint64_t{sector} << miniSectorShift) + within;
         return CFReadChain(sectors, sectors.miniStream, place, destination, size, count);
     }
-    return CFReadFile(*sectors.file, CFSectorOffset(sectors, sector) + within, destination, size, count);
+    return UTReadAt(*sectors.file, CFSectorOffset(sectors, sector) + within, destination, size, count);
 }
 
 }  // namespace
 
 bool CFReadHeader(UTHandle& file, CFHeader& header) {
     std::uint8_t bytes[headerBytes];
-    std::uint32_t count = 0;
-    if (CFReadFile(file, 0, bytes, headerBytes, count) != 0 || count < headerBytes) return false;
+    if (!UTReadFully(file, 0, bytes, headerBytes)) return false;
     if (!std::equal(std::begin(signature), std::end(signature), bytes)) return false;
     header.majorVersion = FILoadWordLE(bytes + 26);
     header.sectorShift = FILoadWordLE(bytes + 30);
@@ -193,7 +178,7 @@ const std::uint8_t* CFViewFile(CFSectors& sectors, std::uint64_t offset, std::ui
             std::min_element(std::begin(sectors.blocks), std::end(sectors.blocks),
                              [](const CFBlock& left, const CFBlock& right) { return left.lastUse < right.lastUse; });
         block->number = CFBlock::none;
-        if (CFReadFile(*sectors.file, number * CFBlock::size, block->bytes, CFBlock::size, block->filled) != 0) {
+        if (UTReadAt(*sectors.file, number * CFBlock::size, block->bytes, CFBlock::size, block->filled) != 0) {
             return nullptr;
         }
         block->number = number;

@@ -1,6 +1,7 @@
 // The sectors of compound files: streams of every size and layout, chains that break, and what a look-up costs.
 #include "platform/storage/storage_sectors.h"
 
+#include <algorithm>
 #include <functional>
 
 #include "platform/handle.h"
@@ -209,8 +210,6 @@ struct VirtualFile {
     static constexpr std::uint32_t directory = firstDifat + difatSectors;
     static constexpr std::uint64_t size = (std::uint64_t{directory} + 2) << shift;
     static constexpr std::uint64_t streamSize = (std::uint64_t{streamSectors} << shift) - 96;
-
-    UTHandle handle;  // first
 };
 
 void PutNumberAt(std::string& bytes, std::size_t place, std::uint32_t number) {
@@ -259,12 +258,14 @@ std::string VirtualSector(std::uint64_t number) {
 }
 
 std::int32_t ReadVirtual(UTHandle&, std::uint64_t offset, void* destination, std::uint32_t size, std::uint32_t& count) {
-    const std::uint64_t within = offset & ((1U << VirtualFile::shift) - 1);
-    count = 0;
-    if (offset >= VirtualFile::size) return 0;
-    const std::string bytes = VirtualSector(offset >> VirtualFile::shift).substr(within, size);
-    count = static_cast<std::uint32_t>(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), static_cast<char*>(destination));
+    const std::uint64_t end = std::min<std::uint64_t>(offset + size, VirtualFile::size);
+    for (count = 0; offset + count < end;) {
+        const std::uint64_t at = offset + count;
+        const std::uint64_t within = at & ((1U << VirtualFile::shift) - 1);
+        const std::string bytes = VirtualSector(at >> VirtualFile::shift).substr(within, end - at);
+        std::copy(bytes.begin(), bytes.end(), static_cast<char*>(destination) + count);
+        count += static_cast<std::uint32_t>(bytes.size());
+    }
     return 0;
 }
 
@@ -292,9 +293,21 @@ TEST(StorageStream, MayBeLargerThan4GiB) {
     std::string crossing(4100, '\0');
     PutNumberAt(crossing, 0, 0xFFFFF);
     PutNumberAt(crossing, 4096, 0x100000);
-    std::string came = stream.Read(4100);
-    came += stream.Read(4100 - static_cast<std::uint32_t>(came.size()));
-    EXPECT_EQ(came, crossing);
+    EXPECT_EQ(stream.Read(4100), crossing);
+}
+
+// ---- The header ----------------------------------------------------------------------------------------------------
+
+TEST(StorageHeader, IsAllThereOrNone) {
+    StorageWriter writer;
+    static_cast<void>(writer.AddStream(u"stream", "bytes"));
+    const std::string whole = writer.Write().bytes;
+    for (const std::size_t size : {0U, 8U, 511U, 512U, 513U}) {
+        const std::string bytes = whole.substr(0, size);
+        const OpenHandle file = FIOpenBytes(bytes);
+        CFHeader header;
+        EXPECT_EQ(CFReadHeader(*UTFindHandle(file.File()), header), size >= 512) << size;
+    }
 }
 
 // ---- Chains that break ---------------------------------------------------------------------------------------------
