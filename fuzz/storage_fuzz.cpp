@@ -7,6 +7,7 @@
 //   - The same question has the same answer twice.
 //   - A stream delivers no more bytes than its entry tells and the file holds, and the same ones whether they are
 //     read from the start on or from a place in the middle.
+//   - A sub-storage delivers the bytes of the file.
 //   - After an identification the handle stands at 0.
 //   - An identification reads a bounded number of bytes.
 //
@@ -150,6 +151,23 @@ void CheckStream(HIOFILE stream, Walk& walk, std::uint64_t size) {
     }
 }
 
+// Compares the start and a place in the middle.
+void CheckSubStorageBytes(UTHandle& storage, UTHandle& sub, Walk& walk) {
+    Require(UTGetSize(sub) == UTGetSize(storage), "a sub-storage is as large as the file");
+    char expected[512];
+    char bytes[512];
+    const std::uint64_t middle = NextPlace(walk) % (UTGetSize(storage) + 70);
+    for (const std::uint64_t place : {std::uint64_t{0}, middle}) {
+        std::uint32_t wanted = 0;
+        std::uint32_t count = 0;
+        Require(UTReadAt(storage, place, expected, sizeof(expected), wanted) == 0 &&
+                    UTReadAt(sub, place, bytes, sizeof(bytes), count) == 0,
+                "a storage in memory can be read");
+        Require(count == wanted && std::memcmp(bytes, expected, count) == 0,
+                "a sub-storage delivers the bytes of the file");
+    }
+}
+
 bool GetClassId(HIOFILE file, std::uint8_t (&classId)[classIdBytes]) {
     std::memset(classId, 0, sizeof(classId));
     return file->operations.IOGetInfo(file, IOInfoClassId, classId) == 0;
@@ -189,7 +207,11 @@ void CheckStorage(HIOFILE file, Walk& walk, std::uint32_t depth) {
         UTHandle* const opened = UTOpenChild(storage, place);
         Require(opened != nullptr, "a child that is listed can be opened");
         const HIOFILE object = UTHandleFile(*opened);
-        if (!child.isStorage) CheckStream(object, walk, child.size);
+        if (child.isStorage) {
+            CheckSubStorageBytes(storage, *opened, walk);
+        } else {
+            CheckStream(object, walk, child.size);
+        }
         if (child.isStorage || walk.everything) CheckStorage(object, walk, depth + 1);
         object->operations.IOClose(object);
     }

@@ -136,14 +136,19 @@ UTHandle* CFOpenStreamEntry(UTHandle& parent, CFVolume& volume, const CFEntry& e
 
 // ---- Sub-storages --------------------------------------------------------------------------------------------------
 
-std::int32_t CFReadNothing(UTHandle&, std::uint64_t, void*, std::uint32_t, std::uint32_t& count) {
-    count = 0;
-    return 0;
+// Whoever reads a sub-storage as bytes means the file, as with the file's own storage.
+UTHandle& CFFileOfSubStorage(UTHandle& handle) {
+    return *static_cast<CFStorage*>(handle.storage)->volume->sectors.file;
 }
 
-std::uint64_t CFNoSize(UTHandle&) { return 0; }
+std::int32_t CFReadSubStorage(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                              std::uint32_t& count) {
+    return UTReadAt(CFFileOfSubStorage(handle), offset, destination, size, count);
+}
 
-constexpr UTHandleKind subStorageKind = {CFReadNothing, CFNoSize, nullptr};
+std::uint64_t CFSubStorageSize(UTHandle& handle) { return UTGetSize(CFFileOfSubStorage(handle)); }
+
+constexpr UTHandleKind subStorageKind = {CFReadSubStorage, CFSubStorageSize, nullptr};
 
 UTHandle* CFOpenStorageEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) {
     CFStorage* const storage = CFNewStorage(volume, false, entry);
@@ -160,9 +165,24 @@ UTHandle* CFOpenStorageEntry(UTHandle& parent, CFVolume& volume, const CFEntry& 
 
 // ---- Look-up -------------------------------------------------------------------------------------------------------
 
+// In 8-bit characters when each unit fits into one, as names are looked up; otherwise in 16-bit units.
+void CFSetName(UTHandleName& name, const CFEntry& entry) {
+    static_assert(entryNameUnits < std::size(UTHandleName{}.units));
+    const auto* const end = entry.name + entry.nameLength;
+    name.wide = std::any_of(entry.name, end, [](std::uint16_t unit) { return unit > 0xFF; });
+    if (name.wide) {
+        *std::copy(entry.name, end, name.units) = 0;
+    } else {
+        *std::transform(entry.name, end, name.narrow, [](std::uint16_t unit) { return static_cast<char>(unit); }) =
+            '\0';
+    }
+}
+
 UTHandle* CFOpenEntry(UTHandle& parent, CFVolume& volume, const CFEntry& entry) {
-    return entry.type == CFEntryType::Storage ? CFOpenStorageEntry(parent, volume, entry)
-                                              : CFOpenStreamEntry(parent, volume, entry);
+    UTHandle* const handle = entry.type == CFEntryType::Storage ? CFOpenStorageEntry(parent, volume, entry)
+                                                                : CFOpenStreamEntry(parent, volume, entry);
+    if (handle != nullptr) CFSetName(handle->name, entry);
+    return handle;
 }
 
 UTHandle* CFOpenNamed(UTHandle& parent, CFEntryType type, const char* name) {

@@ -21,11 +21,12 @@ std::int32_t CFGetClassId(const CFStorage& storage, std::uint8_t* classId);
 
 // Opens a stream among the direct children of the storage that the parent is. The name is compared whole and with case,
 // each character with one 16-bit unit of the entry's name. Returns null when the parent is no storage or has no such
-// stream. The new handle is a child of the parent. A stream whose sectors break off delivers the bytes in front of the
-// break; its size is the one that its entry tells.
+// stream. The new handle is a child of the parent and has the entry's name. A stream whose sectors break off delivers the
+// bytes in front of the break; its size is the one that its entry tells.
 UTHandle* UTOpenStream(UTHandle& parent, const char* name);
 
-// The same for a sub-storage. Its handle is a storage itself and delivers no bytes.
+// The same for a sub-storage. Its handle is a storage itself; read as bytes it delivers those of the file, like the
+// handle of the file's own storage.
 UTHandle* UTOpenSubStorage(UTHandle& parent, const char* name);
 
 // A stream or a sub-storage of a storage, as a list of them tells it.

@@ -482,18 +482,111 @@ TEST(CompoundStorageTree, EveryShapeOfALargeDirectory) {
 
 // ---- Sub-storages --------------------------------------------------------------------------------------------------
 
-TEST(SubStorage, IsAStorageWithoutBytes) {
+TEST(SubStorage, IsAStorageOfItsOwnWithTheBytesOfTheFile) {
     const Sample sample = MakeSample();
-    const OpenHandle storage = FIOpenBytes(sample.written.bytes);
+    const std::string& bytes = sample.written.bytes;
+    const OpenHandle storage = FIOpenBytes(bytes);
     const OpenHandle sub = storage.Storage("Sub");
     ASSERT_TRUE(sub);
     EXPECT_TRUE(sub.IsStorage());
     EXPECT_EQ(sub.ClassId(), FIBytes("C1*16"));
+    EXPECT_EQ(sub.ReadToEnd(), bytes);
+    EXPECT_EQ(sub.Seek(IOOriginEnd, 0), 0);
+    EXPECT_EQ(sub.Tell(), bytes.size());
     EXPECT_EQ(sub.Read(100), "");
-    EXPECT_EQ(sub.Seek(2, 0), 0);
-    EXPECT_EQ(sub.Tell(), 0U);
-    EXPECT_EQ(sub.Seek(0, 1000), 0);
-    EXPECT_EQ(sub.Read(100), "");
+    EXPECT_EQ(sub.Seek(IOOriginEnd, -5), 0);
+    EXPECT_EQ(sub.Read(100), bytes.substr(bytes.size() - 5));
+    EXPECT_EQ(sub.Seek(IOOriginStart, 1000), 0);
+    EXPECT_EQ(sub.Read(100), bytes.substr(1000, 100));
+    EXPECT_EQ(storage.Tell(), 0U) << "the file's handle does not move";
+    EXPECT_TRUE(sub.IsStorage());
+    EXPECT_EQ(sub.ClassId(), FIBytes("C1*16")) << "not the one that its bytes tell";
+    EXPECT_FALSE(sub.Stream("Large"));
+    EXPECT_EQ(sub.Stream("Inner").ReadToEnd(), "inner bytes");
+}
+
+TEST(SubStorage, OfASubStorageHasTheBytesOfTheFileToo) {
+    StorageWriter writer;
+    const std::uint32_t outer = writer.AddStorage(u"Outer");
+    static_cast<void>(writer.AddStorage(u"Inner", outer));
+    const WrittenStorage written = writer.Write();
+    const auto host = FIMakeTestHandle(written.bytes);
+    host->bytesPerRead = 100;
+    const OpenHandle storage = FIOpenOver(*host);
+    const OpenHandle opened = storage.Storage("Outer");
+    const OpenHandle inner = opened.Storage("Inner");
+    EXPECT_EQ(inner.ReadToEnd(70), written.bytes);
+    EXPECT_EQ(opened.ReadToEnd(), written.bytes);
+}
+
+TEST(SubStorage, InAStreamHasTheBytesOfTheStream) {
+    const Sample inside = MakeSample();
+    StorageWriter writer;
+    static_cast<void>(writer.AddStream(u"file", inside.written.bytes));
+    const WrittenStorage written = writer.Write();
+    const OpenHandle storage = FIOpenBytes(written.bytes);
+    const OpenHandle stream = storage.Stream("file");
+    const OpenHandle sub = stream.Storage("Sub");
+    EXPECT_EQ(sub.ReadToEnd(), inside.written.bytes);
+    EXPECT_EQ(sub.Stream("Inner").ReadToEnd(), "inner bytes");
+}
+
+// The class identifier of presentations; the identification tells them by it before anything is read.
+const std::string presentationClass = FIBytes("10 8D 81 64 9B 4F CF 11 86 EA 00 AA 00 B9 29 E8");
+constexpr FIID presentation = 1581;
+
+FIID Identify(const OpenHandle& handle) {
+    FIID fiid = 0;
+    EXPECT_EQ(FIIdHandle(handle.File(), FIFlagExtendedText, &fiid), 0);
+    EXPECT_EQ(handle.Tell(), 0U);
+    return fiid;
+}
+
+TEST(SubStorage, IsIdentifiedByItsOwnClassAndStreams) {
+    StorageWriter writer;
+    writer.SetClassId(presentationClass);
+    const std::uint32_t sub = writer.AddStorage(u"Sub");
+    static_cast<void>(writer.AddStream(u"Book", "", sub));
+    const WrittenStorage written = writer.Write();
+    const OpenHandle storage = FIOpenBytes(written.bytes);
+    EXPECT_EQ(Identify(storage), presentation);
+    EXPECT_NE(Identify(storage.Storage("Sub")), presentation) << "the class is the file's";
+
+    StorageWriter other;
+    other.SetClassId(presentationClass, other.AddStorage(u"Sub"));
+    const WrittenStorage otherWritten = other.Write();
+    const OpenHandle otherStorage = FIOpenBytes(otherWritten.bytes);
+    EXPECT_NE(Identify(otherStorage), presentation);
+    EXPECT_EQ(Identify(otherStorage.Storage("Sub")), presentation);
+}
+
+// ---- Names ---------------------------------------------------------------------------------------------------------
+
+std::string NarrowNameOf(const OpenHandle& handle) {
+    char name[256] = "#";
+    std::uint32_t type = IONameWide;
+    EXPECT_EQ(handle.File()->operations.IOGetInfo(handle.File(), IOInfoName, name), 0);
+    EXPECT_EQ(handle.File()->operations.IOGetInfo(handle.File(), IOInfoNameType, &type), 0);
+    EXPECT_EQ(type, std::uint32_t{IONameNarrow});
+    return name;
+}
+
+TEST(StorageNames, AreThoseOfTheEntries) {
+    const std::u16string longest = u"\x05" + std::u16string(29, u'l') + u"\xFF";
+    StorageWriter writer;
+    static_cast<void>(writer.AddStream(u"a/b.doc", "x"));
+    static_cast<void>(writer.AddStream(longest, "x"));
+    static_cast<void>(writer.AddStorage(u"Sub.xls"));
+    const WrittenStorage written = writer.Write();
+    const IOMemorySpec memory = {written.bytes.data(), written.bytes.size(), "file.ppt"};
+    HIOFILE file = nullptr;
+    ASSERT_EQ(IOOpen(&file, IOSpecMemory, &memory, 1), 0);
+    const OpenHandle storage(file);
+    EXPECT_EQ(NarrowNameOf(storage), "file.ppt");
+    EXPECT_EQ(NarrowNameOf(storage.Stream("a/b.doc")), "a/b.doc") << "an entry's name has no directories";
+    EXPECT_EQ(NarrowNameOf(storage.Storage("Sub.xls")), "Sub.xls");
+    const std::string narrow(longest.begin(), longest.end());
+    EXPECT_EQ(NarrowNameOf(storage.Stream(narrow)), narrow);
 }
 
 TEST(SubStorage, NestsAsDeepAsTheFileTells) {
@@ -586,6 +679,13 @@ TEST(StorageList, ReachesWideNamesAndHiddenOnes) {
     UTHandle& storage = *UTFindHandle(file.File());
     const char* const expected[] = {"wide", "first", "second"};
     for (std::size_t place = 0; place < 3; ++place) EXPECT_EQ(OpenPlace(storage, place).ReadToEnd(), expected[place]);
+    const OpenHandle wide = OpenPlace(storage, 0);
+    char16_t name[128] = u"#";
+    std::uint32_t type = IONameNarrow;
+    EXPECT_EQ(wide.File()->operations.IOGetInfo(wide.File(), IOInfoName, name), 0);
+    EXPECT_EQ(wide.File()->operations.IOGetInfo(wide.File(), IOInfoNameType, &type), 0);
+    EXPECT_EQ(std::u16string(name), u"\u3800\u4000");
+    EXPECT_EQ(type, std::uint32_t{IONameWide});
     EXPECT_EQ(file.Stream("same").ReadToEnd(), "first");
 }
 
