@@ -87,6 +87,59 @@ TEST(Driver, ExtensionTxt2ComesFromTxt2x) {
     EXPECT_EQ(Identify(*handle), 1194);
 }
 
+// What a host's handle answers when it is asked for its name; its type is told apart.
+std::string toldName;
+std::uint32_t toldNameType = IONameNarrow;
+bool roomWasReady = false;
+
+std::int32_t TellName(HIOFILE, std::uint32_t selector, void* value) {
+    if (selector == IOInfoNameType) {
+        *static_cast<std::uint32_t*>(value) = toldNameType;
+        return 0;
+    }
+    if (selector != IOInfoName) return -1;
+    auto* const room = static_cast<char*>(value);
+    roomWasReady = room[0] == '\0' && room[1] == '\0';
+    toldName.copy(room, toldName.size());
+    return toldName.empty() ? -1 : 0;
+}
+
+FIID IdentifyNamed(std::string name, std::uint32_t type) {
+    const auto handle = FIMakeTestHandle("", "a.pgl");
+    handle->file.operations.IOGetInfo = TellName;
+    toldName = std::move(name);
+    toldNameType = type;
+    roomWasReady = false;
+    const FIID answer = Identify(*handle);
+    EXPECT_TRUE(roomWasReady) << "the first two bytes are zeroed";
+    return answer;
+}
+
+std::string Widen(const std::string& narrow) {
+    std::string bytes;
+    for (const char character : narrow) bytes += {character, '\0'};
+    return bytes;
+}
+
+TEST(Driver, NameWithoutATerminatorEndsWithItsRoom) {
+    EXPECT_EQ(IdentifyNamed(std::string(252, 'n') + ".pgl", IONameNarrow), byExtension);
+    EXPECT_EQ(IdentifyNamed(std::string(253, 'n') + ".pg", IONameNarrow), formatNotKnown);
+    EXPECT_EQ(IdentifyNamed(Widen(std::string(124, 'n') + ".pgl"), IONameWide), byExtension);
+    EXPECT_EQ(IdentifyNamed(Widen(std::string(125, 'n') + ".pg"), IONameWide), formatNotKnown);
+    EXPECT_EQ(IdentifyNamed(std::string(256, 'n'), IONameNarrow), formatNotKnown);
+    EXPECT_EQ(IdentifyNamed(std::string(256, 'n'), IONameWide), formatNotKnown);
+}
+
+TEST(Driver, NameThatCannotBeToldIsEmpty) {
+    for (const std::uint32_t type : {IONameNarrow, IONameWide}) EXPECT_EQ(IdentifyNamed("", type), formatNotKnown);
+}
+
+TEST(Driver, NameOfATypeThatIsNotKnownIsNarrow) {
+    for (const std::uint32_t type : {0U, 1U, 3U, 5U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(IdentifyNamed(std::string("a.pgl") + '\0', type), byExtension) << type;
+    }
+}
+
 // ---- The walk
 // ---------------------------------------------------------------------------------------------------------
 

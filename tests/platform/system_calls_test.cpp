@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <fstream>
 
@@ -14,6 +15,7 @@
 namespace {
 
 std::string calls;
+mode_t pretendedType = 0;  // what fstat tells of each file, if not 0
 
 }  // namespace
 
@@ -30,7 +32,12 @@ int __wrap_open(const char* path, int flags, ...) {
 }
 int __wrap_fstat(int descriptor, struct stat* status) {
     calls += "fstat ";
-    return __real_fstat(descriptor, status);
+    const int result = __real_fstat(descriptor, status);
+    if (pretendedType != 0) {
+        status->st_mode = (status->st_mode & ~static_cast<mode_t>(S_IFMT)) | pretendedType;
+        status->st_size = 0;  // a device tells no size here
+    }
+    return result;
 }
 ssize_t __wrap_pread(int descriptor, void* buffer, size_t size, off_t offset) {
     calls += "pread@" + std::to_string(offset) + " ";
@@ -86,5 +93,46 @@ TEST_P(SystemCalls, AreOpenStatOneReadAndClose) {
 
 INSTANTIATE_TEST_SUITE_P(Files, SystemCalls, testing::ValuesIn(fileCases),
                          [](const auto& fileCase) { return fileCase.param.name; });
+
+// Opens a descriptor as if it were one of a block device. Returns null with errno set.
+HIOFILE OpenAsBlockDevice(int descriptor) {
+    const IODescriptorSpec specification = {descriptor, nullptr};
+    HIOFILE file = nullptr;
+    pretendedType = S_IFBLK;
+    const std::int32_t status = IOOpen(&file, IOSpecDescriptor, &specification, 1);
+    pretendedType = 0;
+    EXPECT_EQ(status == 0, file != nullptr);
+    return file;
+}
+
+TEST(BlockDevice, HasTheSizeOfItsEnd) {
+    const std::string path = testing::TempDir() + "fiid-device-" + std::to_string(getpid());
+    std::ofstream(path, std::ios::binary) << std::string(9000, 'd') + "end";
+    const int descriptor = open(path.c_str(), O_RDONLY);
+    std::remove(path.c_str());
+    const HIOFILE file = OpenAsBlockDevice(descriptor);
+    ASSERT_NE(file, nullptr);
+    std::uint32_t position = 0;
+    EXPECT_EQ(file->operations.IOSeek(file, IOOriginEnd, 0), 0);
+    EXPECT_EQ(file->operations.IOTell(file, &position), 0);
+    EXPECT_EQ(position, 9003U);
+    char bytes[8] = "";
+    std::uint32_t count = 0;
+    EXPECT_EQ(file->operations.IOSeek(file, IOOriginEnd, -3), 0);
+    EXPECT_EQ(file->operations.IORead(file, bytes, sizeof(bytes), &count), 0);
+    EXPECT_STREQ(bytes, "end");
+    file->operations.IOClose(file);
+    close(descriptor);
+}
+
+TEST(BlockDevice, WithoutAnEndIsRefused) {
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    errno = 0;
+    EXPECT_EQ(OpenAsBlockDevice(ends[0]), nullptr);
+    EXPECT_EQ(errno, ESPIPE);
+    close(ends[0]);
+    close(ends[1]);
+}
 
 }  // namespace
