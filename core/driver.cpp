@@ -7,10 +7,8 @@
 
 #include "catalogue/format_not_known.h"
 #include "core/interpreter.h"
-#include "package/xml_namespace.h"
 #include "platform/base_utility.h"
 #include "reader/reader.h"
-#include "signatures/bytecode.h"
 #include "signatures/table.h"
 #include "text/encoded_text.h"
 
@@ -19,11 +17,9 @@ namespace {
 constexpr std::int16_t success = 0;
 constexpr std::int16_t failure = -1;
 constexpr std::uint32_t openMode = 1;
-constexpr std::uint16_t originStart = 0;
 constexpr std::int16_t encodedTextTest = 4050;
 
 constexpr std::size_t nameBytes = 256;
-constexpr std::size_t extensionLength = 4;
 
 // The file's name as the handle gives it, in 8-bit or in 16-bit characters.
 union FIFileName {
@@ -72,32 +68,11 @@ bool FIReadClassId(HIOFILE handle, std::uint8_t (&classId)[classIdSize]) {
            handle->operations.IOGetInfo(handle, IOInfoClassId, classId) == 0;
 }
 
-// The place behind the next FF E0, which is the next row, or null at FF E1. The scan starts at the row's first byte and
-// has no regard for items: no row holds such a pair as data.
-const std::uint8_t* FINextRow(const std::uint8_t* row) {
-    while (true) {
-        while (*row != opcodePrefix) ++row;
-        ++row;
-        if (*row == static_cast<std::uint8_t>(FIOpcode::RowEnd)) return row + 1;
-        if (*row == static_cast<std::uint8_t>(FIOpcode::TableEnd)) return nullptr;
-    }
-}
-
-// What the rows can ask about besides the file's bytes; one per request.
-struct FIRequest {
-    char extension[extensionLength + 1];
-    bool hasClassId;
-    std::uint8_t classId[classIdSize];
-    std::uint16_t xmlNamespace[xmlNamespaceUnits];  // FIXmlNamespace
-};
-
+// Tries the entries in order, the closing one too: it passes over the table's end and fails in what lies behind.
 FIVerdict FIWalkTable(FIReader& reader, FIRequest& request) {
-    FIVerdict verdict = {0, 0};
-    for (const std::uint8_t* row = FISignatureTable(); row != nullptr; row = FINextRow(row)) {
-        ++verdict.row;
-        verdict.fiid =
-            FIRunSignature(row, reader, request.extension, request.hasClassId, request.classId, request.xmlNamespace);
-        if (verdict.fiid != 0) return verdict;
+    for (std::uint16_t row = 1; row <= signatureEntryCount; ++row) {
+        const FIID fiid = FIRunSignature(FISignatureEntry(row), reader, request);
+        if (fiid != 0) return {fiid, row};
     }
     return {0, 0};
 }
@@ -134,7 +109,7 @@ std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& v
         }
     }
     static_cast<void>(FIReaderFree(*reader));
-    static_cast<void>(handle->operations.IOSeek(handle, originStart, 0));
+    static_cast<void>(handle->operations.IOSeek(handle, IOOriginStart, 0));
     return success;
 }
 

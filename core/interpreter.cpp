@@ -4,24 +4,13 @@
 #include <algorithm>
 
 #include "core/routines.h"
-#include "package/xml_namespace.h"
+#include "reader/little_endian.h"
 #include "reader/reader.h"
-#include "signatures/bytecode.h"
 
 namespace {
 
-constexpr std::uint16_t originEnd = 2;
-
 // Operand bounds of XmlNs: 255 units that match without a terminator count as a whole match.
 constexpr std::size_t namespaceCompareLimit = 255;
-
-std::uint16_t FIOperandWord(const std::uint8_t* operand) {
-    return static_cast<std::uint16_t>(operand[0] | operand[1] << 8);
-}
-
-std::uint32_t FIOperandDWord(const std::uint8_t* operand) {
-    return FIOperandWord(operand) | static_cast<std::uint32_t>(FIOperandWord(operand + 2)) << 16;
-}
 
 // The literal FF is compared with the 16-bit value, so the end of the file, whose low byte is FF, does not pass.
 bool FITakeLiteral(FIReader& reader, std::uint8_t literal) { return FIReaderGetByte(reader) == literal; }
@@ -44,8 +33,8 @@ bool FITakeRange(FIReader& reader, const std::uint8_t* operand) {
 // is compared like any other; in the low half the word is 0xFFFF, which never passes.
 bool FITakeOutside(FIReader& reader, const std::uint8_t* operand) {
     const std::uint8_t count = operand[0];
-    const std::uint16_t low = FIOperandWord(operand + 1);
-    const std::uint16_t high = FIOperandWord(operand + 3);
+    const std::uint16_t low = FILoadWordLE(operand + 1);
+    const std::uint16_t high = FILoadWordLE(operand + 3);
     for (std::uint8_t taken = 0; taken < count; ++taken) {
         const std::uint16_t first = FIReaderGetByte(reader);
         const std::uint16_t second = FIReaderGetByte(reader);
@@ -64,7 +53,7 @@ bool FITakeEither(FIReader& reader, const std::uint8_t* operand) {
 bool FISeekFromEnd(FIReader& reader, std::int32_t offset) {
     const HIOFILE file = reader.file;
     std::uint32_t position = 0;
-    return file->operations.IOSeek(file, originEnd, offset) == 0 && file->operations.IOTell(file, &position) == 0 &&
+    return file->operations.IOSeek(file, IOOriginEnd, offset) == 0 && file->operations.IOTell(file, &position) == 0 &&
            FIReaderSeek(reader, position) == 0;
 }
 
@@ -92,8 +81,8 @@ std::size_t FITakeNamespace(FIReader& reader, std::uint16_t* units, const std::u
 
 }  // namespace
 
-FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, const char* extension, bool hasClassId,
-                    const std::uint8_t* classId, std::uint16_t* xmlNamespace) {
+FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, FIRequest& request) {
+    const char* extension = request.extension;
     const std::uint8_t* code = row;
     while (true) {
         bool passed = true;
@@ -107,7 +96,7 @@ FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, const char* exten
         code = operand;
         switch (static_cast<FIOpcode>(operand[-1])) {
             case FIOpcode::Seek:
-                passed = FIReaderSeek(reader, FIOperandDWord(operand)) == 0;
+                passed = FIReaderSeek(reader, FILoadDWordLE(operand)) == 0;
                 code += 4;
                 break;
             case FIOpcode::Not:
@@ -127,12 +116,12 @@ FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, const char* exten
                 code += 1;
                 break;
             case FIOpcode::Id:
-                return FIOperandWord(operand);
+                return FILoadWordLE(operand);
             case FIOpcode::Rewind:
                 passed = FIReaderSeek(reader, 0) == 0;
                 break;
             case FIOpcode::Call: {
-                const FIRoutine* const routine = FIFindRoutine(FIOperandWord(operand));
+                const FIRoutine* const routine = FIFindRoutine(FILoadWordLE(operand));
                 if (routine != nullptr) return FIRunRoutine(*routine, reader, extension);
                 // Quirk: the number's high byte is taken as the start of the next item. The three rows for PICT data
                 // hold FF 0C 00 FF 08: a call of the unknown routine 0xFF00, whose high byte then reads as the FF of
@@ -149,15 +138,15 @@ FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, const char* exten
                 code += 1 + *operand;
                 break;
             case FIOpcode::SeekEnd:
-                passed = FISeekFromEnd(reader, static_cast<std::int32_t>(FIOperandDWord(operand)));
+                passed = FISeekFromEnd(reader, static_cast<std::int32_t>(FILoadDWordLE(operand)));
                 code += 4;
                 break;
             case FIOpcode::ClassId:
-                passed = hasClassId && std::equal(operand, operand + classIdSize, classId);
+                passed = request.hasClassId && std::equal(operand, operand + classIdSize, request.classId);
                 code += classIdSize;
                 break;
             case FIOpcode::XmlNs: {
-                const std::size_t length = FITakeNamespace(reader, xmlNamespace, operand);
+                const std::size_t length = FITakeNamespace(reader, request.xmlNamespace, operand);
                 passed = length != 0;
                 code += length;
                 break;

@@ -1,14 +1,25 @@
 // interpreter.h - FIRunSignature, which runs one row of the signature bytecode (signatures/bytecode.h) against a file.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "fiid.h"
+#include "package/xml_namespace.h"
+#include "signatures/bytecode.h"
 
-// Runs the row that starts at row and returns its result, or 0 when it failed.
-//   reader        the reader of this request; left wherever the row stopped, for no row depends on where another
-//   stopped extension     the file's extension: upper case, at most 4 characters, NUL-terminated hasClassId    whether
-//   classId holds the class identifier of a storage classId       its 16 bytes, a GUID in its memory form xmlNamespace
-//   FIXmlNamespace of this request, xmlNamespaceUnits units; the first row that asks fills it
-FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, const char* extension, bool hasClassId,
-                    const std::uint8_t* classId, std::uint16_t* xmlNamespace);
+// Characters of an extension that the rows know.
+inline constexpr std::size_t extensionLength = 4;
+
+// What a row can ask about besides the file's bytes; one per request.
+struct FIRequest {
+    char extension[extensionLength + 1];  // the file's, in upper case, NUL-terminated
+    bool hasClassId;                      // whether classId holds the class identifier of a storage
+    std::uint8_t classId[classIdSize];    // a GUID in its memory form
+    // FIXmlNamespace: the first unit is xmlNamespaceNotScanned until a row asks; the further ones need no value before.
+    std::uint16_t xmlNamespace[xmlNamespaceUnits];
+};
+
+// Runs the row that starts at row and returns its result, or 0 when it failed. The reader is left wherever the row
+// stopped: no row depends on where another stopped.
+FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, FIRequest& request);

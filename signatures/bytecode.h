@@ -2,8 +2,7 @@
 //
 // A row is a run of items. A byte other than FF is a literal: it is compared with the next byte of the file. FF
 // introduces an operation, FF FF a literal FF. Multi-byte operands are little-endian. Every row of the table ends in
-// FIOpcode::Id or in a FIOpcode::Call of a known routine, followed by FIOpcode::RowEnd, which is a no-op for the
-// interpreter and a mark for the driver.
+// FIOpcode::Id or in a FIOpcode::Call of a known routine, followed by FIOpcode::RowEnd, which is a no-op.
 #pragma once
 
 #include <cstddef>
@@ -24,8 +23,8 @@ enum class FIOpcode : std::uint8_t {
     SeekEnd = 0x0F,  // i32 offset: seeks to that distance from the end of the file
     ClassId = 0x10,  // 16 bytes: the storage's class identifier must equal them
     XmlNs = 0x11,    // NUL-terminated text: the XML namespace must equal it
-    RowEnd = 0xE0,   // no-op: marks the end of a row for the driver
-    TableEnd = 0xE1,  // no-op: marks the end of the table for the driver
+    RowEnd = 0xE0,   // no-op: closes a row
+    TableEnd = 0xE1,  // no-op: closes the table
     Literal = 0xFF,   // takes a byte, which must be FF
 };
 

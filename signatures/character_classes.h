@@ -34,3 +34,11 @@ inline constexpr std::array<std::uint8_t, 128> uuClass = [] {
     table['`'] = 0;
     return table;
 }();
+
+// Values of a character from 0 to 63, or noMember for one that is none of the alphabet.
+//
+// Quirk: a character is looked up by its signed value, so one of 128 or above reads in front of its table: for uuClass
+// in the upper half of binHexClass, for xxClass in uuClass, for binHexClass in binHexHighClass.
+std::uint8_t FIBinHexClass(char character);
+std::uint8_t FIUuClass(char character);
+std::uint8_t FIXxClass(char character);

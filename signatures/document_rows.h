@@ -46,11 +46,11 @@ inline constexpr FISignatureRow documentRows[] = {
     { 81, R"(>0 FF "WPC" +4 01 2C 03)",                                        Id(1080),   "WordPerfect family, product 1, file type 2C, major version 3"},
     { 82, R"(>0 FF "WPC" +4 01 2C 02)",                                        Id(1059),   "the same, major version 2"},
     { 83, R"(>0 FF "WPC" +5 1D 0B)",                                           Id(1809),   "WordPerfect family with 1D 0B at 9"},
-    { 84, R"((always))",                                                       Call(1007), "FIProbeBlockHeader"},
-    { 85, R"((always))",                                                       Call(1041), "FIProbeEntryTable"},
+    { 84, R"((always))",                                                       Call(1007), ""},
+    { 85, R"((always))",                                                       Call(1041), ""},
     { 86, R"(>0 "AutoCAD Binary DXF" 0D 0A 1A 00)",                            Id(1545),   "AutoCAD binary DXF"},
     { 87, R"(>0 "AutoCAD DXB 1.0" 0D 0A 1A 00)",                               Id(1546),   "AutoCAD DXB"},
-    { 88, R"((always))",                                                       Call(1544), "FIProbeDxf"},
+    { 88, R"((always))",                                                       Call(1544), ""},
     { 89, R"(>0 "AC1002")",                                                    Id(1613),   "AutoCAD drawing, version string AC1002"},
     { 90, R"(>0 "AC1003")",                                                    Id(1614),   "AutoCAD drawing, AC1003"},
     { 91, R"(>0 "AC1004")",                                                    Id(1615),   "AutoCAD drawing, AC1004"},
@@ -62,7 +62,7 @@ inline constexpr FISignatureRow documentRows[] = {
     { 97, R"(>0 "AC1018")",                                                    Id(1634),   "AutoCAD drawing, AC1018"},
     { 98, R"(>0 "AC1021")",                                                    Id(1638),   "AutoCAD drawing, AC1021"},
     { 99, R"(ext "AI" >0 "%PDF-" +1 2E)",                                      Id(1611),   "PDF text with the extension AI: Illustrator file"},  // above 101: a PDF file with the extension AI is an Illustrator file
-    {100, R"((always))",                                                       Call(1807), "FIProbeTar"},
+    {100, R"((always))",                                                       Call(1807), ""},
     {101, R"(>0 "%PDF-" +1 2E)",                                               Id(1557),   "PDF"},
     {102, R"(>0 +128 "%PDF-" +1 2E)",                                          Id(1557),   "PDF behind a 128-byte MacBinary header"},
     {103, R"(xmlns H1 /xmlns/veloxine5_1)",                                    Id(2006),   ""},
@@ -73,9 +73,9 @@ inline constexpr FISignatureRow documentRows[] = {
     {108, R"(xmlns H2 /xmlns/veloxine)",                                       Id(2001),   ""},
     {109, R"(xmlns H1 /xmlns/pst_fields)",                                     Id(1301),   ""},
     {110, R"(xmlns H3 /dxl)",                                                  Id(2007),   ""},
-    {111, R"((always))",                                                       Call(1190), "FIProbeMarkup"},
+    {111, R"((always))",                                                       Call(1190), ""},
     {112, R"(>0 78 9F 3E 22 +2 (01/02))",                                      Id(1197),   "TNEF stream, signature 0x223E9F78 (little-endian), with level byte 1 or 2 at 6"},
-    {113, R"((always))",                                                       Call(1601), "FIProbeClassRecords"},
+    {113, R"((always))",                                                       Call(1601), ""},
     {114, R"(>0 00 05 E1 03 00 00 [09-24] E2 05 00)",                          Id(1008),   ""},
     {115, R"(>0 1A 53 +2 03 00)",                                              Id(1011),   ""},
     {116, R"(>640 06 "WRD PC" +2 "2.00")",                                     Id(1013),   "length-prefixed tag at 640"},  // above 118, which takes any other version
@@ -112,7 +112,7 @@ inline constexpr FISignatureRow documentRows[] = {
     {147, R"(ext "PWP" >0 "[ver]" 0D 0A)",                                     Id(1061),   "bracket text [ver] with the extension PWP"},  // above 148: the extension decides between the two
     {148, R"(>0 "[ver]" 0D 0A)",                                               Id(1057),   "bracket text [ver]"},
     {149, R"(>0 "[encrypt]" 0D 0A)",                                           Id(1057),   "bracket text [encrypt]"},
-    {150, R"(>0 "WordPro" +2 00 00 00 00 00 00 00)",                           Call(1108), "Lotus Word Pro text at 0, seven zero bytes at 9, then the routine; FIProbeWordPro"},
+    {150, R"(>0 "WordPro" +2 00 00 00 00 00 00 00)",                           Call(1108), "Lotus Word Pro text at 0, seven zero bytes at 9, then the routine"},
     {151, R"(>0 "# VE # 4.00")",                                               Id(1062),   ""},
     {152, R"(>0 "# VV # 5.00")",                                               Id(1064),   ""},
     {153, R"(>0 "FFFFIIII" [00-02])",                                          Id(1066),   ""},
@@ -122,6 +122,6 @@ inline constexpr FISignatureRow documentRows[] = {
     {157, R"(>92 1C >295 1D >498 05 81)",                                      Id(1037),   ""},
     {158, R"(>0 00 2E 00 2E >135 06 12 01 00)",                                Id(1032),   ""},
     {159, R"(>0 00 >65 "MW2DMWII")",                                           Id(1032),   "MacBinary, type MW2D, creator MWII (MacWrite II)"},
-    {160, R"(>0 53 04 02 01)",                                                 Call(1010), "FIProbeWordChecksum"},
+    {160, R"(>0 53 04 02 01)",                                                 Call(1010), ""},
     // clang-format on
 };

@@ -51,7 +51,7 @@ struct FISignatureRow {
 // The longest operand of XmlNs, the NUL not counted, stays below this: the comparison ends at 255 units.
 inline constexpr std::size_t namespaceOperandLimit = 255;
 
-// Not constexpr, so that the compiler stops at a wrong notation and shows the reason. At run time it ends the program.
+// Not constexpr, so that the compiler stops at a wrong notation and shows the reason.
 [[noreturn]] void FINotationError(const char* reason);
 
 // Where assembled bytes go: nowhere, when only their number is wanted.
@@ -276,60 +276,44 @@ consteval std::size_t FIMeasureRows() {
     return code.count;
 }
 
-// The bytecode of a family of rows.
+// The bytecode of a family of rows, and where in it each row starts.
+template <std::size_t rowCount, std::size_t byteCount>
+struct FIAssembledRows {
+    std::array<std::uint8_t, byteCount> bytes;
+    std::array<std::uint16_t, rowCount> starts;
+};
+
 template <const auto& rows>
 consteval auto FIAssembleRows() {
-    std::array<std::uint8_t, FIMeasureRows<rows>()> bytes = {};
-    FICodeWriter code = {bytes.data()};
-    for (const FISignatureRow& row : rows) FIAssembleRow(row, code);
-    return bytes;
-}
-
-// ---- Checks of a family of rows: each returns the number of the first row that breaks the rule, or 0
-// ------------------
-
-template <const auto& rows>
-consteval std::size_t FIFirstRowOutOfOrder(std::uint16_t first) {
+    FIAssembledRows<std::size(rows), FIMeasureRows<rows>()> assembled = {};
+    static_assert(FIMeasureRows<rows>() <= 0xFFFF, "a start is told in 16 bits");
+    FICodeWriter code = {assembled.bytes.data()};
+    std::size_t index = 0;
     for (const FISignatureRow& row : rows) {
-        if (row.row != first) return row.row;
-        ++first;
-    }
-    return 0;
-}
-
-// The driver scans for FF E0 and FF E1 without regard to items, so neither may stand inside a row.
-template <const auto& rows>
-consteval std::size_t FIFirstRowHoldingRowEnd() {
-    for (const FISignatureRow& row : rows) {
-        std::array<std::uint8_t, 512> bytes = {};
-        FICodeWriter code = {bytes.data()};
+        assembled.starts[index++] = static_cast<std::uint16_t>(code.count);
         FIAssembleRow(row, code);
-        for (std::size_t index = 0; index + 3 < code.count; ++index) {
-            if (bytes[index] == opcodePrefix && (bytes[index + 1] == static_cast<std::uint8_t>(FIOpcode::RowEnd) ||
-                                                 bytes[index + 1] == static_cast<std::uint8_t>(FIOpcode::TableEnd))) {
-                return row.row;
-            }
-        }
     }
-    return 0;
+    return assembled;
 }
 
-template <const auto& rows>
-consteval std::size_t FIFirstRowCallingUnknown() {
-    for (const FISignatureRow& row : rows) {
-        bool known = row.result.opcode == FIOpcode::Id;
-        for (const std::uint16_t number : routineNumbers) known = known || number == row.result.number;
-        if (!known) return row.row;
+// Whether a row may stand under a number: numbers have no gap, an identifier of 0 would be a row that fails, and a
+// routine that is called stands in routineNumbers.
+constexpr bool FIIsGoodRow(const FISignatureRow& row, std::uint16_t number) {
+    if (row.row != number || row.result.number == 0) return false;
+    if (row.result.opcode == FIOpcode::Id) return true;
+    if (row.result.opcode != FIOpcode::Call) return false;
+    for (const std::uint16_t routine : routineNumbers) {
+        if (routine == row.result.number) return true;
     }
-    return 0;
+    return false;
 }
 
-// An identifier of 0 would be a row that fails.
+// Checks a family of rows, the first of which has the number first. Returns 0, or the first row that is not good.
 template <const auto& rows>
-consteval std::size_t FIFirstRowWithoutResult() {
+consteval std::uint16_t FICheckRows(std::uint16_t first) {
     for (const FISignatureRow& row : rows) {
-        const bool opcode = row.result.opcode == FIOpcode::Id || row.result.opcode == FIOpcode::Call;
-        if (!opcode || row.result.number == 0) return row.row;
+        if (!FIIsGoodRow(row, first)) return first;
+        ++first;
     }
     return 0;
 }

@@ -19,7 +19,7 @@
 
 #include "reader/header_line.h"
 #include "reader/reader.h"
-#include "signatures/table.h"
+#include "signatures/character_classes.h"
 
 namespace {
 

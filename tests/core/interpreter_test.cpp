@@ -22,13 +22,22 @@ struct Machine {
     std::string classId = std::string(16, '\0');
     std::uint16_t xmlNamespace[xmlNamespaceUnits] = {xmlNamespaceNotScanned};
 
+    FIRequest Request() const {
+        FIRequest request = {};
+        extension.copy(request.extension, extensionLength);
+        request.hasClassId = hasClassId;
+        std::copy_n(classId.begin(), classIdSize, request.classId);
+        std::copy(std::begin(xmlNamespace), std::end(xmlNamespace), request.xmlNamespace);
+        return request;
+    }
+
     FIID Run(const std::string& code, TestHandle& handle) {
         // Zero bytes behind the row, which would compare as literals, stand for what follows in the table.
         const std::string bytes = FIBytes(code) + std::string(300, '\0');
         FIReader* const reader = FIReaderNew(FIFileOf(handle));
-        const FIID result =
-            FIRunSignature(reinterpret_cast<const std::uint8_t*>(bytes.data()), *reader, extension.c_str(), hasClassId,
-                           reinterpret_cast<const std::uint8_t*>(classId.data()), xmlNamespace);
+        FIRequest request = Request();
+        const FIID result = FIRunSignature(reinterpret_cast<const std::uint8_t*>(bytes.data()), *reader, request);
+        std::copy(std::begin(request.xmlNamespace), std::end(request.xmlNamespace), xmlNamespace);
         FIReaderFree(*reader);
         return result;
     }

@@ -294,17 +294,17 @@ INSTANTIATE_TEST_SUITE_P(Xml, IdentifyNamespace, testing::ValuesIn(documentCases
 
 TEST(IdentifyNamespaceCost, OneScanServesAllRows) {
     const std::string bytes = DocumentOf("urn:x");
-    Units units;
-    units[0] = xmlNamespaceNotScanned;
+    FIRequest request = {};
+    request.xmlNamespace[0] = xmlNamespaceNotScanned;
     const auto handle = FIMakeTestHandle(bytes);
     handle->bytesPerRead = 1;
     FIReader reader;
     FIReaderStart(reader, FIFileOf(*handle));
     const std::uint8_t row[] = {0xFF, 0x11, 'u', 'r', 'n', ':', 'y', 0, 0xFF, 0x08, 0x01, 0x10, 0xFF, 0xE0};
-    EXPECT_EQ(FIRunSignature(row, reader, "", false, nullptr, units.data()), 0);
+    EXPECT_EQ(FIRunSignature(row, reader, request), 0);
     const std::uint32_t reads = handle->reads;
     EXPECT_GT(reads, 0U);
-    EXPECT_EQ(FIRunSignature(row, reader, "", false, nullptr, units.data()), 0);
+    EXPECT_EQ(FIRunSignature(row, reader, request), 0);
     EXPECT_EQ(handle->reads, reads);
 }
 

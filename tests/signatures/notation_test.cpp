@@ -65,26 +65,29 @@ INSTANTIATE_TEST_SUITE_P(Items, Notation, testing::ValuesIn(notationCases),
 
 constexpr FISignatureRow goodRows[] = {{7, ">0 FF", Id(1503), ""}, {8, "(always)", Call(1807), ""}};
 constexpr FISignatureRow gapRows[] = {{7, ">0 FF", Id(1503), ""}, {9, "(always)", Call(1807), ""}};
-constexpr FISignatureRow rowEndRows[] = {{7, ">0 01", Id(1503), ""}, {8, ">0 FF E0", Id(1503), ""}};
-constexpr FISignatureRow tableEndRows[] = {{7, ">0 (01/FF) (E1/00)", Id(1503), ""}, {8, ">0 !FF E1", Id(1503), ""}};
 constexpr FISignatureRow unknownRows[] = {{7, ">0 01", Id(1503), ""}, {8, ">0 02", Call(1503), ""}};
 constexpr FISignatureRow emptyRows[] = {{7, ">0 01", Id(0), ""}};
 
+constexpr FISignatureRow wrongOpcodeRows[] = {{7, ">0 01", {FIOpcode::Skip, 1503}, ""}};
+
 TEST(Notation, RowEndsInItsResultAndTheRowEnd) {
     constexpr auto code = FIAssembleRows<goodRows>();
-    EXPECT_EQ(std::string(code.begin(), code.end()), FIBytes("FF 0A FF FF FF 08 DF 05 FF E0 FF 0C 0F 07 FF E0"));
+    EXPECT_EQ(std::string(code.bytes.begin(), code.bytes.end()),
+              FIBytes("FF 0A FF FF FF 08 DF 05 FF E0 FF 0C 0F 07 FF E0"));
 }
 
-TEST(Notation, ChecksNameTheFirstRowThatBreaksARule) {
-    EXPECT_EQ(FIFirstRowOutOfOrder<goodRows>(7), 0U);
-    EXPECT_EQ(FIFirstRowOutOfOrder<gapRows>(7), 9U);
-    EXPECT_EQ(FIFirstRowHoldingRowEnd<goodRows>(), 0U);
-    EXPECT_EQ(FIFirstRowHoldingRowEnd<rowEndRows>(), 8U);
-    EXPECT_EQ(FIFirstRowHoldingRowEnd<tableEndRows>(), 8U);
-    EXPECT_EQ(FIFirstRowCallingUnknown<goodRows>(), 0U);
-    EXPECT_EQ(FIFirstRowCallingUnknown<unknownRows>(), 8U);
-    EXPECT_EQ(FIFirstRowWithoutResult<goodRows>(), 0U);
-    EXPECT_EQ(FIFirstRowWithoutResult<emptyRows>(), 7U);
+TEST(Notation, AssemblerTellsWhereRowsStart) {
+    EXPECT_EQ(FIAssembleRows<goodRows>().starts, (std::array<std::uint16_t, 2>{0, 10}));
+    EXPECT_EQ(FIAssembleRows<emptyRows>().starts, (std::array<std::uint16_t, 1>{0}));
+}
+
+TEST(Notation, CheckNamesTheFirstRowThatIsNotGood) {
+    EXPECT_EQ(FICheckRows<goodRows>(7), 0U);
+    EXPECT_EQ(FICheckRows<goodRows>(6), 6U);
+    EXPECT_EQ(FICheckRows<gapRows>(7), 8U);
+    EXPECT_EQ(FICheckRows<unknownRows>(7), 8U);
+    EXPECT_EQ(FICheckRows<emptyRows>(7), 7U);
+    EXPECT_EQ(FICheckRows<wrongOpcodeRows>(7), 7U);
 }
 
 }  // namespace

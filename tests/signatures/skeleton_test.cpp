@@ -18,21 +18,9 @@ constexpr FIID reached = 7777;
 
 // The row's own bytecode, with its result replaced by an identifier that tells that its end was reached.
 std::vector<std::uint8_t> CodeOf(std::uint16_t number) {
-    const std::uint8_t* row = FISignatureTable();
-    std::uint16_t current = 1;
-    const std::uint8_t* byte = row;
-    while (true) {
-        if (byte[0] == 0xFF && byte[1] == 0xE0) {
-            if (current == number) break;
-            ++current;
-            row = byte + 2;
-            byte += 2;
-        } else {
-            ++byte;
-        }
-    }
-    constexpr std::ptrdiff_t resultSize = 4;  // FF, the opcode and the number
-    std::vector<std::uint8_t> code(row, byte - resultSize);
+    constexpr std::ptrdiff_t resultSize = 6;  // FF, the opcode and the number; FF E0
+    const auto next = static_cast<std::uint16_t>(number + 1);
+    std::vector<std::uint8_t> code(FISignatureEntry(number), FISignatureEntry(next) - resultSize);
     code.insert(code.end(), {0xFF, 0x08, reached & 0xFF, reached >> 8, 0xFF, 0xE0});
     return code;
 }
@@ -41,11 +29,13 @@ bool Fits(std::uint16_t number, const Skeleton& skeleton) {
     const std::vector<std::uint8_t> code = CodeOf(number);
     const auto handle = FIOpenSkeleton(skeleton);
     FIReader* const reader = FIReaderNew(FIFileOf(*handle));
-    std::uint16_t xmlNamespace[xmlNamespaceUnits];
-    xmlNamespace[0] = xmlNamespaceNotScanned;
+    FIRequest request = {};
+    request.xmlNamespace[0] = xmlNamespaceNotScanned;
+    request.hasClassId = skeleton.isStorage;
+    skeleton.classId.copy(reinterpret_cast<char*>(request.classId), classIdSize);
     const std::string extension = skeleton.name.empty() ? "" : skeleton.name.substr(skeleton.name.find('.') + 1);
-    const FIID result = FIRunSignature(code.data(), *reader, extension.c_str(), skeleton.isStorage,
-                                       reinterpret_cast<const std::uint8_t*>(skeleton.classId.data()), xmlNamespace);
+    extension.copy(request.extension, extensionLength);
+    const FIID result = FIRunSignature(code.data(), *reader, request);
     FIReaderFree(*reader);
     return result == reached;
 }

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "signatures/bytecode.h"
+#include "signatures/character_classes.h"
 #include "signatures/routine_numbers.h"
 #include "support/bytes.h"
 #include "support/golden.h"
@@ -25,18 +26,13 @@ std::string HexOf(const std::uint8_t* begin, const std::uint8_t* end) {
     return text;
 }
 
-// The entries of the table as the driver's scan finds them, each with its end mark.
+// The entries of the table from start to start, each with its end mark.
 std::vector<std::string> SplitTable() {
     std::vector<std::string> rows;
-    const std::uint8_t* row = FISignatureTable();
-    const std::uint8_t* const end = row + FISignatureTableSize();
-    for (const std::uint8_t* byte = row; byte + 1 < end; ++byte) {
-        if (byte[0] != 0xFF || (byte[1] != 0xE0 && byte[1] != 0xE1)) continue;
-        rows.push_back(HexOf(row, byte + 2));
-        row = byte + 2;
-        ++byte;
+    for (std::uint16_t number = 1; number < signatureEntryCount; ++number) {
+        rows.push_back(HexOf(FISignatureEntry(number), FISignatureEntry(static_cast<std::uint16_t>(number + 1))));
     }
-    EXPECT_EQ(row, end);
+    rows.push_back(HexOf(FISignatureEntry(signatureEntryCount), FISignatureTable() + FISignatureTableSize()));
     return rows;
 }
 
@@ -144,6 +140,9 @@ TEST(CharacterClasses, ReadInFrontOfTheirTablesForHighBytes) {
     std::string xx;
     for (std::uint32_t byte = 0xA0; byte <= 0xE0; ++byte) xx += static_cast<char>(byte);
     EXPECT_EQ(Members(FIXxClass, 128, 255), xx);
+    EXPECT_EQ(FIBinHexClass(static_cast<char>(0x80)), 0xFF);
+    EXPECT_EQ(FIBinHexClass(static_cast<char>(0x81)), 0x08);
+    EXPECT_EQ(FIBinHexClass(static_cast<char>(0xFF)), 0x00);
     EXPECT_EQ(Members(FIBinHexClass, 128, 255),
               FIBytes("81 82 83 87 89 8D 92 93 97 98 9A 9B 9C A0 A9 AB AF B1 B5 B7 BB BD C1 C2 C7 C9 CD CE D3 D5 D9 DB "
                       "DF E5 E6 E7 E9 EA EC ED EE F0 F1 F2 F7 F8 F9 FA FB FC FD FE FF"));
