@@ -5,6 +5,7 @@
 // expanded.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "fiid.h"
@@ -21,6 +22,14 @@ inline constexpr std::uint64_t xmlMemoryLimit = std::uint64_t{16} << 20;
 inline constexpr std::uint32_t xmlTagLimit = 4000000;
 // Entities and attributes that the DTD declares.
 inline constexpr std::uint32_t xmlDeclarationLimit = 1000;
+// Bytes of a namespace's address.
+inline constexpr std::size_t xmlAddressLimit = 1024;
+// Work: bytes that expat reads, copies and compares, as UTXmlWorkOf counts them. Elements, and attributes without a
+// prefix, cost about what their text is long. Before a prefixed attribute's name expat puts the namespace's address:
+// with addresses of 60 bytes, text full of such attributes costs four to five times its length.
+inline constexpr std::uint64_t xmlWorkLimit = 6 * xmlTextLimit;
+// What an element or a declaration that expat passes in a list counts for.
+inline constexpr std::uint64_t xmlStepWork = 32;
 
 // In the name of an element or attribute this stands between the namespace and the local name; a name in no namespace
 // has none. No document can hold the character.
@@ -35,17 +44,33 @@ struct UTXmlHandlers {
     void (*endTag)(void* context, const char* name);  // null when not wanted
 };
 
-// A parser that reads a handle from where it stands. Returns null when memory is exhausted.
-UTXmlParser* UTXmlNewParser(HIOFILE file, const UTXmlHandlers& handlers, void* context);
+// A parser that reads a handle from where it stands. Returns null when memory is exhausted. Only tests set another
+// limit of work.
+UTXmlParser* UTXmlNewParser(HIOFILE file, const UTXmlHandlers& handlers, void* context,
+                            std::uint64_t workLimit = xmlWorkLimit);
 
 // Goes on with the document. Returns true when a handler asked for a pause, and false when there is no more: at the
 // end, at an error, when a handler asked for the end, and in every call from then on.
 bool UTXmlGoOn(UTXmlParser& parser);
 
-// For handlers: to pause behind this tag. An empty-element tag's end still comes.
+// For handlers: to pause behind this tag. Some may come before: the end of an empty-element tag, and, with some
+// releases of expat, the next tag behind an entity that ends with this one.
 void UTXmlPause(UTXmlParser& parser);
 
 // For handlers: to end here for good.
 void UTXmlStop(UTXmlParser& parser);
+
+// The work so far:
+//   the bytes of each portion that is given to expat, and those in front of it that expat scans again with it;
+//   for each start tag the local name, and for each of its attributes the whole name and the value;
+//   for each end tag the local name;
+//   for each declaration of a namespace, an entity or an attribute its names and its value;
+//   for each start tag once more the declarations of all attributes, and xmlStepWork for each of them, also for each
+//   attribute and namespace that the tag itself has;
+//   xmlStepWork for each open element, whenever expat moves the address of a namespace in memory.
+std::uint64_t UTXmlWorkOf(const UTXmlParser& parser);
+
+// Whether the process heap had no block for expat. The document has ended there.
+bool UTXmlRanOutOfMemory(const UTXmlParser& parser);
 
 void UTXmlFreeParser(UTXmlParser& parser);
