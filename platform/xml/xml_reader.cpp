@@ -1,21 +1,23 @@
 // xml_reader.cpp - the XML reader: tags one at a time, elements told by numbers.
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
+#include <new>
 #include <string_view>
 
 #include "platform/base_utility.h"
+#include "platform/heap_allocator.h"
 #include "platform/xml/xml_parser.h"
 
 namespace {
 
 // The registered names of one namespace; in the order of registration.
 struct UTXmlTagMap {
-    const char* namespaceUri;
-    std::uint32_t namespaceId;
-    const UTXmlTagPair* pairs;
-    std::uint32_t pairCount;
-    UTXmlTagMap* next;
+    const char* namespaceUri = nullptr;
+    std::uint32_t namespaceId = 0;
+    const UTXmlTagPair* pairs = nullptr;
+    std::uint32_t pairCount = 0;
+    UTXmlTagMap* next = nullptr;
 };
 
 constexpr std::int16_t success = 0;
@@ -24,13 +26,11 @@ constexpr std::int16_t failure = -1;
 }  // namespace
 
 struct UTXmlReader {
-    UTXmlParser* parser;
-    UTXmlTagMap* firstMap;
-    UTXmlTagMap* lastMap;
-    // The parser pauses behind each tag, but an empty-element tag is a start and an end in one.
-    UTXmlTag tags[2];
-    std::uint32_t tagCount;
-    std::uint32_t tagsDelivered;
+    UTXmlParser* parser = nullptr;
+    UTXmlTagMap* firstMap = nullptr;
+    UTXmlTagMap* lastMap = nullptr;
+    UTVector<UTXmlTag> tags;  // that came until the parser paused
+    std::size_t tagsDelivered = 0;
 };
 
 namespace {
@@ -50,15 +50,16 @@ UTXmlTag UTXmlTellElement(const UTXmlReader& reader, const char* name) {
     return {0, UTXmlUnknownTag, 0};
 }
 
-void UTXmlQueueTag(UTXmlReader& reader, const char* name, std::uint16_t flags) {
-    if (reader.tagCount == std::size(reader.tags)) {
-        UTXmlStop(*reader.parser);
-        return;
-    }
-    UTXmlTag& tag = reader.tags[reader.tagCount++];
-    tag = UTXmlTellElement(reader, name);
+// Called by expat, through which no exception may pass.
+void UTXmlQueueTag(UTXmlReader& reader, const char* name, std::uint16_t flags) noexcept {
+    UTXmlTag tag = UTXmlTellElement(reader, name);
     tag.flags = flags;
-    UTXmlPause(*reader.parser);
+    try {
+        reader.tags.push_back(tag);
+        UTXmlPause(*reader.parser);
+    } catch (const std::bad_alloc&) {
+        UTXmlStop(*reader.parser);
+    }
 }
 
 void UTXmlQueueStart(void* context, const char* name, const char**) {
@@ -76,12 +77,11 @@ extern "C" {
 std::int16_t UTXMLInit(HUTXML* xml, HIOFILE handle) {
     *xml = nullptr;
     if (handle == nullptr) return failure;
-    auto* const reader = static_cast<UTXmlReader*>(HeapAlloc(GetProcessHeap(), 0, sizeof(UTXmlReader)));
+    auto* const reader = UTNewRecord<UTXmlReader>();
     if (reader == nullptr) return failure;
-    *reader = {};
     reader->parser = UTXmlNewParser(handle, {UTXmlQueueStart, UTXmlQueueEnd}, reader);
     if (reader->parser == nullptr) {
-        HeapFree(GetProcessHeap(), 0, reader);
+        UTDeleteRecord(*reader);
         return failure;
     }
     *xml = reader;
@@ -90,7 +90,7 @@ std::int16_t UTXMLInit(HUTXML* xml, HIOFILE handle) {
 
 std::int16_t UTXMLAddTagMap(HUTXML* xml, const char* namespaceUri, std::uint32_t namespaceId, std::uint32_t,
                             const UTXmlTagPair* pairs, std::uint32_t pairCount) {
-    auto* const map = static_cast<UTXmlTagMap*>(HeapAlloc(GetProcessHeap(), 0, sizeof(UTXmlTagMap)));
+    auto* const map = UTNewRecord<UTXmlTagMap>();
     if (map == nullptr) return failure;
     *map = {namespaceUri, namespaceId, pairs, pairCount, nullptr};
     UTXmlReader& reader = **xml;
@@ -101,10 +101,10 @@ std::int16_t UTXMLAddTagMap(HUTXML* xml, const char* namespaceUri, std::uint32_t
 
 std::int16_t UTXMLReadNextTag(HUTXML* xml, UTXmlTag* tag, std::uint32_t*) {
     UTXmlReader& reader = **xml;
-    while (reader.tagsDelivered == reader.tagCount) {
+    while (reader.tagsDelivered == reader.tags.size()) {
         reader.tagsDelivered = 0;
-        reader.tagCount = 0;
-        if (!UTXmlGoOn(*reader.parser) && reader.tagCount == 0) return failure;
+        reader.tags.clear();
+        if (!UTXmlGoOn(*reader.parser) && reader.tags.empty()) return failure;
     }
     *tag = reader.tags[reader.tagsDelivered++];
     return success;
@@ -117,10 +117,10 @@ void UTXMLDeInit(HUTXML* xml) {
     UTXmlFreeParser(*reader->parser);
     for (UTXmlTagMap* map = reader->firstMap; map != nullptr;) {
         UTXmlTagMap* const next = map->next;
-        HeapFree(GetProcessHeap(), 0, map);
+        UTDeleteRecord(*map);
         map = next;
     }
-    HeapFree(GetProcessHeap(), 0, reader);
+    UTDeleteRecord(*reader);
 }
 
 }  // extern "C"

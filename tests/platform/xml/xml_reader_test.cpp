@@ -95,6 +95,7 @@ const XmlCase xmlCases[] = {
     {"ByteThatIsNoUtf8", "<a xmlns='n'>\xE4</a>", "100:1"},
     {"AnEncodingThatIsNotKnown", "<?xml version='1.0' encoding='x-unknown'?><a xmlns='n'/>", ""},
     {"AnInternalEntityIsExpanded", R"(<!DOCTYPE a [<!ENTITY e "<b/><b/>">]><a xmlns="n">&e;<c/></a>)", "100:1 100:2 /100:2 100:2 /100:2 300:12 /300:12 /100:1"},
+    {"AnEntityThatEndsWithATagIsFollowedByTheNext", R"(<!DOCTYPE a [<!ENTITY e "<b/>">]><a xmlns="n">&e;&e;<c/><b></b></a>)", "100:1 100:2 /100:2 100:2 /100:2 300:12 /300:12 100:2 /100:2 /100:1"},
     {"AnEntityThatIsNotDeclaredEnds", R"(<a xmlns="n"><b/>&e;<b/></a>)", "100:1 100:2 /100:2"},
     {"AnExternalEntityIsNotLoaded", R"(<!DOCTYPE a [<!ENTITY e SYSTEM "file:///etc/hostname">]><a xmlns="n">&e;<b/></a>)", "100:1 100:2 /100:2 /100:1"},
     {"AnExternalDtdIsNotLoaded", R"(<!DOCTYPE a SYSTEM "file:///etc/hostname"><a xmlns="n">&e;<b/></a>)", "100:1 100:2 /100:2 /100:1"},
