@@ -1,21 +1,23 @@
 // package.cpp - ZIP packages: an archive with a relationships part, and the parts to which the relationships lead.
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
-#include "platform/base_utility.h"
 #include "platform/byte_objects.h"
+#include "platform/heap_allocator.h"
 #include "platform/operations.h"
 #include "platform/package_library.h"
 #include "platform/xml/relationships.h"
 #include "platform/zip/archive.h"
 
 struct PKGPackage {
-    UTHandle* wrapper;  // around a handle of the host's own; null for a handle of this layer
-    UTHandle* archive;
+    UTHandle* wrapper = nullptr;  // around a handle of the host's own; null for a handle of this layer
+    UTHandle* archive = nullptr;
+    UTRelationships* relationships = nullptr;  // once read; null before
 };
 
 struct PKGPart {
-    UTHandle* member;
+    UTHandle* member = nullptr;
 };
 
 namespace {
@@ -23,10 +25,6 @@ namespace {
 constexpr std::int16_t success = 0;
 constexpr std::int16_t failure = -1;
 constexpr std::string_view relationshipsPart = "_rels/.rels";
-
-void* PKGAllocate(std::size_t size) { return HeapAlloc(GetProcessHeap(), 0, size); }
-
-void PKGFree(void* block) { HeapFree(GetProcessHeap(), 0, block); }
 
 // Finds the archive behind a handle. What was opened is in the package, also after a failure.
 bool PKGFindArchive(HIOFILE handle, PKGPackage& package) {
@@ -41,21 +39,22 @@ bool PKGFindArchive(HIOFILE handle, PKGPackage& package) {
     return package.archive != nullptr && UTHasMember(*package.archive, relationshipsPart);
 }
 
-// The name of the part to which the package's own relationships lead by a type.
-UTPartName PKGFindPart(PKGPackage& package, const char* relationshipType) {
-    UTHandle* const relationships = UTOpenMemberAnyCase(*package.archive, relationshipsPart);
-    if (relationships == nullptr) return {nullptr, 0};
-    const UTPartName name = UTFindRelationshipTarget(UTHandleFile(*relationships), relationshipType);
-    UTCloseHandle(*relationships);
-    return name;
+// The package's own relationships. They are read when they are first asked for, and kept: to read them may cost much,
+// and a package is asked for parts of several types. Returns null when they can't be read.
+const UTRelationships* PKGFindRelationships(PKGPackage& package) {
+    if (package.relationships != nullptr) return package.relationships;
+    UTHandle* const part = UTOpenMemberAnyCase(*package.archive, relationshipsPart);
+    if (part == nullptr) return nullptr;
+    package.relationships = UTReadRelationships(UTHandleFile(*part));
+    UTCloseHandle(*part);
+    return package.relationships;
 }
 
 UTHandle* PKGOpenPart(PKGPackage& package, const char* relationshipType) {
-    const UTPartName name = PKGFindPart(package, relationshipType);
-    if (name.text == nullptr) return nullptr;
-    UTHandle* const member = UTOpenMemberAnyCase(*package.archive, std::string_view(name.text, name.length));
-    UTFreePartName(name);
-    return member;
+    const UTRelationships* const relationships = PKGFindRelationships(package);
+    if (relationships == nullptr) return nullptr;
+    const std::optional<std::string_view> name = UTFindTarget(*relationships, relationshipType);
+    return name ? UTOpenMemberAnyCase(*package.archive, *name) : nullptr;
 }
 
 }  // namespace
@@ -65,9 +64,8 @@ extern "C" {
 std::int16_t PKGInit(HIOFILE handle, HPKGPACKAGE* package) {
     *package = nullptr;
     if (handle == nullptr) return failure;
-    auto* const opened = static_cast<PKGPackage*>(PKGAllocate(sizeof(PKGPackage)));
+    auto* const opened = UTNewRecord<PKGPackage>();
     if (opened == nullptr) return failure;
-    *opened = {nullptr, nullptr};
     if (!PKGFindArchive(handle, *opened)) {
         PKGDeinit(opened);
         return failure;
@@ -80,7 +78,7 @@ std::int16_t PKGOpenFileByType(HPKGPART* part, std::uint32_t, const char* relati
     *part = nullptr;
     UTHandle* const member = PKGOpenPart(*package, relationshipType);
     if (member == nullptr) return failure;
-    auto* const opened = static_cast<PKGPart*>(PKGAllocate(sizeof(PKGPart)));
+    auto* const opened = UTNewRecord<PKGPart>();
     if (opened == nullptr) {
         UTCloseHandle(*member);
         return failure;
@@ -95,14 +93,15 @@ HIOFILE PKGGetHIOFILE(HPKGPART part) { return UTHandleFile(*part->member); }
 void PKGCloseFile(HPKGPART part) {
     if (part == nullptr) return;
     UTCloseHandle(*part->member);
-    PKGFree(part);
+    UTDeleteRecord(*part);
 }
 
 void PKGDeinit(HPKGPACKAGE package) {
     if (package == nullptr) return;
+    if (package->relationships != nullptr) UTFreeRelationships(*package->relationships);
     if (package->archive != nullptr) UTCloseHandle(*package->archive);
     if (package->wrapper != nullptr) UTCloseHandle(*package->wrapper);
-    PKGFree(package);
+    UTDeleteRecord(*package);
 }
 
 }  // extern "C"

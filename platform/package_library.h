@@ -26,8 +26,11 @@ typedef struct PKGPart* HPKGPART;
 int16_t PKGInit(HIOFILE handle, HPKGPACKAGE* package);
 
 /* Opens the part to which the package's first internal relationship of a type leads. reserved is 0. The part is ended
- * with PKGCloseFile before the package. Returns 0, or -1 with *part null when there is no such relationship or part, or
- * the part can't be unpacked. */
+ * with PKGCloseFile before the package. Returns 0, or -1 with *part null when there is no such relationship or part,
+ * the part can't be unpacked, or memory is exhausted.
+ *
+ * The first call for a package reads its relationships, of all types, and keeps them until PKGDeinit; the others only
+ * look them up. What a relationships part may cost is bounded: relationships behind a bound are not there. */
 int16_t PKGOpenFileByType(HPKGPART* part, uint32_t reserved, const char* relationshipType, HPKGPACKAGE package);
 
 /* The part's bytes as a handle. It is the part's: the caller does not close it. */

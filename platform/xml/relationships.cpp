@@ -1,4 +1,4 @@
-// relationships.cpp - finding a relationship in a relationships part, and resolving its target.
+// relationships.cpp - reading a relationships part in one pass, and resolving targets.
 //
 //   Element       Relationship, in one of the two namespaces below, at any depth
 //   Type          what the relationship is for: a URI, compared byte by byte
@@ -9,9 +9,27 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <map>
+#include <new>
+#include <string>
+#include <utility>
 
-#include "platform/base_utility.h"
+#include "platform/heap_allocator.h"
 #include "platform/xml/xml_parser.h"
+
+namespace {
+
+using UTText = std::basic_string<char, std::char_traits<char>, UTHeapAllocator<char>>;
+using UTTarget = std::optional<UTText>;
+
+}  // namespace
+
+struct UTRelationships {
+    // In the order of the types: whatever they are, finding one takes few comparisons.
+    std::map<UTText, UTTarget, std::less<>, UTHeapAllocator<std::pair<const UTText, UTTarget>>> targets;
+    std::size_t bytes = 0;  // as relationshipsLimit counts them
+};
 
 namespace {
 
@@ -22,10 +40,10 @@ constexpr std::string_view relationshipElements[] = {
 };
 static_assert(relationshipElements[0].find(xmlNamespaceEnd) != std::string_view::npos);
 
-struct UTSearch {
-    std::string_view type;
+struct UTReading {
+    UTRelationships* relationships;
     UTXmlParser* parser;
-    UTPartName found;
+    bool outOfMemory;
 };
 
 // The value of an attribute in no namespace, or null.
@@ -36,21 +54,48 @@ const char* UTFindAttribute(const char** attributes, std::string_view name) {
     return nullptr;
 }
 
-void UTCheckElement(void* context, const char* name, const char** attributes) {
-    UTSearch& search = *static_cast<UTSearch*>(context);
+void UTKeepRelationship(UTReading& reading, std::string_view type, const char* target) {
+    UTRelationships& relationships = *reading.relationships;
+    if (relationships.targets.find(type) != relationships.targets.end()) return;
+    const std::string_view text = target != nullptr ? target : "";
+    const std::size_t bytes = type.size() + text.size() + relationshipOverhead;  // a token's bytes: no overflow
+    if (bytes > relationshipsLimit - relationships.bytes) {
+        UTXmlStop(*reading.parser);
+        return;
+    }
+    UTTarget& kept = relationships.targets[UTText(type)];
+    if (target != nullptr) {
+        kept.emplace(text);
+        kept->resize(UTResolveTarget(kept->data(), kept->size()));
+    }
+    relationships.bytes += bytes;
+}
+
+// Called by expat, through which no exception may pass.
+void UTCheckElement(void* context, const char* name, const char** attributes) noexcept {
+    UTReading& reading = *static_cast<UTReading*>(context);
     if (std::ranges::find(relationshipElements, std::string_view(name)) == std::end(relationshipElements)) return;
     const char* const type = UTFindAttribute(attributes, "Type");
-    if (type == nullptr || search.type != type) return;
+    if (type == nullptr) return;
     const char* const mode = UTFindAttribute(attributes, "TargetMode");
     if (mode != nullptr && std::strcmp(mode, "External") == 0) return;
-    UTXmlStop(*search.parser);
-    const char* const target = UTFindAttribute(attributes, "Target");
-    if (target == nullptr) return;
-    const std::size_t length = std::strlen(target);
-    search.found.text = static_cast<char*>(HeapAlloc(GetProcessHeap(), 0, length + 1));
-    if (search.found.text == nullptr) return;
-    std::copy_n(target, length, search.found.text);
-    search.found.length = length;
+    try {
+        UTKeepRelationship(reading, type, UTFindAttribute(attributes, "Target"));
+    } catch (const std::bad_alloc&) {
+        reading.outOfMemory = true;
+        UTXmlStop(*reading.parser);
+    }
+}
+
+// Returns false when memory is exhausted.
+bool UTReadInto(UTRelationships& relationships, HIOFILE part) {
+    UTReading reading = {&relationships, nullptr, false};
+    reading.parser = UTXmlNewParser(part, {UTCheckElement, nullptr}, &reading);
+    if (reading.parser == nullptr) return false;
+    static_cast<void>(UTXmlGoOn(*reading.parser));  // never pauses
+    const bool outOfMemory = reading.outOfMemory || UTXmlRanOutOfMemory(*reading.parser);
+    UTXmlFreeParser(*reading.parser);
+    return !outOfMemory;
 }
 
 // Works out the segments '.' and '..'. What is kept always ends with a '/' while segments follow.
@@ -99,17 +144,20 @@ std::size_t UTDecodeEscapes(char* target, std::size_t length) {
 
 }  // namespace
 
-UTPartName UTFindRelationshipTarget(HIOFILE relationships, std::string_view type) {
-    UTSearch search = {type, nullptr, {nullptr, 0}};
-    search.parser = UTXmlNewParser(relationships, {UTCheckElement, nullptr}, &search);
-    if (search.parser == nullptr) return search.found;
-    static_cast<void>(UTXmlGoOn(*search.parser));  // never pauses
-    UTXmlFreeParser(*search.parser);
-    if (search.found.text != nullptr) search.found.length = UTResolveTarget(search.found.text, search.found.length);
-    return search.found;
+UTRelationships* UTReadRelationships(HIOFILE part) {
+    auto* const relationships = UTNewRecord<UTRelationships>();
+    if (relationships == nullptr || UTReadInto(*relationships, part)) return relationships;
+    UTDeleteRecord(*relationships);
+    return nullptr;
 }
 
-void UTFreePartName(const UTPartName& name) { HeapFree(GetProcessHeap(), 0, name.text); }
+std::optional<std::string_view> UTFindTarget(const UTRelationships& relationships, std::string_view type) {
+    const auto found = relationships.targets.find(type);
+    if (found == relationships.targets.end() || !found->second) return std::nullopt;
+    return *found->second;
+}
+
+void UTFreeRelationships(UTRelationships& relationships) { UTDeleteRecord(relationships); }
 
 std::size_t UTResolveTarget(char* target, std::size_t length) {
     if (length > 0 && target[0] == '/') {

@@ -2,26 +2,32 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "fiid.h"
 
-// The name of a part, as a member of the package's archive. Without text there is none.
-struct UTPartName {
-    char* text;  // from the process heap; not NUL-terminated
-    std::size_t length;
-};
+// Of each type the first relationship that is not external.
+struct UTRelationships;
 
-// Reads a relationships part, from where its handle stands, up to the first relationship of a type that is not
-// external, and works out its target against the package's root. Relationships in front of a point where the part stops
-// being well-formed XML count, and so do those in front of damage. Returns no name when there is no such relationship,
-// it has no target, or memory is exhausted. The name is released with UTFreePartName.
-UTPartName UTFindRelationshipTarget(HIOFILE relationships, std::string_view type);
+// Bytes that are kept of one relationships part: types, targets, and relationshipOverhead for each type. Where more
+// would be kept, the part ends for the reader, as at an error.
+inline constexpr std::size_t relationshipsLimit = std::size_t{4} << 20;
+inline constexpr std::size_t relationshipOverhead = 128;
 
-void UTFreePartName(const UTPartName& name);
+// Reads a relationships part, from where its handle stands to its end. Relationships in front of a point where the part
+// stops being well-formed XML count, and so do those in front of damage and of a bound of the XML parser. Returns null
+// when memory is exhausted. The relationships are released with UTFreeRelationships.
+UTRelationships* UTReadRelationships(HIOFILE part);
 
-// Works a target of length bytes out against the package's root, in place: a leading '/' is dropped, the segments '.'
-// and
-// '..' are worked out ('..' at the root stays there), and then percent escapes are decoded; an escape that is none
+// The name of the part to which the first relationship of a type leads, as a member of the package's archive. There is
+// none when the part has no such relationship, or the first one has no target. The name lasts as long as the
+// relationships.
+std::optional<std::string_view> UTFindTarget(const UTRelationships& relationships, std::string_view type);
+
+void UTFreeRelationships(UTRelationships& relationships);
+
+// Works a target of length bytes out against the package's root, in place: a leading '/' is dropped, the segments "."
+// and ".." are worked out (".." at the root stays there), and then percent escapes are decoded; an escape that is none
 // stays as it is. Returns the new length, which is not above the old one.
 std::size_t UTResolveTarget(char* target, std::size_t length);

@@ -199,6 +199,69 @@ TEST(Part, IsFoundByRelationshipsInFrontOfAnErrorOrOfDamage) {
     EXPECT_EQ(ReadPart({damaged, {"part.xml", "bytes"}}).bytes, "bytes");
 }
 
+// ---- One pass ------------------------------------------------------------------------------------------------------
+
+// Packages whose relationships part has a namespace's address of 900,000 bytes and many prefixed attributes, behind one
+// relationship.
+std::string LongAddress(std::size_t tags) {
+    std::string content = Relationship("t", "part.xml") + "<x xmlns:p='" + std::string(900000, 'n') + "'>";
+    for (std::size_t tag = 0; tag < tags; ++tag) content += "<x p:a='' p:b='' p:c='' p:d='' p:e='' p:f=''/>";
+    return FIWriteZip({Packed("_rels/.rels", Relationships(content + "</x>")), {"part.xml", "bytes"}});
+}
+
+bool Opens(HPKGPACKAGE package, const char* type) {
+    HPKGPART part = nullptr;
+    const bool opened = PKGOpenFileByType(&part, 0, type, package) == 0;
+    PKGCloseFile(part);
+    return opened;
+}
+
+TEST(OnePass, FindsEveryTypeAndReadsTheRelationshipsOnce) {
+    const ZipMember relationships = {"_rels/.rels", Relationships(Relationship("t", "a") + Relationship("u", "b"))};
+    const auto host = FIMakeTestHandle(FIWriteZip({relationships, {"a", "1"}, {"b", "2"}}));
+    HPKGPACKAGE package = nullptr;
+    ASSERT_EQ(PKGInit(FIFileOf(*host), &package), 0);
+    EXPECT_FALSE(Opens(package, "v"));
+    const std::uint32_t reads = host->reads;
+    EXPECT_FALSE(Opens(package, "w"));
+    EXPECT_FALSE(Opens(package, ""));
+    EXPECT_EQ(host->reads, reads) << "the types that are not there cost nothing more";
+    EXPECT_TRUE(Opens(package, "t"));
+    EXPECT_TRUE(Opens(package, "u"));
+    EXPECT_TRUE(Opens(package, "t"));
+    PKGDeinit(package);
+}
+
+TEST(OnePass, EndsAtALongAddress) {
+    for (const std::size_t tags : {std::size_t{2000}, std::size_t{600000}}) {
+        const std::string bytes = LongAddress(tags);
+        EXPECT_LT(bytes.size(), 100000U);
+        const auto host = FIMakeTestHandle(bytes);
+        HPKGPACKAGE package = nullptr;
+        ASSERT_EQ(PKGInit(FIFileOf(*host), &package), 0);
+        const std::uint64_t before = host->bytesDelivered;
+        EXPECT_FALSE(Opens(package, "u"));
+        EXPECT_FALSE(Opens(package, "v"));
+        EXPECT_TRUE(Opens(package, "t"));
+        EXPECT_LE(host->bytesDelivered - before, 2 * bytes.size());
+        PKGDeinit(package);
+    }
+}
+
+TEST(OnePass, IsDoneAgainWhenMemoryWasExhausted) {
+    const OpenFile file(FIWriteZip({toPart, Packed("part.xml", "bytes")}));
+    HPKGPACKAGE package = nullptr;
+    ASSERT_EQ(PKGInit(file.File(), &package), 0);
+    for (std::uint32_t allocation = 0;; ++allocation) {
+        ASSERT_LT(allocation, 1000U);
+        FIFailAllocationsFrom(allocation);
+        const bool opened = Opens(package, "t");
+        FIHeapNeverFails();
+        if (opened) break;
+    }
+    PKGDeinit(package);
+}
+
 TEST(Part, HasAHandleThatSeeks) {
     const OpenFile file(FIWriteZip({toPart, Packed("part.xml", "0123456789")}));
     HPKGPACKAGE package = nullptr;

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
+#include <string_view>
 
 #include "support/process_heap.h"
 #include "support/test_handle.h"
@@ -67,12 +69,17 @@ INSTANTIATE_TEST_SUITE_P(Targets, ResolveTarget, testing::ValuesIn(targetCases),
 
 constexpr const char none[] = "(none)";
 
-// The part to which type "t" leads in a relationships part.
+// The part to which a type leads.
+std::string PartOf(const UTRelationships& relationships, std::string_view type) {
+    return std::string(UTFindTarget(relationships, type).value_or(none));
+}
+
+// The same in a relationships part.
 std::string PartOf(TestHandle& handle, const char* type = "t") {
     const std::size_t blocks = FIHeapBlocks();
-    const UTPartName name = UTFindRelationshipTarget(FIFileOf(handle), type);
-    const std::string part = name.text != nullptr ? std::string(name.text, name.length) : none;
-    UTFreePartName(name);
+    UTRelationships* const relationships = UTReadRelationships(FIFileOf(handle));
+    const std::string part = PartOf(*relationships, type);
+    UTFreeRelationships(*relationships);
     EXPECT_EQ(FIHeapBlocks(), blocks);
     return part;
 }
@@ -164,19 +171,109 @@ TEST(Relationships, LieWithinTheFirst64Mebibytes) {
     EXPECT_EQ(PartOf(*FIMakeTestHandle(open + std::string(blanks + 1, ' ') + relationship + "</Relationships>")), none);
 }
 
-TEST(Relationships, GiveNoneWhenMemoryIsExhausted) {
+std::string Relationship(const std::string& type, const std::string& target) {
+    return "<Relationship Type='" + type + "' Target='" + target + "'/>";
+}
+
+TEST(Relationships, OfAllTypesAreReadInOnePass) {
+    const auto handle = FIMakeTestHandle(Root(Relationship("t", "a") + Relationship("u", "b") +
+                                              "<Relationship Type='v' TargetMode='External' Target='c'/>" +
+                                              Relationship("t", "d") + "<Relationship Type='w'/>" +
+                                              Relationship("v", "e") + Relationship("w", "f") + Relationship("", "g")));
+    UTRelationships* const relationships = UTReadRelationships(FIFileOf(*handle));
+    const std::uint64_t delivered = handle->bytesDelivered;
+    EXPECT_EQ(delivered, handle->bytes.size());
+    EXPECT_EQ(PartOf(*relationships, "t"), "a");
+    EXPECT_EQ(PartOf(*relationships, "u"), "b");
+    EXPECT_EQ(PartOf(*relationships, "v"), "e") << "the first one is external";
+    EXPECT_EQ(PartOf(*relationships, "w"), none) << "the first one has no target";
+    EXPECT_EQ(PartOf(*relationships, ""), "g");
+    EXPECT_EQ(PartOf(*relationships, "x"), none);
+    EXPECT_EQ(handle->bytesDelivered, delivered);
+    UTFreeRelationships(*relationships);
+}
+
+TEST(Relationships, OfManyTypesAreAllFound) {
+    constexpr int count = 10000;
+    std::string content;
+    for (int index = 0; index < count; ++index) {
+        content += Relationship("t" + std::to_string(index), "a" + std::to_string(index));
+    }
+    const auto handle = FIMakeTestHandle(Root(content));
+    UTRelationships* const relationships = UTReadRelationships(FIFileOf(*handle));
+    for (int index = 0; index < count; ++index) {
+        ASSERT_EQ(PartOf(*relationships, "t" + std::to_string(index)), "a" + std::to_string(index));
+    }
+    UTFreeRelationships(*relationships);
+}
+
+// Relationships of so many types that all are kept, and the limit is met but for the size of one named "tt".
+std::string FillToTheLimit(std::size_t spare) {
+    const std::size_t each = relationshipsLimit / 8;
+    const std::size_t last = std::strlen("tt") + std::strlen("a") + relationshipOverhead;
+    std::string content;
+    for (char type = '0'; type < '8'; ++type) {
+        const std::size_t taken = 1 + relationshipOverhead + (type == '7' ? last + spare : 0);
+        content += Relationship(std::string(1, type), std::string(each - taken, 'n'));
+    }
+    return content;
+}
+
+TEST(Relationships, AreKeptToTheLimit) {
+    const std::string rest = Relationship("tt", "a") + Relationship("0", "b");
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(FillToTheLimit(0) + rest)), "tt"), "a");
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(FillToTheLimit(1) + rest)), "tt"), "a");
+    // One byte more, and the part ends there, also for what would have had room; what stands in front of it counts.
+    const std::string full = FillToTheLimit(0) + Relationship("tt", "ab") + Relationship("u", "");
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(full)), "tt"), none);
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(full)), "u"), none);
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(full)), "7").substr(0, 3), "nnn");
+}
+
+TEST(Relationships, OfATypeThatIsKeptTakeNoMore) {
+    std::string content = Relationship("t", "a");
+    const std::string again = Relationship("t", std::string(100000, 'n'));
+    for (std::size_t bytes = 0; bytes < relationshipsLimit; bytes += again.size()) content += again;
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(content + Relationship("u", "b"))), "u"), "b");
+}
+
+TEST(Relationships, InFrontOfALongAddressCount) {
+    const auto declare = [](std::size_t length) {
+        return "<Relationship xmlns:p='" + std::string(length, 'n') + "' Type='u' Target='b'/>";
+    };
+    for (const std::size_t length : {std::size_t{1024}, std::size_t{1025}, std::size_t{900000}}) {
+        const auto handle = FIMakeTestHandle(
+            Root(Relationship("t", "a") + declare(length) + Relationship("v", "c") + Relationship("t", "d")));
+        UTRelationships* const relationships = UTReadRelationships(FIFileOf(*handle));
+        const bool passes = length <= 1024;
+        EXPECT_EQ(PartOf(*relationships, "t"), "a");
+        EXPECT_EQ(PartOf(*relationships, "u"), passes ? "b" : none);
+        EXPECT_EQ(PartOf(*relationships, "v"), passes ? "c" : none);
+        UTFreeRelationships(*relationships);
+    }
+}
+
+TEST(Relationships, AreNotReadWhenMemoryIsExhausted) {
     const std::size_t blocks = FIHeapBlocks();
-    const std::string document = Root("<Relationship Type='t' Target='a'/>");
+    const std::string long1(100, '1');  // longer than what a string holds without the heap
+    const std::string long2(100, '2');
+    const std::string document = Root(Relationship("t", "a") + Relationship(long1, long2) + Relationship(long2, "b"));
     for (std::uint32_t allocation = 0;; ++allocation) {
         ASSERT_LT(allocation, 1000U);
         const auto handle = FIMakeTestHandle(document);
         FIFailAllocationsFrom(allocation);
-        const UTPartName name = UTFindRelationshipTarget(FIFileOf(*handle), "t");
+        UTRelationships* const relationships = UTReadRelationships(FIFileOf(*handle));
         FIHeapNeverFails();
-        const bool found = name.text != nullptr;
-        UTFreePartName(name);
+        if (relationships == nullptr) {
+            EXPECT_EQ(FIHeapBlocks(), blocks);
+            continue;
+        }
+        EXPECT_EQ(PartOf(*relationships, "t"), "a");
+        EXPECT_EQ(PartOf(*relationships, long1), long2);
+        EXPECT_EQ(PartOf(*relationships, long2), "b");
+        UTFreeRelationships(*relationships);
         EXPECT_EQ(FIHeapBlocks(), blocks);
-        if (found) break;
+        break;
     }
 }
 
