@@ -19,6 +19,8 @@
 
 #include "platform/base_utility.h"
 #include "platform/heap_allocator.h"
+#include "platform/repeated_read.h"
+#include "reader/read_handle.h"
 
 namespace {
 
@@ -231,11 +233,9 @@ std::uint64_t UTXmlNextPortion(const UTXmlParser& parser, std::uint64_t pending)
 // token be scanned for each read. Returns less at the end, or where a read fails.
 std::uint32_t UTXmlRead(HIOFILE file, std::byte* buffer, std::uint32_t size) {
     std::uint32_t filled = 0;
-    while (filled < size) {
-        std::uint32_t came = 0;
-        if (file->operations.IORead(file, buffer + filled, size - filled, &came) != 0 || came == 0) break;
-        filled += came;
-    }
+    static_cast<void>(UTRepeatRead(size, filled, [=](std::uint32_t at, std::uint32_t wanted, std::uint32_t& came) {
+        return FIReadHandle(file, buffer + at, wanted, came);
+    }));
     return filled;
 }
 
