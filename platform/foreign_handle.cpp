@@ -5,7 +5,7 @@
 
 #include "platform/byte_objects.h"
 #include "platform/repeated_read.h"
-#include "reader/read_handle.h"
+#include "reader/handle_block.h"
 
 namespace {
 

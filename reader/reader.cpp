@@ -2,7 +2,7 @@
 #include "reader/reader.h"
 
 #include "platform/base_utility.h"
-#include "reader/read_handle.h"
+#include "reader/handle_block.h"
 
 namespace {
 

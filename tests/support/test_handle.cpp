@@ -34,6 +34,7 @@ std::int32_t Read(HIOFILE file, void* destination, std::uint32_t size, std::uint
     std::memcpy(destination, handle.bytes.data() + handle.position, *count);
     handle.position += *count;
     handle.bytesDelivered += *count;
+    *count += handle.claimBeyond;
     return 0;
 }
 

@@ -30,6 +30,7 @@ struct TestHandle {
 
     // How awkward it is.
     std::uint32_t bytesPerRead = testNever;   // most bytes that one read delivers
+    std::uint32_t claimBeyond = 0;            // bytes that a read which delivers some claims besides
     std::uint32_t failReadsFrom = testNever;  // reads fail from the one with this number on, counted from 0
     std::uint32_t failSeeksFrom = testNever;  // seeks fail from the one with this number on
     bool failSeekFromEnd = false;             // seeks with origin 2 fail

@@ -1,5 +1,5 @@
-// Reading from a handle: what it tells of the count is believed up to the size asked for.
-#include "reader/read_handle.h"
+// Blocks of a handle: what it tells of the count is believed up to the size asked for.
+#include "reader/handle_block.h"
 
 #include <gtest/gtest.h>
 
@@ -46,6 +46,17 @@ TEST(ReadHandle, LeavesTheCountOfAHandleThatSetsNone) {
     std::uint32_t count = 7;
     EXPECT_EQ(FIReadHandle(FIFileOf(*handle), bytes, sizeof(bytes), count), -1);
     EXPECT_EQ(count, 7U);
+}
+
+TEST(ReadBlock, Has0WhereTheHandleSetsNoCount) {
+    const auto handle = FIMakeTestHandle("");
+    handle->file.operations.IORead = SilentRead;
+    FIReader reader = {};
+    FIReaderStart(reader, FIFileOf(*handle));
+    char bytes[16] = "";
+    std::uint32_t count = 7;
+    EXPECT_EQ(FIReadBlock(reader, bytes, sizeof(bytes), count), -1);
+    EXPECT_EQ(count, 0U);
 }
 
 TEST(Reader, DeliversNoMoreThanItsBufferHolds) {
