@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::int16_t success = 0;
 constexpr std::int16_t failure = -1;
-constexpr std::uint32_t openMode = 1;
 constexpr std::int16_t encodedTextTest = 4050;
 
 constexpr std::size_t nameBytes = 256;
@@ -127,7 +126,7 @@ std::int16_t FIIdFileEx(std::uint32_t specificationType, const void* specificati
                         char* name, std::uint16_t nameSize) {
     *fiid = 0;
     HIOFILE handle = nullptr;
-    if (IOOpen(&handle, specificationType, specification, openMode) != 0) return failure;
+    if (IOOpen(&handle, specificationType, specification, IOOpenRead) != 0) return failure;
     const std::int16_t status = FIIdHandle(handle, flags, fiid);
     static_cast<void>(handle->operations.IOClose(handle));
     if (status == success && name != nullptr) {

@@ -27,9 +27,7 @@
 
 namespace {
 
-constexpr std::uint32_t openMode = 1;
 constexpr std::uint32_t openFlags = 1;
-constexpr std::uint16_t originStart = 0;
 constexpr std::size_t classIdBytes = 16;
 
 // How much is looked at in one input; what hangs together in a damaged file can be endless.
@@ -92,8 +90,8 @@ std::int32_t CountingRead(HIOFILE file, void* destination, std::uint32_t size, s
 
 std::int32_t CountingSeek(HIOFILE file, std::uint16_t origin, std::int32_t offset) {
     CountingHandle& handle = CountingOf(file);
-    const std::uint64_t base = origin == originStart ? 0 : origin == 1 ? handle.position : handle.size;
-    const std::int64_t step = origin == originStart ? static_cast<std::uint32_t>(offset) : std::int64_t{offset};
+    const std::uint64_t base = origin == IOOriginStart ? 0 : origin == IOOriginCurrent ? handle.position : handle.size;
+    const std::int64_t step = origin == IOOriginStart ? static_cast<std::uint32_t>(offset) : std::int64_t{offset};
     if (step < 0 && static_cast<std::uint64_t>(-step) > base) return -1;
     handle.position = base + static_cast<std::uint64_t>(step);
     return 0;
@@ -144,7 +142,8 @@ void CheckStream(HIOFILE stream, Walk& walk, std::uint64_t size) {
         const auto place = NextPlace(walk) % static_cast<std::uint32_t>(bytes.size() + 70);
         const std::uint32_t wanted = NextPlace(walk) % sizeof(buffer);
         std::uint32_t count = 0;
-        Require(stream->operations.IOSeek(stream, originStart, static_cast<std::int32_t>(place)) == 0, "a seek works");
+        Require(stream->operations.IOSeek(stream, IOOriginStart, static_cast<std::int32_t>(place)) == 0,
+                "a seek works");
         Require(stream->operations.IORead(stream, buffer, wanted, &count) == 0, "a stream in memory can be read");
         const std::string expected = place < bytes.size() ? bytes.substr(place, wanted) : "";
         Require(std::string(buffer, count) == expected, "a stream delivers the same bytes from a place in the middle");
@@ -230,7 +229,7 @@ FIID Identify(HIOFILE file) {
 void CheckIdentification(const std::uint8_t* data, std::size_t size, FIID expected) {
     CountingHandle counting = {{countingOperations}, data, size, 0, 0};
     HIOFILE file = nullptr;
-    Require(IOOpen(&file, IOSpecHandle, &counting.file, openMode) == 0, "a host's handle opens");
+    Require(IOOpen(&file, IOSpecHandle, &counting.file, IOOpenRead) == 0, "a host's handle opens");
     Require(Identify(file) == expected, "the answer is the same over another handle");
     file->operations.IOClose(file);
     Require(counting.delivered <= readingAllowance + readingsOfEachByte * size,
@@ -242,7 +241,7 @@ void CheckIdentification(const std::uint8_t* data, std::size_t size, FIID expect
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const IOMemorySpec memory = {data, size, ""};
     HIOFILE file = nullptr;
-    Require(IOOpen(&file, IOSpecMemory, &memory, openMode) == 0, "memory opens");
+    Require(IOOpen(&file, IOSpecMemory, &memory, IOOpenRead) == 0, "memory opens");
     // One input in eight is identified, the others are looked through: doing both would leave time for fewer inputs.
     const std::uint32_t chosen = FuzzHash({reinterpret_cast<const char*>(data), size}) % 8;
     if (chosen == 0) {

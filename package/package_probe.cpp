@@ -180,10 +180,6 @@ constexpr FIKindRow kindTable[] = {
     {"presentation", 1633},
 };
 
-// Selector 39 with member 2 and a 0 is a setting of the archive's handle, made once, before a member is opened.
-constexpr std::uint32_t archiveSelector = 39;
-constexpr std::uint32_t archiveMember = 2;
-
 FIID FIProbeMimetype(HIOFILE member) {
     char text[prefixLength + 1] = {};
     // Quirk: the statuses are not looked at, and the count of the first read stands where the second sets none.
@@ -202,10 +198,11 @@ FIID FIProbeMimetype(HIOFILE member) {
 FIID FIProbeArchive(HIOFILE file) {
     HIOFILE archive = file;
     if (file->operations.IOOpenSub(&archive, IOSUB_ARCHIVE, nullptr, 0) != 0) return plainArchive;
+    // A setting of the archive's handle, made once, before a member is opened.
     const std::uint32_t value = 0;
     // Quirk: where the setting is refused the archive's handle stays open. A handle of the platform layer frees it when
     // the file is closed.
-    if (IOSetInfo(archive, archiveSelector, archiveMember, &value) != 0) return plainArchive;
+    if (IOSetInfo(archive, IOSetInfoArchive, IOSetInfoArchiveMember, &value) != 0) return plainArchive;
 
     IOSubMemberSpec specification = {};
     static_assert(sizeof(specification) == 520);

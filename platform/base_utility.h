@@ -1,7 +1,9 @@
 /* base_utility.h - the base utility library: what the identification core imports for files, names and options.
  *
  * libfiid-platform implements it over POSIX. A host that has its own file access may replace that library by one with
- * the same functions. C99 and C++; a status is 0 for success.
+ * the same functions. All functions of this header are part of that contract, with their names as they are: HeapAlloc,
+ * lstrcmpiA and their like too, which the core calls for memory and for names. C99 and C++; a status is 0 for success.
+ * No function throws.
  */
 #ifndef FIID_BASE_UTILITY_H
 #define FIID_BASE_UTILITY_H
@@ -19,8 +21,7 @@
 extern "C" {
 #endif
 
-/* ---- Start and end ------------------------------------------------------------------------------------------------
- */
+/* ---- Start and end ----------------------------------------------------------------------------------------------- */
 
 /* Starts the library. Calls nest; each takes one UTDeInit. The context is not used: pass null. Always returns 0. */
 int16_t UTInit(void* context);
@@ -28,8 +29,7 @@ int16_t UTInit(void* context);
 /* Ends the library; the last one forgets the options that were set. Returns -1 without a matching UTInit. */
 int16_t UTDeInit(void* context);
 
-/* ---- Opening ------------------------------------------------------------------------------------------------------
- */
+/* ---- Opening ----------------------------------------------------------------------------------------------------- */
 
 /* What IOOpen takes: the type of the description of an object and, behind the dash, what the pointer points to. */
 enum {
@@ -54,17 +54,23 @@ typedef struct IODescriptorSpec {
     const char* name; /* the name that IOInfoName reports, or null for none */
 } IODescriptorSpec;
 
+/* What the objects are opened for: the mode of IOOpen. */
+enum { IOOpenRead = 1 };
+
 /* Opens an object for reading and stores the new handle, which the caller closes with its IOClose. Regular files
  * (symbolic links followed) and block devices open; anything else, such as a directory, a FIFO, a socket or a character
- * device, is refused without blocking. mode is 1. Returns 0, or -1 with *handle null and errno telling the reason. */
+ * device, is refused without blocking. mode is IOOpenRead. Returns 0, or -1 with *handle null and errno telling the
+ * reason. */
 int32_t IOOpen(HIOFILE* handle, uint32_t specificationType, const void* specification, uint32_t mode);
 
-/* Sets a property of a handle. The one known is 39 with member 2 on an archive handle, a uint32_t of 0; it returns 0.
- */
+/* The one property of a handle that can be set: of an archive handle, a uint32_t of 0. */
+enum { IOSetInfoArchive = 39, IOSetInfoArchiveMember = 2 };
+
+/* Sets a property of a handle. Returns 0 for IOSetInfoArchive with its member IOSetInfoArchiveMember on the handle of
+ * an archive, or -1. */
 int32_t IOSetInfo(HIOFILE handle, uint32_t selector, uint32_t member, const void* value);
 
-/* ---- Strings and options ------------------------------------------------------------------------------------------
- */
+/* ---- Strings and options ----------------------------------------------------------------------------------------- */
 
 /* Key of the display name of a format identifier: the identifier with this bit set. */
 enum { UTStringKeyFormat = 0x10000 };
@@ -93,8 +99,7 @@ int16_t UTSetOption(UTOptionSet* set, uint32_t option, const void* value, uint32
 /* Compares two NUL-terminated strings without regard to the case of ASCII letters: below 0, 0, or above 0. */
 int32_t lstrcmpiA(const char* first, const char* second);
 
-/* ---- The process heap ---------------------------------------------------------------------------------------------
- */
+/* ---- The process heap -------------------------------------------------------------------------------------------- */
 
 /* The heap of the process; malloc's. */
 void* GetProcessHeap(void);
@@ -105,8 +110,7 @@ void* HeapAlloc(void* heap, uint32_t flags, size_t size);
 /* Frees a block of HeapAlloc; null is let pass. Returns 1. */
 int32_t HeapFree(void* heap, uint32_t flags, void* block);
 
-/* ---- XML ----------------------------------------------------------------------------------------------------------
- */
+/* ---- XML --------------------------------------------------------------------------------------------------------- */
 
 /* An XML reader. */
 typedef struct UTXmlReader* HUTXML;

@@ -3,16 +3,9 @@
 #include "platform/base_utility.h"
 #include "platform/zip/archive.h"
 
-namespace {
-
-constexpr std::uint32_t archiveSelector = 39;
-constexpr std::uint32_t archiveMember = 2;
-
-}  // namespace
-
 extern "C" std::int32_t IOSetInfo(HIOFILE handle, std::uint32_t selector, std::uint32_t member, const void*) {
     const UTHandle* const known = UTFindHandle(handle);
     const bool settable =
-        known != nullptr && UTIsArchive(*known) && selector == archiveSelector && member == archiveMember;
+        known != nullptr && UTIsArchive(*known) && selector == IOSetInfoArchive && member == IOSetInfoArchiveMember;
     return settable ? 0 : -1;
 }

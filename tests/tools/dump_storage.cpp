@@ -18,7 +18,6 @@
 
 namespace {
 
-constexpr std::uint32_t openMode = 1;
 constexpr std::size_t classIdBytes = 16;
 constexpr std::uint32_t deepestStorage = 64;  // a damaged file may nest without end
 
@@ -89,7 +88,7 @@ int main(int argumentCount, char** arguments) {
         return 2;
     }
     HIOFILE file = nullptr;
-    if (IOOpen(&file, IOSpecNarrow, arguments[1], openMode) != 0) {
+    if (IOOpen(&file, IOSpecNarrow, arguments[1], IOOpenRead) != 0) {
         std::fprintf(stderr, "dump_storage: %s can't be opened\n", arguments[1]);
         return 2;
     }
