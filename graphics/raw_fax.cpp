@@ -18,11 +18,12 @@
 #include <cstddef>
 #include <iterator>
 
+#include "reader/handle_block.h"
+
 namespace {
 
 constexpr FIID rawFaxFormat = 1505;
 
-constexpr std::uint16_t originStart = 0;
 constexpr std::uint32_t scanSize = 2048;
 constexpr std::size_t roomSize = 4096;  // a bit cursor may come to stand a little behind the data
 
@@ -161,8 +162,6 @@ std::uint16_t FIScanFaxBuffer(std::uint8_t* buffer, std::uint16_t count) {
 FIID FIProbeRawFax(FIReader& reader) {
     std::uint8_t buffer[roomSize];
     std::uint32_t count = 0;
-    const IOOperations& operations = reader.file->operations;
-    if (operations.IOSeek(reader.file, originStart, 0) != 0) return 0;
-    if (operations.IORead(reader.file, buffer, scanSize, &count) != 0) return 0;
+    if (FIRewindHandle(reader) != 0 || FIReadBlock(reader, buffer, scanSize, count) != 0) return 0;
     return FIScanFaxBuffer(buffer, static_cast<std::uint16_t>(count)) != 0 ? rawFaxFormat : FIID{0};
 }

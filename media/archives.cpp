@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <iterator>
 
+#include "reader/handle_block.h"
 #include "reader/reader.h"
 
 namespace {
@@ -26,7 +27,6 @@ constexpr FIID zipStubFormat = 1803;
 constexpr FIID tarFormat = 1807;
 constexpr FIID lhaStubFormat = 1814;
 
-constexpr std::uint16_t originStart = 0;
 constexpr std::uint16_t originEnd = 2;
 
 // ---- ZIP
@@ -176,21 +176,17 @@ std::int32_t FICheckTarHeader(const std::uint8_t* block) {
 }
 
 FIID FIProbeTar(FIReader& reader) {
-    const HIOFILE file = reader.file;
     std::uint8_t block[tarBlockSize] = {};
     std::uint32_t count = 0;
-    if (file->operations.IOSeek(file, originStart, 0) != 0) return 0;
-    if (file->operations.IORead(file, block, tarBlockSize, &count) != 0) return 0;
+    if (FIRewindHandle(reader) != 0 || FIReadBlock(reader, block, tarBlockSize, count) != 0) return 0;
     return FICheckTarHeader(block) == 0 ? tarFormat : FIID{0};
 }
 
 FIID FIProbeLhaStub(FIReader& reader) {
-    const HIOFILE file = reader.file;
     std::uint8_t block[lhaBlockSize] = {};  // for a handle that tells a count and delivers nothing
     std::uint32_t count = 0;
-    static_cast<void>(file->operations.IOSeek(file, originStart, 0));
-    static_cast<void>(file->operations.IORead(file, block, lhaBlockSize, &count));
-    count = std::min(count, lhaBlockSize);
+    static_cast<void>(FIRewindHandle(reader));
+    static_cast<void>(FIReadBlock(reader, block, lhaBlockSize, count));
     for (std::uint32_t start = 0; start + lhaLevelOffset < count; ++start) {
         if (FIIsLhaHeader(block + start)) return lhaStubFormat;
     }

@@ -29,6 +29,7 @@
 
 #include "platform/base_utility.h"
 #include "platform/package_library.h"
+#include "reader/handle_block.h"
 
 namespace {
 
@@ -130,8 +131,8 @@ FIID FIReadTags(HUTXML& xml) {
 bool FIStartsWithBinaryRecords(HIOFILE part) {
     std::uint8_t start[sizeof(binaryRecordStart)] = {};
     std::uint32_t count = 0;
-    static_cast<void>(part->operations.IOSeek(part, 0, 0));
-    static_cast<void>(part->operations.IORead(part, start, sizeof(start), &count));
+    static_cast<void>(part->operations.IOSeek(part, IOOriginStart, 0));
+    static_cast<void>(FIReadHandle(part, start, sizeof(start), count));
     return count == sizeof(start) && std::ranges::equal(start, binaryRecordStart);
 }
 
@@ -184,10 +185,10 @@ FIID FIProbeMimetype(HIOFILE member) {
     char text[prefixLength + 1] = {};
     // Quirk: the statuses are not looked at, and the count of the first read stands where the second sets none.
     std::uint32_t count = 0;
-    static_cast<void>(member->operations.IORead(member, text, prefixLength, &count));
+    static_cast<void>(FIReadHandle(member, text, prefixLength, count));
     text[count] = '\0';
     if (lstrcmpiA(text, openDocumentPrefix) != 0) return plainArchive;
-    static_cast<void>(member->operations.IORead(member, text, kindCapacity, &count));
+    static_cast<void>(FIReadHandle(member, text, kindCapacity, count));
     text[count] = '\0';
     for (const FIKindRow& row : kindTable) {
         if (std::strncmp(text, row.kind.data(), row.kind.size()) == 0) return row.fiid;

@@ -13,6 +13,7 @@
 #include <cstdint>
 
 #include "catalogue/format_not_known.h"
+#include "reader/handle_block.h"
 #include "reader/reader.h"
 
 namespace {
@@ -69,7 +70,7 @@ std::uint16_t FIReadBodyVersion(HIOFILE plain) {
     std::uint8_t bytes[2] = {0, 0};
     std::uint32_t count = 0;
     static_cast<void>(plain->operations.IOSeek(plain, originStart, versionInBody));
-    static_cast<void>(plain->operations.IORead(plain, bytes, sizeof(bytes), &count));
+    static_cast<void>(FIReadHandle(plain, bytes, sizeof(bytes), count));
     return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
 }
 

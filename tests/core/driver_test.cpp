@@ -171,6 +171,26 @@ TEST(Driver, UnreadableFileComesOutThroughTheExtensionOrAsText) {
     EXPECT_EQ(Identify(*handle), byExtension);
 }
 
+// Every read is full, so a count that is cut to what was asked for is the true one.
+TEST(Driver, HandleThatClaimsMoreThanItWasAskedForIsReadAsFarAsItWasAsked) {
+    const std::string zeros(10000, '\0');
+    const std::string text(10000, 'x');
+    const std::string starts[] = {
+        "",        "GIF89a", "#define a_width 1\n", "PK\3\4", "<?xml version=\"1.0\"?><a>", "S      1", "MZ",
+        "{\\rtf1", "x-lh5-", "\x1\x80\x1\x80"};
+    for (const std::string& start : starts) {
+        for (const std::string& rest : {zeros, text}) {
+            const auto handle = FIMakeTestHandle(start + rest, "a.b");
+            const FIID answer = Identify(*handle, FIFlagExtendedText);
+            for (const std::uint32_t beyond : {1U, 63U, 0x7000U, 0xF000U, 0xFFFF0000U}) {
+                handle->claimBeyond = beyond;
+                EXPECT_EQ(Identify(*handle, FIFlagExtendedText), answer) << start << " " << beyond;
+                EXPECT_EQ(FIIdSpecial(FIFileOf(*handle), 4050), 0);
+            }
+        }
+    }
+}
+
 TEST(Driver, ExhaustedMemoryIsAFailureWith1999) {
     const auto handle = FIMakeTestHandle("GIF89a");
     handle->position = 3;
