@@ -18,8 +18,7 @@ FIID Identify(TestHandle& handle, std::uint32_t flags = 0) {
     return fiid;
 }
 
-// ---- The extension
-// ----------------------------------------------------------------------------------------------------
+// ---- The extension --------------------------------------------------------------------------------------------------
 
 // 1522 is HP-GL, told by the extension PGL alone.
 constexpr FIID byExtension = 1522;
@@ -140,8 +139,7 @@ TEST(Driver, NameOfATypeThatIsNotKnownIsNarrow) {
     }
 }
 
-// ---- The walk
-// ---------------------------------------------------------------------------------------------------------
+// ---- The walk -------------------------------------------------------------------------------------------------------
 
 TEST(Driver, FirstRowWithAResultDecides) {
     std::uint16_t row = 0;
@@ -210,8 +208,7 @@ TEST(Driver, NothingIsLeaked) {
     }
 }
 
-// ---- Storages
-// ---------------------------------------------------------------------------------------------------------
+// ---- Storages -------------------------------------------------------------------------------------------------------
 
 std::unique_ptr<TestHandle> MakeStorage(const char* classId) {
     auto handle = FIMakeTestHandle("\xD0\xCF\x11\xE0 and so on");
@@ -252,8 +249,7 @@ TEST(Driver, StorageWithoutAClassIdentifierIsAPlainFile) {
     EXPECT_EQ(Identify(*handle, FIFlagExtendedText), 4022);
 }
 
-// ---- Extended text identification
-// ------------------------------------------------------------------------------------
+// ---- Extended text identification -----------------------------------------------------------------------------------
 
 TEST(Driver, TextIsToldWhenTheFlagIsSet) {
     const auto handle = FIMakeTestHandle("plain text");
@@ -276,8 +272,7 @@ TEST(Driver, TextIsToldWhenTheOptionAllowsIt) {
     EXPECT_EQ(Identify(*handle), formatNotKnown) << "no option set";
 }
 
-// ---- Files
-// ------------------------------------------------------------------------------------------------------------
+// ---- Files ----------------------------------------------------------------------------------------------------------
 
 TEST(Driver, FileThatCannotBeOpenedIsAFailureWith0) {
     FIID fiid = 77;
@@ -326,8 +321,7 @@ TEST(Driver, FileExNamesAnUnknownFormatToo) {
     EXPECT_STRNE(name, "");
 }
 
-// ---- Special tests
-// ----------------------------------------------------------------------------------------------------
+// ---- Special tests --------------------------------------------------------------------------------------------------
 
 TEST(Driver, SpecialKnowsOneTest) {
     const auto handle = FIMakeTestHandle("begin 644 a.txt\n");

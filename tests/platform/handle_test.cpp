@@ -87,8 +87,7 @@ Handle OverMemory(const std::string& bytes, const char* name = nullptr) {
     return Handle(file);
 }
 
-// ---- Positions
-// --------------------------------------------------------------------------------------------------------
+// ---- Positions ------------------------------------------------------------------------------------------------------
 
 TEST(Handle, SeeksFromTheStart) {
     const std::string bytes = "abcdef";
@@ -180,8 +179,7 @@ TEST(Handle, PlainBytesAreNoStorageAndHoldNone) {
     EXPECT_NE(handle.File()->operations.IOOpenSub(&out, IOSUB_STORAGE, &object, 1), 0);
 }
 
-// ---- The guard against endless reading
-// -------------------------------------------------------------------------------
+// ---- The guard against endless reading ------------------------------------------------------------------------------
 
 TEST(Handle, DeliversALineFeedAfter65536EmptyReads) {
     const std::string bytes = "ab";
@@ -212,8 +210,7 @@ TEST(Handle, EmptyRequestsDoNotCount) {
     EXPECT_EQ(handle.Read(1), "");
 }
 
-// ---- Names
-// ------------------------------------------------------------------------------------------------------------
+// ---- Names ----------------------------------------------------------------------------------------------------------
 
 TEST(Handle, NameIsWithoutDirectories) {
     const TemporaryDirectory directory;
@@ -264,8 +261,7 @@ TEST(Handle, LongWideNameKeepsItsLast127Units) {
     EXPECT_EQ(WideName(handle), std::u16string(name.begin() + 1, name.end()));
 }
 
-// ---- What opens and what does not
-// --------------------------------------------------------------------------------------
+// ---- What opens and what does not -----------------------------------------------------------------------------------
 
 TEST(Open, RefusesWhatIsNoFileWithoutBlocking) {
     const TemporaryDirectory directory;
@@ -360,8 +356,7 @@ TEST(Open, DescriptorOfAPipeIsRefused) {
     close(ends[1]);
 }
 
-// ---- Plain files
-// ------------------------------------------------------------------------------------------------------
+// ---- Plain files ----------------------------------------------------------------------------------------------------
 
 TEST(PlainFile, DeliversTheSameBytesInsideAcrossAndBehindItsWindow) {
     std::string bytes(20000, '\0');
@@ -403,8 +398,7 @@ TEST(PlainFile, WithoutAToldSizeIsReadAllTheSame) {
     EXPECT_EQ(handle.Read(5), "Name:");
 }
 
-// ---- Ranges and derived streams
-// ----------------------------------------------------------------------------------------
+// ---- Ranges and derived streams -------------------------------------------------------------------------------------
 
 HIOFILE OpenRange(HIOFILE parent, std::uint32_t start, std::uint32_t end) {
     const IOSubRangeSpec range = {parent, start, end};
@@ -474,8 +468,7 @@ TEST(SubObjects, ParentOfAnotherLayerIsRefused) {
     EXPECT_NE(handle.File()->operations.IOOpenSub(&out, IOSUB_RANGE, &range, 1), 0);
 }
 
-// ---- A host's handle
-// ---------------------------------------------------------------------------------------------------
+// ---- A host's handle ------------------------------------------------------------------------------------------------
 
 TEST(ForeignHandle, ShowsTheBytesAndTheNameOfAHostsHandle) {
     const auto host = FIMakeTestHandle("abcdefgh", "a.doc");
