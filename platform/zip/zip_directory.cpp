@@ -6,18 +6,16 @@
 //    0  4  'P' 'K' 05 06            0  4  'P' 'K' 06 07             0  4  'P' 'K' 06 06
 //   12  4  size of the directory    8  8  offset of the end record 40  8  size of the directory
 //   16  4  offset of the directory                                 48  8  offset of the directory
-//   20  2  length of the comment
-//          that follows
+//          a comment follows
 //
 //   Directory entry, 46 bytes      Local header, 30 bytes          Block of an extra field, 4 bytes and its data
 //    0  4  'P' 'K' 01 02            0  4  'P' 'K' 03 04             0  2  kind
 //    8  2  flags                   26  2  length of the name        2  2  length of its data
 //   10  2  method                  28  2  length of the extra
-//   16  4  CRC-32                         field
-//   20  4  packed size                                             Zip64 block, kind 1: those of the entry's sizes and
-//   24  4  size                                                    offset, in 8 bytes each, whose field in the entry is
-//   28  2  length of the name                                      FFFFFFFF; in the order size, packed size, offset.
-//   30  2  length of the extra field
+//   20  4  packed size                    field
+//   24  4  size                                                    Zip64 block, kind 1: those of the entry's sizes and
+//   28  2  length of the name                                      offset, in 8 bytes each, whose field in the entry is
+//   30  2  length of the extra field                               FFFFFFFF; in the order size, packed size, offset.
 //   32  2  length of the comment
 //   42  4  offset of the local header
 //          name, extra field and comment follow
@@ -66,7 +64,30 @@ bool ZAHasSignature(const std::uint8_t* bytes, const std::uint8_t (&signature)[s
     return std::equal(signature, signature + signatureSize, bytes);
 }
 
-// ---- Reading in order ----------------------------------------------------------------------------------------------
+// ---- Reading -------------------------------------------------------------------------------------------------------
+
+// Reads at most size bytes at an offset, and stops as soon as it has the needed ones. Returns how many came; fewer than
+// needed when the file ends or fails in front of them.
+std::uint32_t ZARead(UTHandle& file, std::uint64_t offset, std::uint8_t* bytes, std::uint32_t needed,
+                     std::uint32_t size) {
+    std::uint32_t filled = 0;
+    while (filled < needed) {
+        std::uint32_t came = 0;
+        if (UTReadAt(file, offset + filled, bytes + filled, size - filled, came) != 0 || came == 0) break;
+        filled += came;
+    }
+    return filled;
+}
+
+// Reads exactly size bytes.
+bool ZAReadFully(UTHandle& file, std::uint64_t offset, std::uint8_t* bytes, std::uint32_t size) {
+    return ZARead(file, offset, bytes, size, size) == size;
+}
+
+bool ZALocalHeaderStandsAt(UTHandle& file, std::uint64_t offset) {
+    std::uint8_t bytes[signatureSize];
+    return ZAReadFully(file, offset, bytes, signatureSize) && ZAHasSignature(bytes, localHeaderSignature);
+}
 
 constexpr std::uint32_t scannerBytes = 16384;
 
@@ -97,16 +118,13 @@ const std::uint8_t* ZALook(ZAScanner& scanner, std::uint32_t size) {
     if (scanner.filled < size) {
         std::memmove(scanner.buffer, scanner.buffer + scanner.begin, scanner.filled);
         scanner.begin = 0;
-    }
-    while (scanner.filled < size) {
-        const auto wanted = static_cast<std::uint32_t>(
+        const auto room = static_cast<std::uint32_t>(
             std::min<std::uint64_t>(scannerBytes - scanner.filled, scanner.end - scanner.next));
-        std::uint32_t came = 0;
-        if (UTReadAt(*scanner.file, scanner.next, scanner.buffer + scanner.filled, wanted, came) != 0 || came == 0) {
-            return nullptr;
-        }
+        const std::uint32_t came =
+            ZARead(*scanner.file, scanner.next, scanner.buffer + scanner.filled, size - scanner.filled, room);
         scanner.next += came;
         scanner.filled += came;
+        if (scanner.filled < size) return nullptr;
     }
     return scanner.buffer + scanner.begin;
 }
@@ -225,17 +243,6 @@ struct ZAEndRecord {
     std::uint64_t directoryOffset;
 };
 
-// Reads exactly size bytes.
-bool ZAReadFully(UTHandle& file, std::uint64_t offset, std::uint8_t* bytes, std::uint32_t size) {
-    ZAScanner scanner;
-    if (offset + size < offset) return false;
-    ZAStartScan(scanner, file, offset, offset + size);
-    const std::uint8_t* const found = ZALook(scanner, size);
-    if (found == nullptr) return false;
-    std::copy_n(found, size, bytes);
-    return true;
-}
-
 // Whether all entries of a directory at that place can be read. budget is what may still be read for that, in bytes.
 bool ZATryPlace(UTHandle& file, const ZADirectory& place, std::uint64_t& budget) {
     if (place.size > budget) return false;
@@ -247,7 +254,14 @@ bool ZATryPlace(UTHandle& file, const ZADirectory& place, std::uint64_t& budget)
     return readable;
 }
 
-// Tries the place that an end record tells, then the one directly in front of the record.
+// Whether an archive that begins at that offset, not 0, is one inside another that the file begins with. An archive
+// that was cut has lost its directory, and a whole one among its members does not answer for it.
+bool ZALiesInAnother(UTHandle& file, std::uint64_t archiveStart) {
+    return ZALocalHeaderStandsAt(file, 0) && ZALocalHeaderStandsAt(file, archiveStart);
+}
+
+// Tries the place that an end record tells, counted from the file's start, then the one directly in front of the
+// record: the archive may have gained or lost bytes since its offsets were written.
 bool ZATryEndRecord(UTHandle& file, const ZAEndRecord& record, std::uint64_t& budget, ZADirectory& directory) {
     if (record.directorySize > record.position) return false;
     const std::uint64_t lastStart = record.position - record.directorySize;
@@ -255,8 +269,8 @@ bool ZATryEndRecord(UTHandle& file, const ZAEndRecord& record, std::uint64_t& bu
         directory = {record.directoryOffset, record.directorySize, 0};
         if (ZATryPlace(file, directory, budget)) return true;
     }
-    if (record.directorySize == 0 || record.directoryOffset == lastStart) return false;
     directory = {lastStart, record.directorySize, lastStart - record.directoryOffset};
+    if (directory.shift == 0 || ZALiesInAnother(file, directory.shift)) return false;
     return ZATryPlace(file, directory, budget);
 }
 
@@ -278,11 +292,10 @@ bool ZAReadZip64EndRecord(UTHandle& file, std::uint64_t endPosition, ZAEndRecord
     return false;
 }
 
-bool ZATryEndPosition(UTHandle& file, std::uint64_t position, std::uint64_t fileSize, std::uint64_t& budget,
-                      ZADirectory& directory) {
+// The length of the comment that follows the record is not looked at: a comment that was cut is of no harm.
+bool ZATryEndPosition(UTHandle& file, std::uint64_t position, std::uint64_t& budget, ZADirectory& directory) {
     std::uint8_t bytes[endRecordSize];
     if (!ZAReadFully(file, position, bytes, endRecordSize)) return false;
-    if (position + endRecordSize + ZAWord(bytes + 20) > fileSize) return false;
     ZAEndRecord record;
     if (ZAReadZip64EndRecord(file, position, record) && ZATryEndRecord(file, record, budget, directory)) return true;
     record = {position, ZADWord(bytes + 12), ZADWord(bytes + 16)};
@@ -306,7 +319,7 @@ bool ZAFindDirectory(UTHandle& file, ZADirectory& directory) {
         if (!ZAReadFully(file, start, window, starts + signatureSize - 1)) return false;
         for (std::uint32_t index = starts; index-- > 0;) {
             if (!ZAHasSignature(window + index, endRecordSignature)) continue;
-            if (ZATryEndPosition(file, start + index, fileSize, budget, directory)) return true;
+            if (ZATryEndPosition(file, start + index, budget, directory)) return true;
         }
         behind = start;
     }
@@ -323,8 +336,8 @@ bool ZAFindEntry(UTHandle& file, const ZADirectory& directory, std::string_view 
 bool ZAFindData(UTHandle& file, const ZADirectory& directory, const ZAEntry& entry, std::uint64_t& offset) {
     const std::uint64_t position = entry.headerOffset + directory.shift;
     std::uint8_t header[localHeaderSize];
-    if (!ZAReadFully(file, position, header, localHeaderSize)) return false;
-    if (!ZAHasSignature(header, localHeaderSignature)) return false;
+    if (!ZAReadFully(file, position, header, localHeaderSize) || !ZAHasSignature(header, localHeaderSignature))
+        return false;
     offset = position + localHeaderSize + ZAWord(header + 26) + ZAWord(header + 28);
     return true;
 }

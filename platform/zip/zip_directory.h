@@ -31,9 +31,11 @@ struct ZAEntry {
 // A larger directory is not read: it would have some two million members or more, and a look-up would take seconds.
 inline constexpr std::uint64_t largestZipDirectory = std::uint64_t{256} << 20;
 
-// Finds the directory of the archive in a file: the one of the last end record behind which every entry can be read.
-// The counts of members and of volumes are not looked at, for the directory's size says it all. Returns whether there
-// is one.
+// Finds the directory of the archive in a file: the one of the last end record that leads to a place where every entry
+// can be read. A zip64 record counts before the end record's own fields, and the place that is told before the one
+// directly in front of the record. Neither the comment behind the record is looked at nor the counts of members and of
+// volumes, for the directory's size says it all. An archive that was cut behind an archive among its members is none.
+// All directories that are tried stay within largestZipDirectory together. Returns whether there is one.
 bool ZAFindDirectory(UTHandle& file, ZADirectory& directory);
 
 // Finds the first entry of a name, by its bytes; without regard to the case of ASCII letters if anyCase. Returns

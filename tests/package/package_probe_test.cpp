@@ -313,9 +313,27 @@ TEST(ProbePackage, AFileThatIsNoArchiveIsThePlainOne) {
     EXPECT_EQ(AnswerOf(cut), 1802);
 }
 
-TEST(ProbePackage, AnArchiveBehindAnotherArchiveIsTheOneMeant) {
-    EXPECT_EQ(AnswerOf(ArchiveOf(std::string(prefix) + "text") + PackageOf(wordDocument)), 1312);
-    EXPECT_EQ(AnswerOf(PackageOf(wordDocument) + ArchiveOf(std::string(prefix) + "text")), 1309);
+TEST(ProbePackage, AnArchiveBehindAnotherArchiveIsNotTheOneMeant) {
+    EXPECT_EQ(AnswerOf(ArchiveOf(std::string(prefix) + "text") + PackageOf(wordDocument)), 1309);
+    EXPECT_EQ(AnswerOf(PackageOf(wordDocument) + ArchiveOf(std::string(prefix) + "text")), 1312);
+}
+
+TEST(ProbePackage, AnArchiveThatWasCutIsNotWhatAPackageInsideItIs) {
+    const std::string inner = PackageOf(wordDocument);
+    const std::string outer = FIWriteZip({{"front", "x"}, {"inner", inner}, {"behind", "y"}});
+    const std::size_t behindInner = outer.find(inner) + inner.size();
+    EXPECT_EQ(AnswerOf(outer), 1802);
+    EXPECT_EQ(AnswerOf(outer.substr(0, behindInner)), 1802);
+    EXPECT_EQ(AnswerOf(outer.substr(0, behindInner + 10)), 1802);
+}
+
+TEST(ProbePackage, AnArchiveThatLostOrGainedBytesIsStillTold) {
+    const std::string text = std::string(prefix) + "text";
+    const std::string archive = FIWriteZip({{"x", "some bytes"}, {"mimetype", text}}, {.comment = "comment"});
+    EXPECT_EQ(AnswerOf(archive), 1309);
+    EXPECT_EQ(AnswerOf(archive.substr(0, archive.size() - 3)), 1309);
+    EXPECT_EQ(AnswerOf(archive.substr(0, 33) + archive.substr(36)), 1309);
+    EXPECT_EQ(AnswerOf(archive.substr(0, 33) + "gained" + archive.substr(33)), 1309);
 }
 
 }  // namespace

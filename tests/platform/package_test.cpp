@@ -56,13 +56,17 @@ ReadResult ReadPart(HIOFILE file, const char* type = "t") {
     return result;
 }
 
-ReadResult ReadPart(const std::vector<ZipMember>& members, const char* type = "t") {
+ReadResult ReadPart(const std::string& bytes, const char* type = "t") {
     const std::size_t blocks = FIHeapBlocks();
-    OpenFile file(FIWriteZip(members));
+    OpenFile file(bytes);
     const ReadResult result = ReadPart(file.File(), type);
     file.Close();
     EXPECT_EQ(FIHeapBlocks(), blocks);
     return result;
+}
+
+ReadResult ReadPart(const std::vector<ZipMember>& members, const char* type = "t") {
+    return ReadPart(FIWriteZip(members), type);
 }
 
 const ZipMember toPart = Packed("_rels/.rels", Relationships(Relationship("t", "part.xml")));
@@ -75,6 +79,22 @@ TEST(Package, IsAnArchiveWithARelationshipsPart) {
     EXPECT_TRUE(IsPackage(FIWriteZip({{"a", "b"}, Packed("_rels/.rels", "not even XML")})));
     EXPECT_TRUE(IsPackage(FIWriteZip({{"_RELS/.Rels", ""}})));
     EXPECT_TRUE(IsPackage("front" + FIWriteZip({{"_rels/.rels", ""}})));
+}
+
+TEST(Package, IsOneWithoutTheEndOfItsComment) {
+    EXPECT_TRUE(IsPackage(FIWriteZip({{"_rels/.rels", ""}}, {.comment = "com", .commentLengthTold = 7})));
+}
+
+TEST(Package, ThatWasCutIsNotTheOneInsideIt) {
+    // A presentation holds a workbook, stored; the file ends behind it or in the member that follows.
+    const std::string book = FIWriteZip({toPart, Packed("part.xml", "book")});
+    const std::string slides = FIWriteZip(
+        {toPart, Packed("part.xml", "slides"), {"ppt/embeddings/book.xlsx", book}, {"ppt/last.xml", "behind"}});
+    const std::size_t behindBook = slides.find(book) + book.size();
+    EXPECT_EQ(ReadPart(slides).bytes, "slides");
+    EXPECT_FALSE(IsPackage(slides.substr(0, behindBook)));
+    EXPECT_FALSE(IsPackage(slides.substr(0, behindBook + 36)));
+    EXPECT_TRUE(IsPackage(slides.substr(slides.find(book), book.size() + 36)));
 }
 
 TEST(Package, IsNoOtherArchive) {

@@ -31,9 +31,27 @@ std::string Changed(std::string bytes, std::size_t offset, char value) {
 
 std::size_t DirectoryStart(const std::string& zip) { return zip.find("PK\1\2"); }
 
+// Writes a number into the bytes, least significant byte first.
+std::string Told(std::string bytes, std::size_t offset, std::uint64_t value, std::size_t size) {
+    for (; size > 0; --size, ++offset, value >>= 8) bytes.at(offset) = static_cast<char>(value & 0xFF);
+    return bytes;
+}
+
+std::string Inserted(std::string bytes, std::size_t offset, const std::string& more) {
+    return bytes.insert(offset, more);
+}
+
 const std::string plainZip = FIWriteZip(twoMembers);
 const std::string zip64Zip = FIWriteZip(twoMembers, {.zip64 = true});
 const std::string emptyZip = FIWriteZip({});
+const std::string oneEntryZip = FIWriteZip({{"a", ""}});  // 31 bytes of data, an entry of 47, the end record
+const std::string commentedEntryZip = FIWriteZip({{.name = "a", .comment = "c"}});
+
+// An archive that was cut behind a whole archive which one of its members is, and where that one begins in it.
+constexpr std::size_t innerStart = 30 + 5 + 5 + 30 + 9;
+std::string CutBehind(const std::string& inner) {
+    return FIWriteZip({{"front", "bytes"}, {"inner.zip", inner}}).substr(0, innerStart + inner.size());
+}
 
 const DirectoryCase directoryCases[] = {
     // clang-format off
@@ -48,7 +66,8 @@ const DirectoryCase directoryCases[] = {
     {"ACommentOf65535Bytes", FIWriteZip(twoMembers, {.comment = std::string(65535, 'c')}), true},
     {"BytesBehindTheEndRecord65535", plainZip + std::string(65535, 'x'), true},
     {"BytesBehindTheEndRecord65536", plainZip + std::string(65536, 'x'), false},
-    {"ACommentThatTheFileCuts", FIWriteZip(twoMembers, {.comment = "ab", .commentLengthTold = 3}), false},
+    {"ACommentThatTheFileCuts", FIWriteZip(twoMembers, {.comment = "ab", .commentLengthTold = 3}), true},
+    {"ACommentOfWhichNothingIsThere", FIWriteZip(twoMembers, {.commentLengthTold = 65535}), true},
     {"ACommentShorterThanWhatIsThere", FIWriteZip(twoMembers, {.comment = "ab", .commentLengthTold = 1}), true},
     {"ACountOfNone", FIWriteZip(twoMembers, {.countTold = 0}), true},
     {"ACountOf65535", FIWriteZip(twoMembers, {.countTold = 0xFFFF}), true},
@@ -60,13 +79,18 @@ const DirectoryCase directoryCases[] = {
     {"ASizeThatIsRight", FIWriteZip({{"a", ""}}, {.directorySizeTold = 47}), true},
     {"ASizeBeyondTheFile", FIWriteZip(twoMembers, {.directorySizeTold = 0xFFFFFFFF}), false},
     {"NoSizeAtAll", FIWriteZip(twoMembers, {.directorySizeTold = 0}), true},
-    {"NoSizeBehindTheEnd", FIWriteZip({}, {.directoryOffsetTold = 1}), false},
+    {"NoSizeBehindTheEnd", FIWriteZip({}, {.directoryOffsetTold = 1}), true},
     {"AnEntryWithoutItsSignature", Changed(plainZip, DirectoryStart(plainZip), 'Q'), false},
     {"ANameThatLeavesTheDirectory", Changed(plainZip, DirectoryStart(plainZip) + 51 + 28 + 1, 1), false},
     {"AnExtraFieldThatLeavesIt", Changed(plainZip, DirectoryStart(plainZip) + 51 + 30 + 1, 1), false},
     {"ACommentThatLeavesIt", Changed(plainZip, DirectoryStart(plainZip) + 51 + 32 + 1, 1), false},
     {"ASignatureBlockAtItsEnd", FIWriteZip(twoMembers, {.directoryTail = FIBytes(R"("PK" 05 05 03 00 "abc")")}), true},
+    {"ASignatureBlockAlone", FIWriteZip({}, {.directoryTail = "PK\5\5"}), true},
+    {"ASignatureBlockThatIsCut", FIWriteZip(twoMembers, {.directoryTail = "PK\5"}), false},
     {"AnotherTailOfIt", FIWriteZip(twoMembers, {.directoryTail = "tail"}), false},
+    {"APlaceToldThatEndsInFrontOfTheRecord", Inserted(oneEntryZip, 31 + 47, "gap"), true},
+    {"APlaceToldWhoseLastCommentIsTheRecord", Told(Changed(oneEntryZip, 31 + 32, 1), 31 + 47 + 12, 48, 4), false},
+    {"APlaceToldWhoseLastCommentEndsInFrontOfIt", commentedEntryZip, true},
     {"AZip64Archive", zip64Zip, true},
     {"AZip64ArchiveBehindOtherBytes", std::string(1000, 'x') + zip64Zip, true},
     {"AZip64LocatorWithoutItsSignature", Changed(zip64Zip, zip64Zip.size() - 22 - 20, 'Q'), false},
@@ -74,7 +98,16 @@ const DirectoryCase directoryCases[] = {
     {"AZip64LocatorThatLeadsNowhere", Changed(zip64Zip, zip64Zip.size() - 22 - 20 + 15, 1), true},
     {"AZip64LocatorAtTheStart", FIBytes(R"("PK" 06 07 00*16)") + emptyZip, true},
     {"AnEndRecordThatIsNotOneInTheComment", FIWriteZip(twoMembers, {.comment = "PK\5\6" + std::string(18, '\xFF')}), true},
-    {"ACutArchiveInFrontOfAWholeOne", plainZip.substr(0, 40) + plainZip, true},
+    {"ACutArchiveInFrontOfAWholeOne", plainZip.substr(0, 40) + plainZip, false},
+    {"AnArchiveThatGainedBytes", Inserted(plainZip, 33, "gained"), true},
+    {"AnArchiveThatLostBytes", plainZip.substr(0, 30) + plainZip.substr(33), true},
+    {"AnArchiveThatLostItsStart", plainZip.substr(1), true},
+    {"ACutArchiveAroundAWholeOne", CutBehind(plainZip), false},
+    {"ACutArchiveAroundAWholeZip64One", CutBehind(zip64Zip), false},
+    {"AnotherFileAroundAWholeOne", Changed(CutBehind(plainZip), 3, 5), true},
+    {"ACutArchiveAroundOneWithoutItsLocalHeader", Changed(CutBehind(plainZip), innerStart + 3, 5), true},
+    {"AZip64RecordInFrontOfOtherData", Inserted(zip64Zip, zip64Zip.size() - 22 - 20, "data"), true},
+    {"AZip64LocatorThatLeadsToItself", Told(zip64Zip, zip64Zip.size() - 22 - 20 + 8, zip64Zip.size() - 22 - 20, 8), true},
     // clang-format on
 };
 
@@ -105,11 +138,12 @@ bool Holds(const std::string& bytes, const char* name) {
 TEST(DirectorySearch, TheLastEndRecordThatCanBeReadCounts) {
     const std::string first = FIWriteZip({{"first", ""}});
     const std::string second = FIWriteZip({{"second", ""}});
-    EXPECT_TRUE(Holds(first + second, "second"));
-    EXPECT_FALSE(Holds(first + second, "first"));
-    std::string damaged = second;
-    damaged[DirectoryStart(damaged)] = 'Q';
-    EXPECT_TRUE(Holds(first + damaged, "first"));
+    EXPECT_TRUE(Holds("x" + first + second, "second"));
+    EXPECT_FALSE(Holds("x" + first + second, "first"));
+    EXPECT_TRUE(Holds("x" + first + Changed(second, DirectoryStart(second), 'Q'), "first"));
+    // A file that begins as an archive is not what an archive behind it is.
+    EXPECT_TRUE(Holds(first + second, "first"));
+    EXPECT_FALSE(Holds(first + second, "second"));
 }
 
 TEST(DirectorySearch, AnEndRecordIsFoundWhereverTheWindowsOfTheSearchMeet) {
@@ -133,15 +167,99 @@ TEST(DirectorySearch, TheZip64RecordCountsBeforeThePlainOne) {
     EXPECT_TRUE(Holds(zip, "two"));
 }
 
+// A zip64 archive of "one" and "two" of which the zip64 record tells nothing that can be read, and the end record's own
+// fields the directory of both.
+std::string Zip64RecordOfNothing(std::uint64_t size, std::uint64_t offset) {
+    std::string zip = FIWriteZip({{"one", ""}, {"two", ""}}, {.zip64 = true});
+    const std::size_t end = zip.size() - 22;
+    zip = Told(Told(zip, end - 20 - 56 + 40, size, 8), end - 20 - 56 + 48, offset, 8);
+    return Told(Told(zip, end + 12, 98, 4), end + 16, DirectoryStart(zip), 4);
+}
+
+TEST(DirectorySearch, ThePlainFieldsCountWhereThePlacesOfTheZip64RecordFail) {
+    EXPECT_TRUE(Holds(Zip64RecordOfNothing(97, 66), "two"));
+    EXPECT_TRUE(Holds(Zip64RecordOfNothing(~std::uint64_t{0}, 66), "two"));
+    EXPECT_TRUE(Holds(Zip64RecordOfNothing(97, ~std::uint64_t{0}), "two"));
+    EXPECT_TRUE(Holds(Zip64RecordOfNothing(98, 1), "two"));
+}
+
+TEST(DirectorySearch, ThePlainFieldsCountWhereTheLocatorLeadsToNothing) {
+    std::string zip = Zip64RecordOfNothing(98, 66);
+    const std::size_t locator = zip.size() - 22 - 20;
+    zip[locator - 56] = 'Q';
+    for (const std::uint64_t place : {std::uint64_t{0}, std::uint64_t{locator - 56}, std::uint64_t{locator},
+                                      std::uint64_t{zip.size()}, ~std::uint64_t{0}}) {
+        EXPECT_TRUE(Holds(Told(zip, locator + 8, place, 8), "two")) << place;
+    }
+}
+
+TEST(DirectorySearch, ThePlaceToldComesBeforeTheOneInFrontOfTheRecord) {
+    // Two directories of one size stand in front of the record.
+    const std::string first = FIWriteZip({{"one", ""}});
+    const std::string second = FIWriteZip({{"two", ""}});
+    const std::string both = first.substr(0, first.size() - 22) + second.substr(33, 49) + first.substr(33 + 49);
+    EXPECT_TRUE(Holds(both, "one"));
+    EXPECT_FALSE(Holds(both, "two"));
+    const std::string elsewhere = Told(both, both.size() - 22 + 16, 34, 4);
+    EXPECT_TRUE(Holds(elsewhere, "two"));
+    EXPECT_FALSE(Holds(elsewhere, "one"));
+}
+
+TEST(DirectorySearch, AnArchiveInACutOneDoesNotAnswerForIt) {
+    // It is found as soon as the file does not begin as an archive, or begins with it.
+    const std::string cut = CutBehind(FIWriteZip({{"cell", "1"}}));
+    EXPECT_FALSE(Holds(cut, "cell"));
+    EXPECT_TRUE(Holds("x" + cut, "cell"));
+    EXPECT_TRUE(Holds(cut.substr(innerStart), "cell"));
+}
+
 TEST(DirectorySearch, AFileFullOfEndRecordsComesBack) {
     std::string records;
     while (records.size() < 200000) records += "PK\5\6";
     EXPECT_FALSE(Holds(records, "a"));
-    std::string deep = FIWriteZip(std::vector<ZipMember>(2000, {"a", ""}));
-    const std::string end = deep.substr(deep.size() - 22);
-    deep[DirectoryStart(deep) + 1999 * 47] = 'Q';  // the last entry is wrong, so each walk is a long one
-    for (int index = 0; index < 2900; ++index) deep += end;
-    EXPECT_FALSE(Holds(deep, "a"));
+}
+
+// A directory of 94,000 bytes whose last entry is wrong, an archive with one as large and right, in which "good" is,
+// and so many end records that tell the wrong one: each walk is a long one.
+std::string FullOfLongWalks(std::uint32_t records) {
+    std::vector<ZipMember> members(94, {.name = "a", .comment = std::string(953, 'c')});
+    const std::string wrong = FIWriteZip(members, {.directoryOffsetTold = std::uint64_t{0}});
+    const std::string end = wrong.substr(wrong.size() - 22);
+    members.push_back({"good", ""});
+    std::string bytes = wrong.substr(DirectoryStart(wrong), 94 * 1000) + FIWriteZip(members);
+    bytes[93 * 1000] = 'Q';
+    for (; records > 0; --records) bytes += end;
+    return bytes;
+}
+
+TEST(DirectorySearch, AllWalksTogetherStayWithin256Mebibytes) {
+    const auto host = FIMakeTestHandle(FullOfLongWalks(2900));  // walks of 273 million bytes
+    HIOFILE file = nullptr;
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ZADirectory directory;
+    EXPECT_FALSE(ZAFindDirectory(*UTFindHandle(file), directory));
+    EXPECT_GT(host->bytesDelivered, largestZipDirectory / 10 * 9);
+    EXPECT_LT(host->bytesDelivered, largestZipDirectory + 1000000);  // and the search itself
+    FICloseFile(file);
+}
+
+TEST(DirectorySearch, APlaceInFrontOfTheRecordThatWasToldIsTriedOnce) {
+    const std::vector<ZipMember> members(94, {.name = "a", .comment = std::string(953, 'c')});
+    std::string zip = FIWriteZip(members);
+    zip[0] = 'Q';  // no archive begins here
+    zip[DirectoryStart(zip) + 93 * 1000] = 'Q';
+    const auto host = FIMakeTestHandle(zip);
+    HIOFILE file = nullptr;
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ZADirectory directory;
+    EXPECT_FALSE(ZAFindDirectory(*UTFindHandle(file), directory));
+    EXPECT_GT(host->bytesDelivered, 94000U);
+    EXPECT_LT(host->bytesDelivered, 2 * 94000U);  // one walk, and the search of 65,557 bytes
+    FICloseFile(file);
+}
+
+TEST(DirectorySearch, AnArchiveInFrontOfWalksWithinTheBoundIsFound) {
+    EXPECT_TRUE(Holds(FullOfLongWalks(2300), "good"));
 }
 
 TEST(DirectorySearch, AFileThatCanNotBeReadHasNone) {
