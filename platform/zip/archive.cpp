@@ -1,7 +1,8 @@
 // archive.cpp - handles over ZIP archives and their members.
 //
 // Nothing of an archive is kept but the place of its directory, and nothing of a member but the place of its data and,
-// if it is packed, the state of the unpacker. Stored members are stretches of the file.
+// if it is packed, the state of the unpacker. Stored members are stretches of the file, as long as the directory's
+// packed size tells.
 #include "platform/zip/archive.h"
 
 #include <algorithm>
@@ -14,6 +15,10 @@ namespace {
 
 constexpr std::uint16_t encryptedFlag = 1;
 constexpr std::uint16_t storedMethod = 0;
+constexpr std::uint16_t deflatedMethod = 8;
+
+// An archive and a stored member hold nothing but their record.
+void UTReleaseNothing(UTHandle&) {}
 
 struct UTArchive {
     UTHandle handle;  // first
@@ -30,16 +35,14 @@ std::int32_t UTReadArchive(UTHandle& handle, std::uint64_t offset, void* destina
 
 std::uint64_t UTArchiveSize(UTHandle& handle) { return UTGetSize(*handle.parent); }
 
-void UTReleaseArchive(UTHandle&) {}
-
-constexpr UTHandleKind archiveKind = {UTReadArchive, UTArchiveSize, UTReleaseArchive};
+constexpr UTHandleKind archiveKind = {UTReadArchive, UTArchiveSize, UTReleaseNothing};
 
 // ---- Stored members ------------------------------------------------------------------------------------------------
 
 struct UTStoredMember {
     UTHandle handle;  // first
     std::uint64_t start;
-    std::uint64_t size;       // as the directory tells it
+    std::uint64_t size;       // the packed one
     std::uint64_t available;  // bytes of it that the file has
 };
 
@@ -57,9 +60,7 @@ std::int32_t UTReadStored(UTHandle& handle, std::uint64_t offset, void* destinat
 
 std::uint64_t UTStoredSize(UTHandle& handle) { return UTStoredOf(handle).size; }
 
-void UTReleaseStored(UTHandle&) {}
-
-constexpr UTHandleKind storedKind = {UTReadStored, UTStoredSize, UTReleaseStored};
+constexpr UTHandleKind storedKind = {UTReadStored, UTStoredSize, UTReleaseNothing};
 
 UTHandle* UTOpenStored(UTHandle& archive, const ZAEntry& entry, std::uint64_t dataOffset) {
     UTHandle* const handle = UTNewHandle(storedKind, sizeof(UTStoredMember), &archive);
@@ -72,12 +73,11 @@ UTHandle* UTOpenStored(UTHandle& archive, const ZAEntry& entry, std::uint64_t da
     return handle;
 }
 
-// ---- Packed members ------------------------------------------------------------------------------------------------
+// ---- Deflated members ----------------------------------------------------------------------------------------------
 
 struct UTPackedMember {
     UTHandle handle;  // first
     std::uint64_t sizeTold;
-    bool started;
     ZAUnpacker unpacker;
 };
 
@@ -90,9 +90,7 @@ std::int32_t UTReadPacked(UTHandle& handle, std::uint64_t offset, void* destinat
 
 std::uint64_t UTPackedSize(UTHandle& handle) { return UTPackedOf(handle).sizeTold; }
 
-void UTReleasePacked(UTHandle& handle) {
-    if (UTPackedOf(handle).started) ZAStopUnpacker(UTPackedOf(handle).unpacker);
-}
+void UTReleasePacked(UTHandle& handle) { ZAStopUnpacker(UTPackedOf(handle).unpacker); }
 
 constexpr UTHandleKind packedKind = {UTReadPacked, UTPackedSize, UTReleasePacked};
 
@@ -101,13 +99,26 @@ UTHandle* UTOpenPacked(UTHandle& archive, const ZAEntry& entry, std::uint64_t da
     if (handle == nullptr) return nullptr;
     UTPackedMember& member = UTPackedOf(*handle);
     member.sizeTold = entry.size;
-    member.started = ZAStartUnpacker(member.unpacker, archive, entry, dataOffset) == 0;
-    if (member.started) return handle;
+    if (ZAStartUnpacker(member.unpacker, archive, entry, dataOffset) == 0) return handle;
     UTCloseHandle(*handle);
     return nullptr;
 }
 
 // ---- Finding a member ----------------------------------------------------------------------------------------------
+
+UTHandle* UTOpenEntry(UTHandle& archive, const ZAEntry& entry) {
+    std::uint64_t dataOffset = 0;
+    if ((entry.flags & encryptedFlag) != 0) return nullptr;
+    if (!ZAFindData(archive, UTArchiveOf(archive).directory, entry, dataOffset)) return nullptr;
+    switch (entry.method) {
+        case storedMethod:
+            return UTOpenStored(archive, entry, dataOffset);
+        case deflatedMethod:
+            return UTOpenPacked(archive, entry, dataOffset);
+        default:
+            return nullptr;
+    }
+}
 
 // The name without its directories, at most what a handle can hold.
 void UTNameMember(UTHandle& member, std::string_view name) {
@@ -120,13 +131,9 @@ void UTNameMember(UTHandle& member, std::string_view name) {
 
 UTHandle* UTOpenNamed(UTHandle& archive, std::string_view name, bool anyCase) {
     if (!UTIsArchive(archive)) return nullptr;
-    const ZADirectory& directory = UTArchiveOf(archive).directory;
     ZAEntry entry;
-    std::uint64_t dataOffset = 0;
-    if (!ZAFindEntry(archive, directory, name, anyCase, entry)) return nullptr;
-    if ((entry.flags & encryptedFlag) != 0 || !ZAFindData(archive, directory, entry, dataOffset)) return nullptr;
-    UTHandle* const member = entry.method == storedMethod ? UTOpenStored(archive, entry, dataOffset)
-                                                          : UTOpenPacked(archive, entry, dataOffset);
+    if (!ZAFindEntry(archive, UTArchiveOf(archive).directory, name, anyCase, entry)) return nullptr;
+    UTHandle* const member = UTOpenEntry(archive, entry);
     if (member != nullptr) UTNameMember(*member, name);
     return member;
 }

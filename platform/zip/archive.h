@@ -21,7 +21,7 @@ bool UTHasMember(UTHandle& archive, std::string_view name);
 
 // Opens a member by its exact name, or with ASCII letters compared without case; of several the first in the central
 // directory. Its size is the one that the directory tells, its name the part behind the last slash. Returns null when
-// archive is no archive, there is no such member, it is encrypted or packed by a method that libzip has not, or memory
-// is exhausted.
+// archive is no archive, there is no such member, it is encrypted or neither stored nor deflated, or memory is
+// exhausted.
 UTHandle* UTOpenMember(UTHandle& archive, const char* name);
 UTHandle* UTOpenMemberAnyCase(UTHandle& archive, std::string_view name);

@@ -202,7 +202,6 @@ void ZAReadExtraField(ZAScanner& scanner, std::uint32_t length, ZAEntry& entry) 
 void ZAReadEntry(const std::uint8_t* header, ZAEntry& entry) {
     entry.flags = ZAWord(header + 8);
     entry.method = ZAWord(header + 10);
-    entry.checksum = ZADWord(header + 16);
     entry.packedSize = ZADWord(header + 20);
     entry.size = ZADWord(header + 24);
     entry.headerOffset = ZADWord(header + 42);

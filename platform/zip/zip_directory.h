@@ -22,7 +22,6 @@ struct ZADirectory {
 struct ZAEntry {
     std::uint16_t flags;
     std::uint16_t method;        // 0: stored; 8: deflated
-    std::uint32_t checksum;      // CRC-32
     std::uint64_t packedSize;    // bytes in the archive
     std::uint64_t size;          // bytes unpacked
     std::uint64_t headerOffset;  // of the local header, as the entry tells it

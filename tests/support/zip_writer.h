@@ -10,7 +10,6 @@
 
 inline constexpr std::uint16_t zipStored = 0;
 inline constexpr std::uint16_t zipDeflated = 8;
-inline constexpr std::uint16_t zipBzip2 = 12;
 inline constexpr std::uint16_t zipEncryptedFlag = 1;
 
 // One member. What is not set follows from the rest.

@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+
 #include "platform/base_utility.h"
 #include "support/open_file.h"
+#include "support/test_handle.h"
 #include "support/zip_writer.h"
 
 namespace {
@@ -106,6 +110,31 @@ TEST(Unpacker, DamageBehindWhatIsReadDoesNotShow) {
     EXPECT_EQ(bytes.substr(0, count), text.substr(9998));
 }
 
+TEST(Unpacker, DataThatReachBackBehindTheirStartAreDamaged) {
+    const std::string front = FIStoredBlock("0123456789");
+    const std::string tenBack = front + std::string("\x03\xB2\x00\x00", 4);  // three bytes from ten bytes back
+    const std::string elevenBack = front + std::string("\x03\x32\x01\x00", 4);
+    EXPECT_EQ(Expected(tenBack), (ReadResult{"0123456789012", false}));
+    EXPECT_EQ(Expected(elevenBack), (ReadResult{"0123456789", true}));
+    for (const std::string& packed : {tenBack, elevenBack}) {
+        ExpectAllReads(packed, 13, "once");
+        const OpenFile file(Archive(packed, 13));
+        const HIOFILE member = FIOpenMember(FIOpenArchive(file.File()), "m");
+        for (int round = 0; round < 3; ++round) {  // nothing of an earlier round is there to be reached
+            EXPECT_EQ(member->operations.IOSeek(member, 0, 0), 0);
+            EXPECT_EQ(FIReadAll(member), Expected(packed));
+        }
+    }
+}
+
+TEST(Unpacker, DataMayReachBackAsFarAsTheFormatAllows) {
+    std::string text = Words(32768);
+    text += text + text;
+    const std::string packed = FIDeflate(text);
+    EXPECT_EQ(Expected(packed), (ReadResult{text, false}));
+    ExpectAllReads(packed, text.size(), "far");
+}
+
 TEST(Unpacker, ZipRecordsInTheDataAreData) {
     // Packed bytes full of end records and directory entries lead nobody astray.
     const std::string inner = FIWriteZip({{"x", "inner"}});
@@ -115,6 +144,101 @@ TEST(Unpacker, ZipRecordsInTheDataAreData) {
     std::string packed = FIStoredBlock(text);
     packed[0] = 1;  // the last block
     EXPECT_EQ(FIReadMember(Archive(packed, text.size()), "m"), (ReadResult{text, false}));
+}
+
+// ---- Over a handle that counts and fails ----------------------------------------------------------------------------
+
+class UnpackerOverHost : public testing::Test {
+ protected:
+    void Open(const std::string& packed, std::uint64_t size) {
+        if (file_ != nullptr) FICloseFile(file_);
+        host_ = FIMakeTestHandle(Archive(packed, size));
+        ASSERT_EQ(IOOpen(&file_, IOSpecHandle, FIFileOf(*host_), 1), 0);
+        member_ = FIOpenMember(FIOpenArchive(file_), "m");
+        ASSERT_NE(member_, nullptr);
+        host_->bytesDelivered = 0;
+        host_->reads = 0;
+    }
+
+    ReadResult ReadFrom(std::int32_t offset, std::uint32_t portion = 2048) {
+        EXPECT_EQ(member_->operations.IOSeek(member_, 0, offset), 0);
+        return FIReadAll(member_, portion);
+    }
+
+    void TearDown() override { FICloseFile(file_); }
+
+    std::unique_ptr<TestHandle> host_;
+    HIOFILE file_ = nullptr;
+    HIOFILE member_ = nullptr;
+};
+
+TEST_F(UnpackerOverHost, ReadsEveryPackedByteOnce) {
+    const std::string text = Words(60000);
+    const std::string packed = FIStoredBlock(text) + std::string("\x03\x00", 2);
+    Open(packed, text.size());
+    EXPECT_EQ(ReadFrom(0), (ReadResult{text, false}));
+    EXPECT_EQ(host_->bytesDelivered, packed.size());
+    EXPECT_EQ(host_->reads, 8U);  // through a buffer of 8 KiB
+    EXPECT_EQ(ReadFrom(static_cast<std::int32_t>(text.size())), (ReadResult{"", false}));
+    EXPECT_EQ(host_->bytesDelivered, packed.size());
+    EXPECT_EQ(ReadFrom(0, 10), (ReadResult{text, false}));
+    EXPECT_EQ(host_->bytesDelivered, 2 * packed.size());
+}
+
+TEST_F(UnpackerOverHost, ReadsNothingBehindTheEndOfTheData) {
+    const std::string text = Words(5000);
+    Open(FIDeflate(text) + std::string(100000, 'x'), text.size());
+    EXPECT_EQ(ReadFrom(0), (ReadResult{text, false}));
+    EXPECT_LE(host_->bytesDelivered, 8192U);
+}
+
+TEST_F(UnpackerOverHost, AsksForNothingBehindDataThatEndTooEarly) {
+    const std::string text = Words(20000);
+    Open(FIStoredBlock(text), text.size());
+    EXPECT_EQ(ReadFrom(0), (ReadResult{text, true}));
+    EXPECT_EQ(host_->reads, 3U);
+    EXPECT_EQ(ReadFrom(10000), (ReadResult{text.substr(10000), true}));
+    EXPECT_EQ(host_->reads, 6U);
+}
+
+TEST_F(UnpackerOverHost, TakesPackedBytesOneByOne) {
+    const std::string text = Words(5000);
+    Open(FIDeflate(text), text.size());
+    host_->bytesPerRead = 1;
+    EXPECT_EQ(ReadFrom(0), (ReadResult{text, false}));
+    EXPECT_EQ(ReadFrom(4990), (ReadResult{text.substr(4990), false}));
+}
+
+TEST_F(UnpackerOverHost, DeliversWhatCameInFrontOfAFailure) {
+    const std::string text = Words(5000);
+    const std::string packed = FIDeflate(text);
+    for (std::uint32_t reads = 0; reads < packed.size(); reads += 50) {
+        Open(packed, text.size());
+        host_->bytesPerRead = 1;
+        host_->failReadsFrom = reads;
+        EXPECT_EQ(ReadFrom(0), Expected(packed.substr(0, reads))) << reads;
+        char byte = 0;
+        std::uint32_t count = 1;
+        EXPECT_EQ(member_->operations.IORead(member_, &byte, 1, &count), -1);
+        EXPECT_EQ(count, 0U);
+        host_->failReadsFrom = testNever;  // what was not there once is not there later
+        EXPECT_EQ(ReadFrom(0), Expected(packed.substr(0, reads))) << reads;
+    }
+}
+
+TEST_F(UnpackerOverHost, SeeksForwardWithoutStartingOver) {
+    const std::string text = Words(60000);
+    const std::string packed = FIStoredBlock(text) + std::string("\x03\x00", 2);
+    Open(packed, text.size());
+    for (const std::int32_t offset : {0, 10000, 14096, 20000, 59999, 60000, 70000}) {
+        EXPECT_EQ(member_->operations.IOSeek(member_, 0, offset), 0);
+        char byte = 0;
+        std::uint32_t count = 0;
+        EXPECT_EQ(member_->operations.IORead(member_, &byte, 1, &count), 0);
+        const auto place = static_cast<std::size_t>(offset);
+        EXPECT_EQ(std::string(&byte, count), text.substr(std::min(place, text.size()), 1));
+    }
+    EXPECT_EQ(host_->bytesDelivered, packed.size());
 }
 
 }  // namespace
