@@ -20,7 +20,7 @@
 #include "platform/base_utility.h"
 #include "platform/heap_allocator.h"
 #include "platform/repeated_read.h"
-#include "reader/read_handle.h"
+#include "reader/handle_block.h"
 
 namespace {
 
