@@ -39,7 +39,7 @@ std::string Join(const std::string& directory, const std::string& name) {
     return directory.ends_with('/') ? directory + name : directory + '/' + name;
 }
 
-// The entries of a directory in sorted order, or the errno of the failure in *reason.
+// The entries of a directory in sorted order, or the errno of the failure in reason.
 std::vector<Entry> ReadDirectory(const std::string& path, int& reason) {
     std::vector<Entry> entries;
     reason = 0;

@@ -10,29 +10,26 @@ namespace {
 constexpr int usageExitStatus = 2;
 
 constexpr const char* description =
-    "fiid tells the format of files by their content: it answers with one of about 430 format identifiers.\n"
-    "A directory is walked recursively, in sorted order; symbolic links to directories are followed only when they "
-    "are\n"
-    "named on the command line.";
+    R"(fiid tells the format of files by their content: it answers with one of about 430 format identifiers.
+A directory is walked recursively, in sorted order; symbolic links to directories are followed only when they are
+named on the command line.)";
 
 constexpr const char* footer =
-    "Output formats: text (PATH: NAME [FIID]; control characters and backslashes of a path are escaped), ndjson (a "
-    "JSON\n"
-    "object a line), json (one array), csv (RFC 4180), tsv (tab, line feed, carriage return and backslash are "
-    "escaped).\n"
-    "Records hold path, fiid, name, mime and puid (a list; separated by blanks in csv and tsv), or path and error. A "
-    "path\n"
-    "that is not UTF-8 has its bytes in path_hex in JSON, and the replacement character in path.\n"
-    "\n"
-    "Exit status: 0; 1 if any path could not be read; 2 for wrong usage.\n"
-    "\n"
-    "Examples:\n"
-    "  fiid report.doc                              the format of one file\n"
-    "  fiid --format csv /srv/archive > formats.csv  everything below a directory\n"
-    "  find . -type f -print0 | fiid -0 --files-from - --format ndjson\n"
-    "  fiid --explain drawing.dwg                   the row of the signature table that decided, too\n"
-    "  gpg -d message.gpg | fiid -                  standard input\n"
-    "  fiid --formats --format tsv                  all formats that fiid knows\n";
+    R"(Output formats: text (PATH: NAME [FIID]; control characters and backslashes of a path are escaped), ndjson (a JSON
+object a line), json (one array), csv (RFC 4180), tsv (tab, line feed, carriage return and backslash are escaped).
+Records hold path, fiid, name, mime and puid (a list; separated by blanks in csv and tsv), or path and error. A path
+that is not UTF-8 has its bytes in path_hex in JSON, and the replacement character in path.
+
+Exit status: 0; 1 if any path could not be read; 2 for wrong usage.
+
+Examples:
+  fiid report.doc                              the format of one file
+  fiid --format csv /srv/archive > formats.csv  everything below a directory
+  find . -type f -print0 | fiid -0 --files-from - --format ndjson
+  fiid --explain drawing.dwg                   the row of the signature table that decided, too
+  gpg -d message.gpg | fiid -                  standard input
+  fiid --formats --format tsv                  all formats that fiid knows
+)";
 
 const std::map<std::string, OutputFormat> formatNames = {
     {"text", OutputFormat::Text}, {"ndjson", OutputFormat::Ndjson}, {"json", OutputFormat::Json},

@@ -18,5 +18,5 @@ struct Options {
 };
 
 // Reads the command line. When the program is to end at once (help, version, wrong usage) the text is printed and the
-// exit status is in *exitStatus.
+// exit status is in exitStatus.
 std::optional<Options> ParseOptions(int argc, char** argv, int& exitStatus);

@@ -6,7 +6,6 @@
 #include <string>
 
 // Calls visit for each path of a list, as it is read: one a line, or NUL-separated. Empty entries are passed over. file
-// is
-// "-" for standard input. Returns the reason when the list can't be read to its end.
+// is "-" for standard input. Returns the reason when the list can't be read to its end.
 std::optional<std::string> ReadPathList(const std::string& file, bool nulSeparated,
                                         const std::function<void(const std::string&)>& visit);

@@ -4,8 +4,10 @@
 #include <array>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <sstream>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "cli/output.h"
@@ -107,51 +109,87 @@ const FIFormatRecord& FormatOf(FIID fiid) {
     return format != nullptr ? *format : nameless;
 }
 
-Json JsonOf(const Record& record, bool explain) {
-    Json json;
-    json["path"] = record.path;
-    if (!IsUtf8(record.path)) json["path_hex"] = HexOf(record.path);
-    if (record.error.has_value()) {
-        json["error"] = *record.error;
-        return json;
-    }
-    const FIFormatRecord& format = FormatOf(record.fiid);
-    json["fiid"] = record.fiid;
-    json["name"] = format.name;
-    json["mime"] = format.mime;
-    json["puid"] = SplitAtBlanks(format.puids);
-    if (explain) {
-        json["row"] = record.row;
-        json["signature"] = SignatureOf(record.row);
-    }
-    return json;
+enum class Shown { Always, InJson, WithExplain };
+
+// What the output tells of one item (a Record, a FIFormatRecord) under one key.
+template <typename Item>
+struct Column {
+    const char* key;
+    Shown shown;
+    Json (*value)(const Item&);  // null where there is nothing to tell: left out of JSON, empty in csv and tsv
+};
+
+bool Failed(const Record& record) { return record.error.has_value(); }
+
+const FIFormatRecord& FormatOf(const Record& record) { return FormatOf(record.fiid); }
+
+// In the order of csv and tsv. An error leaves only the path to tell, and a failed record no answer.
+constexpr Column<Record> recordColumns[] = {
+    // clang-format off
+    {"path",      Shown::Always,      [](const Record& r) { return Json(r.path); }},
+    {"path_hex",  Shown::InJson,      [](const Record& r) { return IsUtf8(r.path) ? Json() : Json(HexOf(r.path)); }},
+    {"fiid",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(r.fiid); }},
+    {"name",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(FormatOf(r).name); }},
+    {"mime",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(FormatOf(r).mime); }},
+    {"puid",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(SplitAtBlanks(FormatOf(r).puids)); }},
+    {"error",     Shown::Always,      [](const Record& r) { return Failed(r) ? Json(*r.error) : Json(); }},
+    {"row",       Shown::WithExplain, [](const Record& r) { return Failed(r) ? Json() : Json(r.row); }},
+    {"signature", Shown::WithExplain, [](const Record& r) { return Failed(r) ? Json() : Json(SignatureOf(r.row)); }},
+    // clang-format on
+};
+
+constexpr Column<FIFormatRecord> formatColumns[] = {
+    // clang-format off
+    {"fiid",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.fiid); }},
+    {"name",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.name); }},
+    {"mime",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.mime); }},
+    {"puid",       Shown::Always, [](const FIFormatRecord& f) { return Json(SplitAtBlanks(f.puids)); }},
+    {"extensions", Shown::Always, [](const FIFormatRecord& f) { return Json(SplitAtBlanks(f.extensions)); }},
+    // clang-format on
+};
+
+// A value as a field of csv and tsv: text as it is, a list with blanks between its members.
+std::string FieldOf(const Json& value) {
+    if (value.is_null()) return "";
+    if (value.is_string()) return value.get<std::string>();
+    if (!value.is_array()) return value.dump();
+    std::string field;
+    for (const Json& member : value) field += (field.empty() ? "" : " ") + member.get<std::string>();
+    return field;
 }
 
-Json JsonOf(const FIFormatRecord& format) {
-    Json json;
-    json["fiid"] = format.fiid;
-    json["name"] = format.name;
-    json["mime"] = format.mime;
-    json["puid"] = SplitAtBlanks(format.puids);
-    json["extensions"] = SplitAtBlanks(format.extensions);
-    return json;
+template <typename Item>
+bool HasField(const Column<Item>& column, bool explain) {
+    return column.shown == Shown::Always || (column.shown == Shown::WithExplain && explain);
 }
 
-std::vector<std::string> FieldsOf(const Record& record, bool explain) {
-    const bool failed = record.error.has_value();
-    const FIFormatRecord& format = FormatOf(record.fiid);
-    std::vector<std::string> fields = {record.path,  failed ? "" : std::to_string(record.fiid),
-                                       format.name,  format.mime,
-                                       format.puids, record.error.value_or("")};
-    if (explain) {
-        fields.push_back(failed ? "" : std::to_string(record.row));
-        fields.push_back(SignatureOf(record.row));
+template <typename Item>
+std::vector<std::string> HeaderOf(std::span<const Column<Item>> columns, bool explain) {
+    std::vector<std::string> header;
+    for (const Column<Item>& column : columns) {
+        if (HasField(column, explain)) header.emplace_back(column.key);
+    }
+    return header;
+}
+
+template <typename Item>
+std::vector<std::string> FieldsOf(std::span<const Column<Item>> columns, const Item& item, bool explain) {
+    std::vector<std::string> fields;
+    for (const Column<Item>& column : columns) {
+        if (HasField(column, explain)) fields.push_back(FieldOf(column.value(item)));
     }
     return fields;
 }
 
-std::vector<std::string> FieldsOf(const FIFormatRecord& format) {
-    return {std::to_string(format.fiid), format.name, format.mime, format.puids, format.extensions};
+template <typename Item>
+Json JsonOf(std::span<const Column<Item>> columns, const Item& item, bool explain) {
+    Json json;
+    for (const Column<Item>& column : columns) {
+        if (column.shown == Shown::WithExplain && !explain) continue;
+        Json value = column.value(item);
+        if (!value.is_null()) json[column.key] = std::move(value);
+    }
+    return json;
 }
 
 std::string TextOf(const Record& record, bool explain) {
@@ -182,20 +220,15 @@ std::string EscapeForText(const std::string& path) {
     return text;
 }
 
-void RecordWriter::BeginRecords() {
-    std::vector<std::string> header = {"path", "fiid", "name", "mime", "puid", "error"};
-    if (explain_) header.insert(header.end(), {"row", "signature"});
+void RecordWriter::Begin(const std::vector<std::string>& header) {
     if (format_ == OutputFormat::Csv) WriteOutput(JoinCsv(header));
     if (format_ == OutputFormat::Tsv) WriteOutput(JoinTsv(header));
     if (format_ == OutputFormat::Json) WriteOutput("[");
 }
 
-void RecordWriter::BeginFormats() {
-    const std::vector<std::string> header = {"fiid", "name", "mime", "puid", "extensions"};
-    if (format_ == OutputFormat::Csv) WriteOutput(JoinCsv(header));
-    if (format_ == OutputFormat::Tsv) WriteOutput(JoinTsv(header));
-    if (format_ == OutputFormat::Json) WriteOutput("[");
-}
+void RecordWriter::BeginRecords() { Begin(HeaderOf<Record>(recordColumns, explain_)); }
+
+void RecordWriter::BeginFormats() { Begin(HeaderOf<FIFormatRecord>(formatColumns, explain_)); }
 
 void RecordWriter::WriteFields(const std::string& line) {
     if (format_ == OutputFormat::Json) WriteOutput(first_ ? "\n" : ",\n");
@@ -205,18 +238,18 @@ void RecordWriter::WriteFields(const std::string& line) {
 }
 
 void RecordWriter::Write(const Record& record) {
-    if (record.error.has_value()) WriteMessage(EscapeForText(record.path) + ": " + *record.error);
+    if (Failed(record)) WriteMessage(EscapeForText(record.path) + ": " + *record.error);
     switch (format_) {
         case OutputFormat::Text:
-            if (!record.error.has_value()) WriteFields(TextOf(record, explain_));
+            if (!Failed(record)) WriteFields(TextOf(record, explain_));
             return;
         case OutputFormat::Csv:
-            return WriteFields(JoinCsv(FieldsOf(record, explain_)));
+            return WriteFields(JoinCsv(FieldsOf<Record>(recordColumns, record, explain_)));
         case OutputFormat::Tsv:
-            return WriteFields(JoinTsv(FieldsOf(record, explain_)));
+            return WriteFields(JoinTsv(FieldsOf<Record>(recordColumns, record, explain_)));
         case OutputFormat::Json:
         case OutputFormat::Ndjson:
-            return WriteFields(Dump(JsonOf(record, explain_)));
+            return WriteFields(Dump(JsonOf<Record>(recordColumns, record, explain_)));
     }
 }
 
@@ -225,12 +258,12 @@ void RecordWriter::Write(const FIFormatRecord& format) {
         case OutputFormat::Text:
             return WriteFields(TextOf(format));
         case OutputFormat::Csv:
-            return WriteFields(JoinCsv(FieldsOf(format)));
+            return WriteFields(JoinCsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
         case OutputFormat::Tsv:
-            return WriteFields(JoinTsv(FieldsOf(format)));
+            return WriteFields(JoinTsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
         case OutputFormat::Json:
         case OutputFormat::Ndjson:
-            return WriteFields(Dump(JsonOf(format)));
+            return WriteFields(Dump(JsonOf<FIFormatRecord>(formatColumns, format, explain_)));
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "catalogue/format_catalogue.h"
 #include "cli/record.h"
@@ -21,6 +22,7 @@ class RecordWriter {
     void End();
 
  private:
+    void Begin(const std::vector<std::string>& header);
     void WriteFields(const std::string& line);
 
     OutputFormat format_;

@@ -12,7 +12,7 @@ class SpooledInput {
     ~SpooledInput();
 
     // Copies standard input to an unnamed file in the directory for temporary files (TMPDIR, or /tmp). Returns false
-    // with the reason in *error.
+    // with the reason in error.
     bool Open(std::optional<std::string>& error);
 
     // Open for reading from Open until this object ends.
