@@ -10,29 +10,43 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/interrupt.h"
+
 namespace {
 
-enum class EntryKind { File, Directory, LinkToDirectory };
+// No path of a file system is longer; of a list that is read the wrong way round, more would be told.
+constexpr std::size_t longestToldPath = 4096;
+
+enum class EntryKind { File, Fifo, Directory, LinkToDirectory };
 
 struct Entry {
     std::string name;
     EntryKind kind;
 };
 
-bool IsDirectory(const std::string& path) {
+EntryKind KindOf(mode_t mode) {
+    if (S_ISDIR(mode)) return EntryKind::Directory;
+    return S_ISFIFO(mode) ? EntryKind::Fifo : EntryKind::File;
+}
+
+// What a path leads to, over symbolic links; a file for one that leads nowhere, which shows when it is opened.
+EntryKind KindOf(const std::string& path) {
     struct stat status = {};
-    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return stat(path.c_str(), &status) == 0 ? KindOf(status.st_mode) : EntryKind::File;
 }
 
 EntryKind KindOf(const std::string& path, unsigned char type) {
     if (type == DT_UNKNOWN) {
         struct stat status = {};
         if (lstat(path.c_str(), &status) != 0) return EntryKind::File;
-        type = S_ISDIR(status.st_mode) ? DT_DIR : S_ISLNK(status.st_mode) ? DT_LNK : DT_REG;
+        if (!S_ISLNK(status.st_mode)) return KindOf(status.st_mode);
+        type = DT_LNK;
     }
-    if (type == DT_DIR) return EntryKind::Directory;
-    if (type == DT_LNK && IsDirectory(path)) return EntryKind::LinkToDirectory;
-    return EntryKind::File;
+    if (type == DT_LNK) {
+        const EntryKind kind = KindOf(path);
+        return kind == EntryKind::Directory ? EntryKind::LinkToDirectory : kind;
+    }
+    return KindOf(DTTOIF(static_cast<mode_t>(type)));
 }
 
 std::string Join(const std::string& directory, const std::string& name) {
@@ -69,24 +83,37 @@ std::vector<Entry> ReadDirectory(const std::string& path, int& reason) {
 
 }  // namespace
 
-void WalkPath(const std::string& path, const std::function<void(const std::string&)>& visitFile,
-              const std::function<void(const std::string&, const std::string&)>& visitFailure) {
-    if (!IsDirectory(path)) return visitFile(path);
+void WalkPath(const std::string& path, const WalkVisitor& visitor) {
+    if (path.find('\0') != std::string::npos) {
+        return visitor.failure(path.substr(0, longestToldPath),
+                               "a path can't hold a NUL byte; -0 reads a list that is separated by them");
+    }
+    const EntryKind namedKind = KindOf(path);
+    if (namedKind == EntryKind::File) return visitor.file(path);
+    if (namedKind == EntryKind::Fifo) return visitor.fifo(path);
     // The directories in front of the place where the walk is, each with what is still to be visited in it, last first.
     std::vector<Entry> pending = {{path, EntryKind::Directory}};
-    while (!pending.empty()) {
+    while (!pending.empty() && !Interrupted()) {
         const Entry entry = std::move(pending.back());
         pending.pop_back();
-        if (entry.kind == EntryKind::LinkToDirectory) continue;
-        if (entry.kind == EntryKind::File) {
-            visitFile(entry.name);
-            continue;
-        }
-        int reason = 0;
-        std::vector<Entry> entries = ReadDirectory(entry.name, reason);
-        if (reason != 0) visitFailure(entry.name, std::strerror(reason));
-        for (auto child = entries.rbegin(); child != entries.rend(); ++child) {
-            pending.push_back({Join(entry.name, child->name), child->kind});
+        switch (entry.kind) {
+            case EntryKind::File:
+                visitor.file(entry.name);
+                break;
+            case EntryKind::Fifo:
+                visitor.failure(entry.name, "is a FIFO, not a file");
+                break;
+            case EntryKind::LinkToDirectory:
+                break;
+            case EntryKind::Directory: {
+                int reason = 0;
+                const std::vector<Entry> entries = ReadDirectory(entry.name, reason);
+                if (reason != 0) visitor.failure(entry.name, std::strerror(reason));
+                for (auto child = entries.rbegin(); child != entries.rend(); ++child) {
+                    pending.push_back({Join(entry.name, child->name), child->kind});
+                }
+                break;
+            }
         }
     }
 }

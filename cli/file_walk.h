@@ -4,8 +4,16 @@
 #include <functional>
 #include <string>
 
-// Calls visitFile for each path to be identified: the path itself, or, for a directory, all that lies below it, in the
-// order of the bytes of their names. A symbolic link to a directory is followed for the path itself and passed over
-// below it, so that a walk always ends. visitFailure is called with a reason for a directory that can't be read.
-void WalkPath(const std::string& path, const std::function<void(const std::string&)>& visitFile,
-              const std::function<void(const std::string&, const std::string&)>& visitFailure);
+// What is to be done with what a path stands for.
+struct WalkVisitor {
+    std::function<void(const std::string& path)> file;
+    std::function<void(const std::string& path)> fifo;
+    std::function<void(const std::string& path, const std::string& reason)> failure;
+};
+
+// Visits the path itself, or, for a directory, all that lies below it, in the order of the bytes of their names. A
+// symbolic link to a directory is followed for the path itself and passed over below it, so that a walk always ends. So
+// it is with a FIFO: whoever names one wants it to be read, but below a directory it is a failure, because nobody may
+// ever write to it; it is not even opened, which would take a waiting writer's reader away again. A directory that
+// can't be read is a failure, and so is a path that holds a NUL byte. A signal that ends the program ends the walk.
+void WalkPath(const std::string& path, const WalkVisitor& visitor);

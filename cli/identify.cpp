@@ -2,10 +2,12 @@
 #include "cli/identify.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 
+#include "cli/descriptors.h"
 #include "cli/spool.h"
 #include "core/driver.h"
 #include "platform/base_utility.h"
@@ -23,7 +25,6 @@ std::string DescribeOpenFailure(const std::string& path, int reason) {
         return ReasonOf(reason);
     }
     if (S_ISDIR(status.st_mode)) return "is a directory";
-    if (S_ISFIFO(status.st_mode)) return "is a FIFO, not a file";
     if (S_ISSOCK(status.st_mode)) return "is a socket, not a file";
     if (S_ISCHR(status.st_mode)) return "is a character device, not a file";
     return ReasonOf(reason);
@@ -47,6 +48,30 @@ void IdentifyHandle(HIOFILE handle, std::uint32_t flags, Record& record) {
     record.row = verdict.row;
 }
 
+// inputName stands for the descriptor in the error.
+void IdentifyDescriptor(const IODescriptorSpec& specification, const std::string& inputName, std::uint32_t flags,
+                        Record& record) {
+    HIOFILE handle = nullptr;
+    if (IOOpen(&handle, IOSpecDescriptor, &specification, openMode) != 0) {
+        record.error = inputName + ": " + ReasonOf(errno);
+        return;
+    }
+    IdentifyHandle(handle, flags, record);
+    handle->operations.IOClose(handle);
+}
+
+void IdentifyStream(const IODescriptorSpec& stream, const std::string& streamName, std::uint32_t flags,
+                    Record& record) {
+    SpooledInput input;
+    if (!input.Open(stream.descriptor, streamName, record.error)) return;
+    IdentifyDescriptor({input.Descriptor(), stream.name}, streamName, flags, record);
+}
+
+bool HoldsAFile(int descriptor) {
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && (S_ISREG(status.st_mode) || S_ISBLK(status.st_mode));
+}
+
 }  // namespace
 
 Record IdentifyPath(const std::string& path, std::uint32_t flags) {
@@ -62,18 +87,29 @@ Record IdentifyPath(const std::string& path, std::uint32_t flags) {
     return record;
 }
 
+Record IdentifyFifo(const std::string& path, std::uint32_t flags) {
+    Record record;
+    record.path = path;
+    const OwnedDescriptor fifo(OpenForReading(path));
+    if (fifo.Number() < 0) {
+        record.error = ReasonOf(errno);
+        return record;
+    }
+    IdentifyStream({fifo.Number(), path.c_str()}, "FIFO", flags, record);
+    return record;
+}
+
 Record IdentifyStandardInput(std::uint32_t flags) {
     Record record;
     record.path = "-";
-    SpooledInput input;
-    if (!input.Open(record.error)) return record;
-    const IODescriptorSpec specification = {input.Descriptor(), nullptr};
-    HIOFILE handle = nullptr;
-    if (IOOpen(&handle, IOSpecDescriptor, &specification, openMode) != 0) {
-        record.error = "standard input: " + ReasonOf(errno);
-        return record;
+    const IODescriptorSpec specification = {STDIN_FILENO, nullptr};
+    const std::string name = "standard input";
+    if (!IsOpenForReading(STDIN_FILENO)) {
+        record.error = name + " is closed";
+    } else if (HoldsAFile(STDIN_FILENO)) {
+        IdentifyDescriptor(specification, name, flags, record);
+    } else {
+        IdentifyStream(specification, name, flags, record);
     }
-    IdentifyHandle(handle, flags, record);
-    handle->operations.IOClose(handle);
     return record;
 }

@@ -1,12 +1,13 @@
 // main.cpp - the program fiid: tells the format of files.
 #include <unistd.h>
 
-#include <cstdio>
 #include <exception>
 
 #include "catalogue/format_catalogue.h"
+#include "cli/descriptors.h"
 #include "cli/file_walk.h"
 #include "cli/identify.h"
+#include "cli/interrupt.h"
 #include "cli/options.h"
 #include "cli/output.h"
 #include "cli/path_list.h"
@@ -30,35 +31,42 @@ bool IdentifyAll(const Options& options) {
     bool allRead = true;
     RecordWriter writer(options.format, options.explain);
     const auto write = [&](const Record& record) {
+        if (Interrupted()) return;  // it may have been cut short
         allRead = allRead && !record.error.has_value();
         writer.Write(record);
     };
-    const auto visitFile = [&](const std::string& path) { write(IdentifyPath(path, flags)); };
-    const auto visitFailure = [&](const std::string& path, const std::string& reason) {
+    const auto writeFailure = [&](const std::string& path, const std::string& reason) {
         Record record;
         record.path = path;
         record.error = reason;
         write(record);
     };
-    const auto visit = [&](const std::string& path) { WalkPath(path, visitFile, visitFailure); };
+    const WalkVisitor visitor = {[&](const std::string& path) { write(IdentifyPath(path, flags)); },
+                                 [&](const std::string& path) { write(IdentifyFifo(path, flags)); }, writeFailure};
 
     writer.BeginRecords();
     for (const std::string& path : options.paths) {
+        if (Interrupted()) break;
         if (path == "-") {
             write(IdentifyStandardInput(flags));
         } else {
-            visit(path);
+            WalkPath(path, visitor);
         }
     }
-    if (options.filesFrom.has_value()) {
-        const std::optional<std::string> failure = ReadPathList(*options.filesFrom, options.nulSeparated, visit);
+    if (options.filesFrom.has_value() && !Interrupted()) {
+        const std::optional<std::string> failure = ReadPathList(
+            *options.filesFrom, options.nulSeparated, [&](const std::string& path) { WalkPath(path, visitor); });
         if (failure.has_value()) {
-            WriteMessage(EscapeForText(*options.filesFrom) + ": " + *failure);
+            WriteMessage(*options.filesFrom + ": " + *failure);
             allRead = false;
         }
     }
     writer.End();
     return allRead;
+}
+
+bool ReaderWaitsForRecords(const Options& options) {
+    return isatty(STDOUT_FILENO) != 0 || (options.filesFrom.has_value() && PathsComeOneByOne(*options.filesFrom));
 }
 
 int Run(int argc, char** argv) {
@@ -69,6 +77,7 @@ int Run(int argc, char** argv) {
         WriteMessage("the base utility library does not start");
         return failedExitStatus;
     }
+    if (ReaderWaitsForRecords(*options)) FlushEachRecord();
     bool allRead = true;
     if (options->listFormats) {
         ListFormats(*options);
@@ -82,8 +91,12 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    FillStandardDescriptors();
+    CatchInterrupts();
     try {
-        return Run(argc, argv);
+        const int exitStatus = Run(argc, argv);
+        EndIfInterrupted();
+        return exitStatus;
     } catch (const std::exception& error) {
         WriteMessage(error.what());
         return failedExitStatus;

@@ -4,6 +4,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
+#include <sstream>
+
+#include "cli/escape_text.h"
+#include "cli/output.h"
 
 namespace {
 
@@ -12,15 +16,25 @@ constexpr int usageExitStatus = 2;
 constexpr const char* description =
     R"(fiid tells the format of files by their content: it answers with one of about 430 format identifiers.
 A directory is walked recursively, in sorted order; symbolic links to directories are followed only when they are
-named on the command line.)";
+named on the command line or in a list. So are FIFOs read, to their end and into a temporary file; below a directory
+a FIFO is a failure. Standard input (-) is read likewise, but when it is a file it is not copied, and is taken from
+its start, wherever it has been read to.)";
 
 constexpr const char* footer =
-    R"(Output formats: text (PATH: NAME [FIID]; control characters and backslashes of a path are escaped), ndjson (a JSON
-object a line), json (one array), csv (RFC 4180), tsv (tab, line feed, carriage return and backslash are escaped).
-Records hold path, fiid, name, mime and puid (a list; separated by blanks in csv and tsv), or path and error. A path
-that is not UTF-8 has its bytes in path_hex in JSON, and the replacement character in path.
+    R"(Output formats: text (PATH: NAME [FIID]), ndjson (a JSON object a line), json (one array), csv (RFC 4180), tsv
+(tab, line feed, carriage return and backslash are escaped). Records hold path, fiid, name, mime and puid (a list;
+separated by blanks in csv and tsv), or path and error. A path that is not UTF-8 has its bytes in path_hex in JSON,
+and the replacement character in path.
+In text and in messages a backslash of a path is doubled; control characters, also those from U+0080 to U+009F,
+bidirectional controls and line separators are escaped byte by byte (\x1B).
 
-Exit status: 0; 1 if any path could not be read; 2 for wrong usage.
+Output is handed over by whole records, so that several processes can share one output (in a pipe: up to 4,096 bytes
+a record), and record by record when the paths of --files-from come through a pipe: a program may write a path and
+wait for its record. SIGINT, SIGTERM and SIGHUP end fiid behind a whole record, with the array of json closed, and a
+second one ends it at once.
+
+Exit status: 0; 1 if any path could not be read or the output not be written; 2 for wrong usage; a signal ends fiid
+as that signal does (130 in a shell for SIGINT).
 
 Examples:
   fiid report.doc                              the format of one file
@@ -45,6 +59,19 @@ std::string CheckOptions(const Options& options) {
     const bool listFromStandardInput = options.filesFrom == "-";
     if (standardInputs > 1 || (standardInputs == 1 && listFromStandardInput)) return "standard input can be read once";
     return "";
+}
+
+// Prints what was asked for or what is wrong, and returns the exit status. What is wrong may quote the command line.
+int TellEarlyEnd(const CLI::App& app, const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) {
+        WriteErrorText(EscapeForText(error.what()) + "\nRun with --help for more information.\n");
+        return usageExitStatus;
+    }
+    std::ostringstream text;
+    app.exit(error, text, text);
+    WriteRecord(text.str());
+    FlushOutput();
+    return 0;
 }
 
 }  // namespace
@@ -73,7 +100,7 @@ std::optional<Options> ParseOptions(int argc, char** argv, int& exitStatus) {
         const std::string mistake = CheckOptions(options);
         if (!mistake.empty()) throw CLI::ValidationError(mistake);
     } catch (const CLI::ParseError& error) {
-        exitStatus = app.exit(error) == 0 ? 0 : usageExitStatus;
+        exitStatus = TellEarlyEnd(app, error);
         return std::nullopt;
     }
     options.format = formatNames.at(format);

@@ -1,33 +1,61 @@
 // output.cpp - standard output and standard error.
 #include "cli/output.h"
 
+#include <unistd.h>
+
 #include <cerrno>
-#include <cstdio>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+
+#include "cli/descriptors.h"
+#include "cli/escape_text.h"
 
 namespace {
 
 constexpr int failedExitStatus = 1;
 
+// A write to a pipe is atomic up to here. Larger ones to a file would save little beside the cost of opening the files
+// that the records tell of.
+constexpr std::size_t gatheredBytes = PIPE_BUF;
+
+std::string gathered;  // whole records
+bool flushEachRecord = false;
+
+void WriteMessageLine(std::string_view message) { WriteErrorText("fiid: " + EscapeForText(message) + "\n"); }
+
 [[noreturn]] void EndAfterFailedWrite() {
     const int reason = errno;
-    if (reason != EPIPE) WriteMessage(std::string("standard output: ") + std::strerror(reason));
+    if (reason == EBADF) {
+        WriteMessageLine("standard output is closed");
+    } else if (reason != EPIPE) {
+        WriteMessageLine(std::string("standard output: ") + std::strerror(reason));
+    }
     std::_Exit(failedExitStatus);
 }
 
 }  // namespace
 
-void WriteOutput(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) EndAfterFailedWrite();
+void WriteRecord(std::string_view record) {
+    if (gathered.size() + record.size() > gatheredBytes) FlushOutput();
+    gathered += record;
+    if (flushEachRecord) FlushOutput();
 }
 
+void FlushEachRecord() { flushEachRecord = true; }
+
 void FlushOutput() {
-    if (std::fflush(stdout) != 0) EndAfterFailedWrite();
+    if (!WriteFully(STDOUT_FILENO, gathered)) EndAfterFailedWrite();
+    gathered.clear();
 }
 
 void WriteMessage(std::string_view message) {
-    std::fflush(stdout);  // results in front of the message come first on a terminal
-    std::fprintf(stderr, "fiid: %.*s\n", static_cast<int>(message.size()), message.data());
+    FlushOutput();  // results in front of the message come first on a terminal
+    WriteMessageLine(message);
+}
+
+void WriteErrorText(std::string_view text) {
+    // There is no other place to tell that this failed.
+    static_cast<void>(WriteFully(STDERR_FILENO, text));
 }

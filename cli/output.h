@@ -1,14 +1,23 @@
-// output.h - standard output: buffered, and quiet when its reader has gone.
+// output.h - standard output by whole records, standard error by whole lines.
 #pragma once
 
 #include <string_view>
 
-// Writes to standard output. When the other end of a pipe is closed the program ends at once, without a word; any other
-// failure, such as a full disk, ends it with a message and the exit status 1.
-void WriteOutput(std::string_view text);
+// Writes a record, or anything else that must stay in one piece, to standard output. Records are gathered and handed
+// over in calls that end behind a whole record, so that processes which share an output do not tear each other's
+// records: always in a file, and in a pipe up to 4,096 bytes (PIPE_BUF) a record. When the other end of a pipe is
+// closed the program ends at once, without a word; any other failure, such as a full disk, ends it with a message and
+// the exit status 1.
+void WriteRecord(std::string_view record);
 
-// Hands over what is still buffered; failures as above.
+// From here on each record is handed over by itself, for readers that wait for it.
+void FlushEachRecord();
+
+// Hands over what is still gathered; failures as above.
 void FlushOutput();
 
-// Writes "fiid: " and a message to standard error, with a line end.
+// Writes "fiid: " and a message to standard error, with a line end. What could steer a terminal is escaped.
 void WriteMessage(std::string_view message);
+
+// Writes a text to standard error as it is.
+void WriteErrorText(std::string_view text);

@@ -1,33 +1,60 @@
 // path_list.cpp - lists of paths in files.
 #include "cli/path_list.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <string_view>
+
+#include "cli/descriptors.h"
+#include "cli/interrupt.h"
+
+namespace {
+
+constexpr std::size_t blockBytes = 65536;
+constexpr const char* standardInputName = "-";
+
+std::optional<std::string> ReadEntries(int descriptor, char separator,
+                                       const std::function<void(const std::string&)>& visit) {
+    std::array<char, blockBytes> block;
+    std::string entry;
+    while (true) {
+        const ssize_t came = ReadAvailable(descriptor, block);
+        if (came < 0 && !Interrupted()) return std::strerror(errno);
+        if (came <= 0) break;
+        for (const char character : std::string_view(block.data(), static_cast<std::size_t>(came))) {
+            if (character != separator) {
+                entry += character;
+                continue;
+            }
+            if (!entry.empty()) visit(entry);
+            entry.clear();
+            if (Interrupted()) return std::nullopt;
+        }
+    }
+    if (!entry.empty() && !Interrupted()) visit(entry);
+    return std::nullopt;
+}
+
+}  // namespace
 
 std::optional<std::string> ReadPathList(const std::string& file, bool nulSeparated,
                                         const std::function<void(const std::string&)>& visit) {
-    const auto closeFile = [](std::FILE* stream) {
-        if (stream != stdin) std::fclose(stream);
-    };
-    const std::unique_ptr<std::FILE, decltype(closeFile)> stream(file == "-" ? stdin : std::fopen(file.c_str(), "re"),
-                                                                 closeFile);
-    if (stream == nullptr) return std::strerror(errno);
     const char separator = nulSeparated ? '\0' : '\n';
-    char* buffer = nullptr;
-    std::size_t capacity = 0;
-    const auto freeBuffer = [](char** block) { std::free(*block); };
-    const std::unique_ptr<char*, decltype(freeBuffer)> owner(&buffer, freeBuffer);
-    while (true) {
-        errno = 0;
-        const ssize_t length = getdelim(&buffer, &capacity, separator, stream.get());
-        if (length < 0) break;
-        std::string path(buffer, static_cast<std::size_t>(length));
-        if (!path.empty() && path.back() == separator) path.pop_back();
-        if (!path.empty()) visit(path);
+    if (file == standardInputName) {
+        if (!IsOpenForReading(STDIN_FILENO)) return "standard input is closed";
+        return ReadEntries(STDIN_FILENO, separator, visit);
     }
-    if (std::ferror(stream.get()) != 0) return std::strerror(errno);
-    return std::nullopt;
+    const OwnedDescriptor list(OpenForReading(file));
+    if (list.Number() < 0) return std::strerror(errno);
+    return ReadEntries(list.Number(), separator, visit);
+}
+
+bool PathsComeOneByOne(const std::string& file) {
+    struct stat status = {};
+    const bool known = file == standardInputName ? fstat(STDIN_FILENO, &status) == 0 : stat(file.c_str(), &status) == 0;
+    return known && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) || S_ISCHR(status.st_mode));
 }

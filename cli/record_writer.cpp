@@ -1,8 +1,6 @@
 // record_writer.cpp - text, JSON, CSV and TSV.
 #include "cli/record_writer.h"
 
-#include <array>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <sstream>
@@ -10,18 +8,13 @@
 #include <utility>
 #include <vector>
 
+#include "cli/escape_text.h"
 #include "cli/output.h"
 #include "signatures/table.h"
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-std::string EscapeByte(unsigned char byte) {
-    std::array<char, 5> text = {};
-    std::snprintf(text.data(), text.size(), "\\x%02X", static_cast<unsigned>(byte));
-    return text.data();
-}
 
 // The fields of a line in the order of its header; an error stands in a field of its own.
 std::string JoinCsv(const std::vector<std::string>& fields) {
@@ -123,6 +116,8 @@ bool Failed(const Record& record) { return record.error.has_value(); }
 
 const FIFormatRecord& FormatOf(const Record& record) { return FormatOf(record.fiid); }
 
+Json PuidsOf(const FIFormatRecord& format) { return SplitAtBlanks(format.puids); }
+
 // In the order of csv and tsv. An error leaves only the path to tell, and a failed record no answer.
 constexpr Column<Record> recordColumns[] = {
     // clang-format off
@@ -131,7 +126,7 @@ constexpr Column<Record> recordColumns[] = {
     {"fiid",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(r.fiid); }},
     {"name",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(FormatOf(r).name); }},
     {"mime",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(FormatOf(r).mime); }},
-    {"puid",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(SplitAtBlanks(FormatOf(r).puids)); }},
+    {"puid",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : PuidsOf(FormatOf(r)); }},
     {"error",     Shown::Always,      [](const Record& r) { return Failed(r) ? Json(*r.error) : Json(); }},
     {"row",       Shown::WithExplain, [](const Record& r) { return Failed(r) ? Json() : Json(r.row); }},
     {"signature", Shown::WithExplain, [](const Record& r) { return Failed(r) ? Json() : Json(SignatureOf(r.row)); }},
@@ -143,7 +138,7 @@ constexpr Column<FIFormatRecord> formatColumns[] = {
     {"fiid",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.fiid); }},
     {"name",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.name); }},
     {"mime",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.mime); }},
-    {"puid",       Shown::Always, [](const FIFormatRecord& f) { return Json(SplitAtBlanks(f.puids)); }},
+    {"puid",       Shown::Always, [](const FIFormatRecord& f) { return PuidsOf(f); }},
     {"extensions", Shown::Always, [](const FIFormatRecord& f) { return Json(SplitAtBlanks(f.extensions)); }},
     // clang-format on
 };
@@ -205,69 +200,55 @@ std::string TextOf(const FIFormatRecord& format) { return std::to_string(format.
 
 }  // namespace
 
-std::string EscapeForText(const std::string& path) {
-    std::string text;
-    for (const char character : path) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte < 0x20 || byte == 0x7F) {
-            text += EscapeByte(byte);
-        } else if (character == '\\') {
-            text += "\\\\";
-        } else {
-            text += character;
-        }
-    }
-    return text;
-}
-
 void RecordWriter::Begin(const std::vector<std::string>& header) {
-    if (format_ == OutputFormat::Csv) WriteOutput(JoinCsv(header));
-    if (format_ == OutputFormat::Tsv) WriteOutput(JoinTsv(header));
-    if (format_ == OutputFormat::Json) WriteOutput("[");
+    if (format_ == OutputFormat::Csv) WriteRecord(JoinCsv(header));
+    if (format_ == OutputFormat::Tsv) WriteRecord(JoinTsv(header));
+    if (format_ == OutputFormat::Json) WriteRecord("[");
 }
 
 void RecordWriter::BeginRecords() { Begin(HeaderOf<Record>(recordColumns, explain_)); }
 
 void RecordWriter::BeginFormats() { Begin(HeaderOf<FIFormatRecord>(formatColumns, explain_)); }
 
-void RecordWriter::WriteFields(const std::string& line) {
-    if (format_ == OutputFormat::Json) WriteOutput(first_ ? "\n" : ",\n");
+// The comma of the array stands in front of an item, so that an array ends well behind any of them.
+void RecordWriter::WriteItem(const std::string& text) {
+    const char* const start = format_ != OutputFormat::Json ? "" : first_ ? "\n" : ",\n";
+    const char* const end = format_ == OutputFormat::Ndjson ? "\n" : "";
     first_ = false;
-    WriteOutput(line);
-    if (format_ == OutputFormat::Ndjson) WriteOutput("\n");
+    WriteRecord(start + text + end);
 }
 
 void RecordWriter::Write(const Record& record) {
-    if (Failed(record)) WriteMessage(EscapeForText(record.path) + ": " + *record.error);
+    if (Failed(record)) WriteMessage(record.path + ": " + *record.error);
     switch (format_) {
         case OutputFormat::Text:
-            if (!Failed(record)) WriteFields(TextOf(record, explain_));
+            if (!Failed(record)) WriteItem(TextOf(record, explain_));
             return;
         case OutputFormat::Csv:
-            return WriteFields(JoinCsv(FieldsOf<Record>(recordColumns, record, explain_)));
+            return WriteItem(JoinCsv(FieldsOf<Record>(recordColumns, record, explain_)));
         case OutputFormat::Tsv:
-            return WriteFields(JoinTsv(FieldsOf<Record>(recordColumns, record, explain_)));
+            return WriteItem(JoinTsv(FieldsOf<Record>(recordColumns, record, explain_)));
         case OutputFormat::Json:
         case OutputFormat::Ndjson:
-            return WriteFields(Dump(JsonOf<Record>(recordColumns, record, explain_)));
+            return WriteItem(Dump(JsonOf<Record>(recordColumns, record, explain_)));
     }
 }
 
 void RecordWriter::Write(const FIFormatRecord& format) {
     switch (format_) {
         case OutputFormat::Text:
-            return WriteFields(TextOf(format));
+            return WriteItem(TextOf(format));
         case OutputFormat::Csv:
-            return WriteFields(JoinCsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
+            return WriteItem(JoinCsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
         case OutputFormat::Tsv:
-            return WriteFields(JoinTsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
+            return WriteItem(JoinTsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
         case OutputFormat::Json:
         case OutputFormat::Ndjson:
-            return WriteFields(Dump(JsonOf<FIFormatRecord>(formatColumns, format, explain_)));
+            return WriteItem(Dump(JsonOf<FIFormatRecord>(formatColumns, format, explain_)));
     }
 }
 
 void RecordWriter::End() {
-    if (format_ == OutputFormat::Json) WriteOutput(first_ ? "]\n" : "\n]\n");
+    if (format_ == OutputFormat::Json) WriteRecord(first_ ? "]\n" : "\n]\n");
     FlushOutput();
 }

@@ -23,12 +23,9 @@ class RecordWriter {
 
  private:
     void Begin(const std::vector<std::string>& header);
-    void WriteFields(const std::string& line);
+    void WriteItem(const std::string& text);
 
     OutputFormat format_;
     bool explain_;
     bool first_ = true;
 };
-
-// A path for a line of text: control characters and backslashes escaped, all other bytes as they are.
-std::string EscapeForText(const std::string& path);

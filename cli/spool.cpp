@@ -1,4 +1,4 @@
-// spool.cpp - standard input into a temporary file.
+// spool.cpp - a stream into a temporary file.
 #include "cli/spool.h"
 
 #include <fcntl.h>
@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+
+#include "cli/descriptors.h"
 
 namespace {
 
@@ -29,24 +31,13 @@ int OpenUnnamedFile(const std::string& directory) {
     return named;
 }
 
-bool WriteFully(int descriptor, const char* bytes, std::size_t size) {
-    while (size > 0) {
-        const ssize_t written = write(descriptor, bytes, size);
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
 }  // namespace
 
 SpooledInput::~SpooledInput() {
     if (descriptor_ >= 0) close(descriptor_);
 }
 
-bool SpooledInput::Open(std::optional<std::string>& error) {
+bool SpooledInput::Open(int source, const std::string& sourceName, std::optional<std::string>& error) {
     const std::string directory = TemporaryDirectory();
     descriptor_ = OpenUnnamedFile(directory);
     if (descriptor_ < 0) {
@@ -55,14 +46,13 @@ bool SpooledInput::Open(std::optional<std::string>& error) {
     }
     std::array<char, blockBytes> block;
     while (true) {
-        const ssize_t came = read(STDIN_FILENO, block.data(), block.size());
+        const ssize_t came = ReadAvailable(source, block);
         if (came == 0) return true;
-        if (came < 0 && errno == EINTR) continue;
         if (came < 0) {
-            error = std::string("standard input: ") + std::strerror(errno);
+            error = sourceName + ": " + std::strerror(errno);
             return false;
         }
-        if (!WriteFully(descriptor_, block.data(), static_cast<std::size_t>(came))) {
+        if (!WriteFully(descriptor_, {block.data(), static_cast<std::size_t>(came)})) {
             error = directory + ": " + std::strerror(errno);
             return false;
         }

@@ -1,4 +1,4 @@
-// spool.h - standard input as a file that can be read at any offset.
+// spool.h - a stream, such as a pipe, as a file that can be read at any offset.
 #pragma once
 
 #include <optional>
@@ -11,9 +11,9 @@ class SpooledInput {
     SpooledInput& operator=(const SpooledInput&) = delete;
     ~SpooledInput();
 
-    // Copies standard input to an unnamed file in the directory for temporary files (TMPDIR, or /tmp). Returns false
-    // with the reason in error.
-    bool Open(std::optional<std::string>& error);
+    // Copies what source holds, to its end, to an unnamed file in the directory for temporary files (TMPDIR, or /tmp).
+    // Returns false with the reason in error; sourceName stands in it for the source. Called once.
+    bool Open(int source, const std::string& sourceName, std::optional<std::string>& error);
 
     // Open for reading from Open until this object ends.
     int Descriptor() const { return descriptor_; }

@@ -1,9 +1,13 @@
 // The program: paths, directories, lists, standard input, output formats, exit statuses.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <nlohmann/json.hpp>
+#include <vector>
 
 #include "cli/run_program.h"
 
@@ -87,12 +91,11 @@ TEST_F(Program, FileOf5GiBIsIdentified) {
 
 TEST_F(Program, UnreadablePathsGetAMessageAndTheOthersTheirAnswers) {
     Write("a.gif", "GIF89a");
-    Run("mkfifo fifo; ln -s nowhere dangling; mkdir d; mkfifo d/fifo");
-    const ProgramRun run = Run("$FIID missing fifo dangling a.gif d /dev/null");
+    Run("ln -s nowhere dangling; mkdir d; mkfifo d/fifo");
+    const ProgramRun run = Run("$FIID missing dangling a.gif d /dev/null");
     EXPECT_EQ(run.output, "a.gif: " + NameOf("1503") + " [1503]\n");
     EXPECT_EQ(run.messages,
               "fiid: missing: No such file or directory\n"
-              "fiid: fifo: is a FIFO, not a file\n"
               "fiid: dangling: is a symbolic link that leads nowhere\n"
               "fiid: d/fifo: is a FIFO, not a file\n"
               "fiid: /dev/null: is a character device, not a file\n");
@@ -153,6 +156,43 @@ TEST_F(Program, FullDiskIsAFailure) {
     EXPECT_EQ(run.exitStatus, 1);
 }
 
+TEST_F(Program, FullDiskFailsHelpVersionAndFormatsToo) {
+    for (const char* option : {"--help", "--version", "--formats", "--formats --format json"}) {
+        const ProgramRun run = Run(std::string("$FIID ") + option + " > /dev/full");
+        EXPECT_EQ(run.messages, "fiid: standard output: No space left on device\n") << option;
+        EXPECT_EQ(run.exitStatus, 1) << option;
+    }
+}
+
+TEST_F(Program, ClosedStandardInputIsAFailure) {
+    const ProgramRun run = Run("$FIID - <&-");
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.messages, "fiid: -: standard input is closed\n");
+    EXPECT_EQ(run.exitStatus, 1);
+    const ProgramRun list = Run("$FIID --files-from - <&-");
+    EXPECT_EQ(list.messages, "fiid: -: standard input is closed\n");
+    EXPECT_EQ(list.exitStatus, 1);
+    EXPECT_EQ(Run("$FIID - 0> written").messages, "fiid: -: standard input is closed\n");
+}
+
+TEST_F(Program, ClosedStandardOutputIsAFailure) {
+    Write("a.gif", "GIF89a");
+    for (const char* arguments : {"a.gif", "--help", "--version", "--formats"}) {
+        const ProgramRun run = Run(std::string("$FIID ") + arguments + " >&-");
+        EXPECT_EQ(run.messages, "fiid: standard output is closed\n") << arguments;
+        EXPECT_EQ(run.exitStatus, 1) << arguments;
+    }
+}
+
+TEST_F(Program, ClosedStandardErrorLosesTheMessagesAlone) {
+    Write("a.gif", "GIF89a");
+    const ProgramRun run = Run("$FIID a.gif missing 2>&-");
+    EXPECT_EQ(run.output, "a.gif: " + NameOf("1503") + " [1503]\n");
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(Run("$FIID a.gif <&- >&- 2>&-").exitStatus, 1);
+    EXPECT_EQ(ReadWholeFile(directory_ + "/a.gif"), "GIF89a");
+}
+
 // ---- Lists and standard input
 // ------------------------------------------------------------------------------------------
 
@@ -171,6 +211,20 @@ TEST_F(Program, ReadsAListSeparatedByNul) {
               "path\tfiid\na\\nb\t1503\nc\t1557\n");
     EXPECT_EQ(Run("find . -type f -print0 | sort -z | $FIID --null --files-from - --format ndjson | wc -l").output,
               "2\n");
+}
+
+TEST_F(Program, ListSeparatedByNulNeedsItsOption) {
+    Run("printf GIF89a > a; printf GIF89a > b");
+    const ProgramRun run = Run("printf 'a\\0b\\0\\na\\n' | $FIID --files-from - --format ndjson");
+    std::istringstream lines(run.output);
+    std::string line;
+    std::getline(lines, line);
+    const std::string reason = "a path can't hold a NUL byte; -0 reads a list that is separated by them";
+    EXPECT_EQ(Json::parse(line), Json({{"path", std::string("a\0b\0", 4)}, {"error", reason}}));
+    std::getline(lines, line);
+    EXPECT_EQ(Json::parse(line)["path"], "a");
+    EXPECT_EQ(run.messages, "fiid: a\\x00b\\x00: " + reason + "\n");
+    EXPECT_EQ(run.exitStatus, 1);
 }
 
 TEST_F(Program, MissingListIsAFailure) {
@@ -202,9 +256,156 @@ TEST_F(Program, WithoutATemporaryDirectorySaysSo) {
     EXPECT_EQ(run.exitStatus, 1);
 }
 
+TEST_F(Program, FileOnStandardInputIsNotCopied) {
+    Write("a.gif", "GIF89a");
+    Run("printf GIF89a > large; truncate -s 10G large");
+    EXPECT_EQ(Run("TMPDIR=/nonexistent $FIID - < a.gif").output, "-: " + NameOf("1503") + " [1503]\n");
+    EXPECT_EQ(Run("TMPDIR=/nonexistent $FIID - < large").output, "-: " + NameOf("1503") + " [1503]\n");
+}
+
+TEST_F(Program, FileOnStandardInputIsTakenFromItsStart) {
+    Write("a.gif", "GIF89a");
+    EXPECT_EQ(Run("{ read -r -N 3; $FIID -; } < a.gif").output, "-: " + NameOf("1503") + " [1503]\n");
+}
+
+TEST_F(Program, DirectoryOnStandardInputIsAFailure) {
+    const ProgramRun run = Run("$FIID - < .");
+    EXPECT_EQ(run.messages, "fiid: -: standard input: Is a directory\n");
+    EXPECT_EQ(run.exitStatus, 1);
+}
+
+TEST_F(Program, NamedFifoIsReadToItsEnd) {
+    Write("a.gif", "GIF89a");
+    Run("mkfifo fifo; ln -s fifo link");
+    const std::string answer = ": " + NameOf("1503") + " [1503]\n";
+    EXPECT_EQ(Run("cat a.gif > fifo & $FIID fifo").output, "fifo" + answer);
+    EXPECT_EQ(Run("cat a.gif > fifo & $FIID link").output, "link" + answer);
+    EXPECT_EQ(Run("cat a.gif > fifo & echo fifo > list; $FIID --files-from list").output, "fifo" + answer);
+    EXPECT_EQ(Run("$FIID <(cat a.gif) | sed 's/.*: /: /'").output, answer);
+    EXPECT_EQ(Run("cat a.gif > fifo & TMPDIR=/nonexistent $FIID fifo; cat fifo > /dev/null & : > fifo; wait").messages,
+              "fiid: fifo: /nonexistent: no temporary file: No such file or directory\n");
+}
+
+TEST_F(Program, WalkLeavesTheWriterOfAFifoAlone) {
+    Run("mkdir d; mkfifo d/fifo");
+    const ProgramRun run = Run("printf GIF89a > d/fifo & $FIID d; cat d/fifo; wait");
+    EXPECT_EQ(run.messages, "fiid: d/fifo: is a FIFO, not a file\n");
+    EXPECT_EQ(run.output, "GIF89a");
+}
+
 TEST_F(Program, FileNamedLikeAnOptionIsReached) {
     Run("printf GIF89a > ./-; printf GIF89a > ./--help");
     EXPECT_EQ(Run("$FIID ./- ./--help -- --help | wc -l").output, "3\n");
+}
+
+// ---- Who reads the output, and when
+
+// What each write to standard output held: a socket that keeps the bounds of messages takes the place of a pipe.
+std::vector<std::string> WritesOf(const std::string& directory, const std::vector<std::string>& arguments) {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return {"no socket"};
+    const pid_t child = fork();
+    if (child == 0) {
+        std::vector<const char*> words = {FIID_PROGRAM};
+        for (const std::string& argument : arguments) words.push_back(argument.c_str());
+        words.push_back(nullptr);
+        const int silence = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        if (chdir(directory.c_str()) != 0 || dup2(ends[1], STDOUT_FILENO) < 0 || dup2(silence, STDERR_FILENO) < 0)
+            _exit(9);
+        execv(FIID_PROGRAM, const_cast<char* const*>(words.data()));
+        _exit(9);
+    }
+    close(ends[1]);
+    std::vector<std::string> writes;
+    std::string block(1 << 20, '\0');
+    for (ssize_t came = 0; (came = recv(ends[0], block.data(), block.size(), 0)) > 0;) {
+        writes.emplace_back(block, 0, static_cast<std::size_t>(came));
+    }
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    return writes;
+}
+
+TEST_F(Program, WritesEndBehindWholeRecordsAndFitIntoAPipe) {
+    // Paths of many lengths, and no failures: their messages would push the records out.
+    std::string list;
+    for (int index = 0; index < 1000; ++index) {
+        for (int steps = index % 100; steps > 0; --steps) list += "./";
+        list += "a.gif\n";
+    }
+    Write("list", list);
+    Write("a.gif", "GIF89a");
+    for (const char* format : {"text", "ndjson", "csv", "tsv", "json"}) {
+        const std::vector<std::string> writes = WritesOf(directory_, {"--format", format, "--files-from", "list"});
+        EXPECT_GT(writes.size(), 10U) << format;
+        for (const std::string& text : writes) {
+            EXPECT_LE(text.size(), 4096U) << format;
+            const bool whole = text.ends_with("\n") || (std::string(format) == "json" && text.ends_with("}"));
+            EXPECT_TRUE(whole) << format << ": ..." << text.substr(text.size() > 80 ? text.size() - 80 : 0);
+        }
+    }
+}
+
+TEST_F(Program, RecordLargerThanAPipeTakesGoesInOneWrite) {
+    const std::string path(6000, 'x');
+    Write("a.gif", "GIF89a");
+    const std::vector<std::string> writes = WritesOf(directory_, {"--format", "tsv", "a.gif", path, "a.gif"});
+    ASSERT_EQ(writes.size(), 3U);  // a message is preceded by what was gathered, the failed record among what follows
+    EXPECT_EQ(writes[1], path + "\t\t\t\t\tFile name too long\n");
+}
+
+TEST_F(Program, ProcessesThatShareAnOutputDoNotTearRecords) {
+    Write("a.gif", "GIF89a");
+    const std::string run = "yes a.gif | head -n 20000 | xargs -n 1000 -P 2 $FIID";
+    const std::string count = " | LC_ALL=C sort | uniq -c | sed 's/^ *//'";
+    const std::string answer = "20000 a.gif: " + NameOf("1503") + " [1503]\n";
+    EXPECT_EQ(Run(run + count).output, answer);
+    EXPECT_EQ(Run(run + " > out; cat out" + count).output, answer);
+    EXPECT_EQ(Run(run + " >> appended; cat appended" + count).output, answer);
+}
+
+TEST_F(Program, AnswersAPathBeforeTheNextIsWritten) {
+    Write("a.gif", "GIF89a");
+    Write("b.pdf", "%PDF-1.4");
+    // read gives up after a minute, where it would wait for ever.
+    const std::string talk =
+        "{ IFS= read -t 60 -r -u $from line; echo \"$line\"; for path in a.gif b.pdf missing; do echo $path >&$to;"
+        " IFS= read -t 60 -r -u $from line || break; echo \"$line\"; done; } > said; cut -f 1,2,6 said";
+    const std::string answers =
+        "path\tfiid\terror\na.gif\t1503\t\nb.pdf\t1557\t\nmissing\t\tNo such file or directory\n";
+    EXPECT_EQ(Run("coproc $FIID --format tsv --files-from -; from=${COPROC[0]}; to=${COPROC[1]}; " + talk + "; kill $!")
+                  .output,
+              answers);
+    EXPECT_EQ(Run("mkfifo paths answers; exec {to}<>paths {from}<>answers; "
+                  "$FIID --format tsv --files-from paths > answers & " +
+                  talk + "; kill $!")
+                  .output,
+              answers);
+}
+
+TEST_F(Program, SignalEndsBehindAWholeRecordAndIsPassedOn) {
+    Write("a.gif", "GIF89a");
+    Run("mkfifo paths");
+    struct {
+        const char* signal;
+        int exitStatus;
+    } const signals[] = {{"INT", 128 + SIGINT}, {"TERM", 128 + SIGTERM}, {"HUP", 128 + SIGHUP}};
+    for (const auto& [signal, exitStatus] : signals) {
+        // With job control (set -m) the shell does not let a command in the background ignore SIGINT.
+        const std::string wait = "for turn in {1..6000}; do grep -q gif out && break; sleep 0.01; done; kill -" +
+                                 std::string(signal) + " $!; wait $!";
+        const ProgramRun json =
+            Run("set -m; rm -f out; exec 9<>paths; $FIID --format json --files-from - < paths > out & "
+                "echo a.gif >&9; " +
+                wait + "; status=$?; cat out; exit $status");
+        EXPECT_EQ(Json::parse(json.output).size(), 1U) << signal;
+        EXPECT_EQ(json.exitStatus, exitStatus) << signal;
+        // Waiting for a FIFO: the message in front of it has pushed out the first record.
+        const ProgramRun fifo = Run("set -m; rm -f out; exec 9<>paths; $FIID a.gif missing paths a.gif > out & " +
+                                    wait + "; status=$?; cat out; exit $status");
+        EXPECT_EQ(fifo.output, "a.gif: " + NameOf("1503") + " [1503]\n") << signal;
+        EXPECT_EQ(fifo.exitStatus, exitStatus) << signal;
+    }
 }
 
 // ---- Output formats
@@ -251,6 +452,42 @@ TEST_F(Program, WritesTsv) {
     const ProgramRun run = Run("$FIID --format tsv a*");
     EXPECT_EQ(run.output, "path\tfiid\tname\tmime\tpuid\terror\na\\tb\\\\c\\rd\t1503\t" + NameOf("1503") +
                               "\timage/gif\tfmt/3 fmt/4\t\n");
+}
+
+TEST_F(Program, RecordsKeepTheirBytesInEveryFormat) {
+    Write("a.gif", "GIF89a");
+    Write("\xff\xc3\xa9", "GIF89a");
+    const std::string run = "$FIID --explain a.gif $'\\xff\\xc3\\xa9' missing --format ";
+    const std::string answer =
+        R"json("fiid":1503,"name":"GIF image","mime":"image/gif","puid":["fmt/3","fmt/4"],"row":172,"signature":">0 \"GIF8\" (37/39)"})json";
+    const std::string first = R"json({"path":"a.gif",)json" + answer;
+    const std::string second = "{\"path\":\"\xEF\xBF\xBD\xC3\xA9\",\"path_hex\":\"ffc3a9\"," + answer;
+    const std::string third = R"json({"path":"missing","error":"No such file or directory"})json";
+    EXPECT_EQ(Run(run + "ndjson").output, first + "\n" + second + "\n" + third + "\n");
+    EXPECT_EQ(Run(run + "json").output, "[\n" + first + ",\n" + second + ",\n" + third + "\n]\n");
+    EXPECT_EQ(Run(run + "csv").output,
+              "path,fiid,name,mime,puid,error,row,signature\r\n"
+              "a.gif,1503,GIF image,image/gif,fmt/3 fmt/4,,172,\">0 \"\"GIF8\"\" (37/39)\"\r\n"
+              "\xff\xc3\xa9,1503,GIF image,image/gif,fmt/3 fmt/4,,172,\">0 \"\"GIF8\"\" (37/39)\"\r\n"
+              "missing,,,,,No such file or directory,,\r\n");
+    EXPECT_EQ(Run(run + "tsv").output,
+              "path\tfiid\tname\tmime\tpuid\terror\trow\tsignature\n"
+              "a.gif\t1503\tGIF image\timage/gif\tfmt/3 fmt/4\t\t172\t>0 \"GIF8\" (37/39)\n"
+              "\xff\xc3\xa9\t1503\tGIF image\timage/gif\tfmt/3 fmt/4\t\t172\t>0 \"GIF8\" (37/39)\n"
+              "missing\t\t\t\t\tNo such file or directory\t\t\n");
+}
+
+TEST_F(Program, ControlsOfAPathAreEscapedInTextAndMessages) {
+    // U+202E turns the line round, U+0085 ends it, and 9B starts a control sequence on an eight-bit terminal.
+    const std::string name = "$'a\\xE2\\x80\\xAEb\\xC2\\x85c\\x9Bd'";
+    const std::string escaped = "a\\xE2\\x80\\xAEb\\xC2\\x85c\\x9Bd";
+    EXPECT_EQ(Run("$FIID " + name).messages, "fiid: " + escaped + ": No such file or directory\n");
+    EXPECT_EQ(Run("$FIID --files-from " + name).messages, "fiid: " + escaped + ": No such file or directory\n");
+    EXPECT_EQ(Run("printf x | TMPDIR=/" + name + " $FIID -").messages,
+              "fiid: -: /" + escaped + ": no temporary file: No such file or directory\n");
+    EXPECT_EQ(Run("$FIID --format " + name + " a").messages.substr(0, 10 + escaped.size()), "--format: " + escaped);
+    EXPECT_NE(Run("$FIID --" + name + " a").messages.find(escaped), std::string::npos);
+    EXPECT_EQ(Run("printf GIF89a > " + name + "; $FIID *").output, escaped + ": " + NameOf("1503") + " [1503]\n");
 }
 
 TEST_F(Program, PathsOfAnyBytesSurviveEveryFormat) {

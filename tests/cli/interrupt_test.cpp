@@ -1,0 +1,94 @@
+// Signals that end the program: noted once, fatal twice, and never slept over.
+#include "cli/interrupt.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "cli/descriptors.h"
+
+namespace {
+
+// The statements run in processes of their own, which exit with 0 when what is expected holds.
+void ExitWith(bool holds) { _exit(holds ? 0 : 1); }
+
+class InterruptDeathTest : public testing::TestWithParam<int> {};
+
+TEST_P(InterruptDeathTest, FirstSignalIsNotedAndEndsTheProgramWhenItIsAskedTo) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            if (Interrupted()) _exit(2);
+            EndIfInterrupted();
+            raise(number);
+            if (!Interrupted()) _exit(3);
+            EndIfInterrupted();
+            _exit(4);
+        },
+        testing::KilledBySignal(number), "");
+}
+
+TEST_P(InterruptDeathTest, SecondSignalEndsTheProgramAtOnce) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            raise(SIGTERM);
+            raise(number);
+            _exit(1);
+        },
+        testing::KilledBySignal(number), "");
+}
+
+TEST_P(InterruptDeathTest, IgnoredSignalStaysIgnored) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            std::signal(number, SIG_IGN);
+            CatchInterrupts();
+            raise(number);
+            ExitWith(!Interrupted());
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_P(InterruptDeathTest, SignalEndsTheWaitingWheneverItComes) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            int ends[2];
+            if (pipe(ends) != 0) _exit(2);
+            CatchInterrupts();
+            const pid_t waiting = getpid();
+            if (fork() == 0) {
+                kill(waiting, number);
+                _exit(0);
+            }
+            if (WaitForInput(ends[0])) _exit(3);
+            char block[1];
+            ExitWith(ReadAvailable(ends[0], block) == -1 && errno == EINTR);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptDeathTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST(Waiting, EndsWithInputAndAtTheEnd) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(write(ends[1], "a", 1), 1);
+    EXPECT_TRUE(WaitForInput(ends[0]));
+    char block[2];
+    EXPECT_EQ(ReadAvailable(ends[0], block), 1);
+    close(ends[1]);
+    EXPECT_TRUE(WaitForInput(ends[0]));
+    EXPECT_EQ(ReadAvailable(ends[0], block), 0);
+    close(ends[0]);
+    EXPECT_EQ(ReadAvailable(ends[0], block), -1);
+    EXPECT_EQ(errno, EBADF);
+}
+
+}  // namespace
