@@ -23,8 +23,38 @@ extern "C" {
 /* A format identifier, from 1000 upward. 1999 means that the format is not known; 0 is no identifier at all. */
 typedef uint16_t FIID;
 
-/* ---- The handle contract ------------------------------------------------------------------------------------------
+/* ---- Who owns what ------------------------------------------------------------------------------------------------
+ *
+ *   Thing                               Whose it is, and how it ends
+ *   a handle that IOOpen stores         the caller's; its IOClose ends it
+ *   a host's own handle                 the host's; no entry closes it
+ *   the handle in IOSpecHandle          stays the host's; the handle around it is the caller's, and is closed first
+ *   a handle that IOOpenSub stores      the library's that asked for it, which closes it before the parent, with one
+ *                                       exception: an archive whose setting is refused (IOSetInfo, base_utility.h) stays
+ *                                       open; handles of IOOpen end what was opened in them with themselves
+ *   memory and name in IOMemorySpec     the caller's; the memory must stay until the handle is closed, the name is copied
+ *   descriptor and name in              the caller's; the descriptor must stay open until the handle is closed, the name
+ *     IODescriptorSpec                  is copied
+ *   paths, names of formats, readers    the caller's; used during the call alone
+ *
+ * Where a handle stands: FIIdHandle leaves it at offset 0, FIIdSpecial and FIExtTextID wherever they stopped. A handle
+ * in IOSpecHandle is sought before each read of the one around it and is left wherever the last of them ended.
  */
+
+/* ---- Failures -----------------------------------------------------------------------------------------------------
+ *
+ *   What fails                          What the caller sees
+ *   opening (FIIdFile, FIIdFileEx)      -1, *fiid 0, errno tells why
+ *   memory for the reader               -1, *fiid 1999
+ *   memory inside a routine, a          status 0: the format that needed it is not told, so a later row or 1999 is the
+ *     storage, an archive or XML        answer
+ *   memory for the reader (FIIdSpecial) 0
+ *   reading or seeking                  status 0: what can't be read counts as the end of the file. An object of which
+ *                                       nothing can be read is told as an empty file: by its name's extension, or 1999
+ *                                       (4022 with FIFlagExtendedText)
+ */
+
+/* ---- The handle contract ------------------------------------------------------------------------------------------ */
 
 /* An open I/O handle: a pointer to a record that starts with its table of operations. IOOpen (base_utility.h) makes
  * handles over files, memory and descriptors; a host may bring a record of its own that starts with an IOOperations. */
@@ -37,8 +67,9 @@ enum { IOOriginStart = 0, IOOriginCurrent = 1, IOOriginEnd = 2 };
 typedef struct IOOperations {
     /* Slot 0. Closes the handle and ends its life. The result is ignored. */
     int32_t (*IOClose)(HIOFILE handle);
-    /* Slot 1. Reads up to size bytes at the current position and stores how many came. A short count is allowed; a
-     * count of 0 with status 0 is the end of the object. With a failure status the count is ignored. */
+    /* Slot 1. Reads size bytes at the current position and stores how many came, never more than size: a larger count
+     * is taken for size. All of them must come when the object has them, for some routines take a short count for the
+     * end of the object; a count of 0 with status 0 is the end for all. With a failure status the count is ignored. */
     int32_t (*IORead)(HIOFILE handle, void* destination, uint32_t size, uint32_t* count);
     /* Slot 2. Never called by this library. */
     int32_t (*IOWrite)(HIOFILE handle, const void* source, uint32_t size, uint32_t* count);
@@ -70,7 +101,8 @@ typedef struct IOFile {
 /* Selectors of IOGetInfo. No other selector is asked for. */
 enum {
     /* value: buffer of 256 bytes, its first two zeroed by the caller. Writes the file's name, NUL-terminated, in the
-     * type that IOInfoNameType reports: at most 255 bytes, or 127 16-bit units, and the terminator. */
+     * type that IOInfoNameType reports: at most 255 bytes, or 127 16-bit units, and the terminator. A name that fills
+     * the buffer without one is cut there. An object without a name: write nothing and fail. */
     IOInfoName = 3,
     /* value: null. Status 0: the handle is a compound storage. Any other status: a plain stream of bytes. */
     IOInfoIsStorage = 4,
@@ -123,8 +155,7 @@ typedef struct IOSubDerivedSpec {
     uint8_t reserved2[24];
 } IOSubDerivedSpec;
 
-/* ---- The reader ---------------------------------------------------------------------------------------------------
- */
+/* ---- The reader --------------------------------------------------------------------------------------------------- */
 
 enum { FIReaderBufferSize = 2048 };
 
@@ -140,8 +171,7 @@ typedef struct FIReader {
     uint8_t buffer[FIReaderBufferSize];
 } FIReader;
 
-/* ---- The entries --------------------------------------------------------------------------------------------------
- */
+/* ---- The entries -------------------------------------------------------------------------------------------------- */
 
 /* Flags of an identification: bit 0 asks for extended text identification, so that a file which no signature claims is
  * told as text (4022, 4005, 1184) or not (1999) by its characters. No other bit has a meaning. Text identification can
@@ -156,8 +186,8 @@ int16_t FIInit(void* context);
 int16_t FIDeInit(void* context);
 
 /* Identifies the file that a path specification names; specificationType and specification are those of IOOpen
- * (base_utility.h). Returns 0 with *fiid set, or -1 with *fiid 0 when the file can't be opened, or -1 with *fiid 1999
- * when memory is exhausted. A file that can be opened but not read is identified as if it were empty. */
+ * (base_utility.h). Returns 0 with *fiid set, or -1 with *fiid 0 and errno set when the file can't be opened, or -1 with
+ * *fiid 1999 when memory is exhausted. */
 int16_t FIIdFile(uint32_t specificationType, const void* specification, uint32_t flags, FIID* fiid);
 
 /* The same, and writes the format's display name, NUL-terminated and cut to nameSize bytes, into name (may be null). */
@@ -165,7 +195,11 @@ int16_t FIIdFileEx(uint32_t specificationType, const void* specification, uint32
                    uint16_t nameSize);
 
 /* Identifies the object behind an open handle. The handle stays open and the caller's; with status 0 it stands at
- * offset 0 again. Returns 0 with *fiid set, or -1 with *fiid 1999 when memory is exhausted. */
+ * offset 0 again. Returns 0 with *fiid set, or -1 with *fiid 1999 when memory is exhausted.
+ *
+ * A host's own handle that knows bytes and no more is told by its bytes alone: what is in a storage or an archive is
+ * seen through its IOGetInfo and IOOpenSub. To have this library see storages and archives in it, wrap it:
+ * IOOpen(&around, IOSpecHandle, handle, IOOpenRead), then FIIdHandle(around, ...), then close around. */
 int16_t FIIdHandle(HIOFILE handle, uint32_t flags, FIID* fiid);
 
 /* Runs one named test on an open handle. The only test is 4050, encoded text: returns 4050 to 4057 for uuencode,
