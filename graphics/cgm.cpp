@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 
 namespace {
@@ -57,12 +58,10 @@ void FIConsume(std::int16_t& consumed, std::uint32_t bytes) {
     consumed = static_cast<std::int16_t>(static_cast<std::uint32_t>(consumed) + bytes);
 }
 
-// The end of the file is a byte FF; a header read there is of class 15, which no table accepts.
-std::uint8_t FITakeByte(FIReader& reader) { return static_cast<std::uint8_t>(FIReaderGetByte(reader)); }
-
+// At the end of the file the header is of class 15, which no table accepts.
 FICgmElement FITakeHeader(FIReader& reader, std::int16_t& consumed) {
-    const std::uint32_t high = FITakeByte(reader);
-    const std::uint32_t low = FITakeByte(reader);
+    const std::uint32_t high = FITakeLowByte(reader);
+    const std::uint32_t low = FITakeLowByte(reader);
     FIConsume(consumed, headerSize);
     return {high >> 4, (high & 0x0F) << 3 | low >> 5, static_cast<std::uint16_t>(low & lengthMask)};
 }
@@ -71,8 +70,8 @@ FICgmElement FITakeHeader(FIReader& reader, std::int16_t& consumed) {
 std::uint16_t FITakeLength(FIReader& reader, const FICgmElement& element, std::int16_t& consumed) {
     std::uint32_t length = element.shortLength;
     if (length == longLength) {
-        length = std::uint32_t{FITakeByte(reader)} << 8;
-        length |= FITakeByte(reader);
+        length = std::uint32_t{FITakeLowByte(reader)} << 8;
+        length |= FITakeLowByte(reader);
         FIConsume(consumed, longLengthSize);
     }
     return static_cast<std::uint16_t>(length + (length & 1));  // 65,535 wraps to 0
@@ -88,7 +87,7 @@ bool FISkipParameters(FIReader& reader, std::uint16_t length, std::int16_t& cons
 // Quirk: where the string's own length is the larger one, it wins over the element's length, and its padding is
 // forgotten.
 std::uint16_t FITakeNameLength(FIReader& reader, std::uint16_t length, std::int16_t& consumed) {
-    const std::uint16_t nameLength = FITakeByte(reader);
+    const std::uint16_t nameLength = FITakeLowByte(reader);
     FIConsume(consumed, sizeof(std::uint8_t));
     return static_cast<std::uint16_t>(std::max(nameLength, length) - 1);  // length is at least 2
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 #include "reader/text_line.h"
 
@@ -23,8 +24,8 @@ constexpr std::uint16_t epsPreviewField = 20;
 FIID FIProbeEpsPreview(FIReader& reader) {
     if (FIReaderSeek(reader, 0) != 0 || !FITakeText(reader, epsMark)) return 0;
     static_cast<void>(FIReaderSkip(epsPreviewField - static_cast<std::uint16_t>(epsMark.size()), reader));
-    std::uint16_t bits = 0;
-    for (std::uint32_t index = 0; index < 4; ++index) bits = static_cast<std::uint16_t>(bits | FIReaderGetByte(reader));
-    // Quirk: low bytes alone are looked at, and that of the end of the file is FF: a file that ends here has a preview.
-    return static_cast<std::uint8_t>(bits) != 0 ? epsPreviewFormat : FIID{0};
+    std::uint32_t bits = 0;
+    for (std::uint32_t index = 0; index < 4; ++index) bits |= FITakeLowByte(reader);
+    // Quirk: the low byte of the end of the file is FF: a file that ends here has a preview.
+    return bits != 0 ? epsPreviewFormat : FIID{0};
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 
 namespace {
@@ -10,9 +11,6 @@ namespace {
 constexpr std::uint32_t longestNetpbmComment = 249;  // behind the '#', with its line feed
 
 bool FIIsWhiteSpace(std::uint8_t byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
-
-// Quirk: only the low eight bits are looked at, so that the end of the file is the byte FF.
-std::uint8_t FITakeLowByte(FIReader& reader) { return static_cast<std::uint8_t>(FIReaderGetByte(reader)); }
 
 // Takes bytes up to the line feed, false when they are too many.
 bool FISkipNetpbmComment(FIReader& reader) {

@@ -13,6 +13,7 @@
 
 #include <cstdint>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 
 namespace {
@@ -35,10 +36,8 @@ struct FIScriptLine {
     std::uint16_t column = 0;  // bytes taken behind the line's first one
 };
 
-std::uint8_t FITakeByte(FIReader& reader) { return static_cast<std::uint8_t>(FIReaderGetByte(reader)); }
-
 void FIAdvance(FIScriptLine& line) {
-    line.byte = FITakeByte(line.reader);
+    line.byte = FITakeLowByte(line.reader);
     ++line.column;
 }
 
@@ -60,7 +59,7 @@ FILineStart FITakeComment(FIScriptLine& line) {
 FILineStart FITakeWrapper(FIScriptLine& line) {
     for (const std::uint8_t expected : wrapperRest) {
         ++line.column;
-        if (FITakeByte(line.reader) != expected) return FILineStart::comment;
+        if (FITakeLowByte(line.reader) != expected) return FILineStart::comment;
     }
     return FILineStart::marker;
 }
@@ -81,18 +80,18 @@ bool FITakeRestOfLine(FIScriptLine& line) {
 
 // Takes the first byte of the next line. Passes over the second byte of a line end, or over one empty line.
 void FITakeNextLine(FIScriptLine& line) {
-    line.byte = FITakeByte(line.reader);
-    if (line.byte == '\n' || line.byte == '\r') line.byte = FITakeByte(line.reader);
+    line.byte = FITakeLowByte(line.reader);
+    if (line.byte == '\n' || line.byte == '\r') line.byte = FITakeLowByte(line.reader);
 }
 
 }  // namespace
 
 FIID FIProbePostScript(FIReader& reader) {
     if (FIReaderSeek(reader, 0) != 0) return 0;
-    FIScriptLine line = {reader, FITakeByte(reader)};
+    FIScriptLine line = {reader, FITakeLowByte(reader)};
     if (line.byte == 0) {
         if (FIReaderSeek(reader, macBinaryHeaderSize) != 0) return 0;
-        line.byte = FITakeByte(reader);
+        line.byte = FITakeLowByte(reader);
     }
     for (std::uint32_t count = 0; count < linesLookedAt; ++count) {
         const FILineStart start = FITakeLineStart(line);

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 #include "reader/rewind.h"
 
@@ -89,9 +90,6 @@ struct FIFrameHeader {
     std::uint32_t sampling;  // index
     std::uint32_t padding;
 };
-
-// Only the low eight bits of what the reader delivers are looked at.
-std::uint8_t FITakeLowByte(FIReader& reader) { return static_cast<std::uint8_t>(FIReaderGetByte(reader) & 0xFF); }
 
 bool FIIsSync(std::uint8_t first, std::uint8_t second) {
     return first == syncByte && (second & syncNibble) == syncNibble;

@@ -16,6 +16,7 @@
 #include <optional>
 #include <string_view>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 
 namespace {
@@ -64,7 +65,7 @@ struct TagScan {
 
 std::uint8_t FITakeByte(TagScan& scan) {
     ++scan.count;
-    return static_cast<std::uint8_t>(FIReaderGetByte(scan.reader));  // end of file becomes FF
+    return FITakeLowByte(scan.reader);
 }
 
 std::uint8_t FITakeCharacter(TagScan& scan) {

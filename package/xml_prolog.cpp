@@ -32,6 +32,7 @@
 #include <span>
 #include <string_view>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 
 namespace {
@@ -129,7 +130,7 @@ bool FIIsEightBit(const PrologWalk& walk) { return (walk.encoding & eightBit) !=
 
 std::uint8_t FITakeByte(PrologWalk& walk) {
     ++walk.position;
-    return static_cast<std::uint8_t>(FIReaderGetByte(walk.reader));  // end of file becomes FF
+    return FITakeLowByte(walk.reader);
 }
 
 void FIFillSpan(PrologWalk& walk) {
@@ -268,7 +269,7 @@ bool FIAct(PrologWalk& walk) {
 
 const EncodingRow& FIReadEncoding(FIReader& reader) {
     std::uint8_t bytes[markSize];
-    for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(FIReaderGetByte(reader));  // end of file: FF
+    for (std::uint8_t& byte : bytes) byte = FITakeLowByte(reader);
     return *std::ranges::find_if(
         encodingRows, [&](const EncodingRow& row) { return std::equal(row.bytes, row.bytes + row.compared, bytes); });
 }

@@ -40,6 +40,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 
 namespace {
@@ -151,10 +152,10 @@ FIID FIProbeFieldTable(FIReader& reader) {
     if (FIReaderSeek(reader, sizeWordOffset) != 0) return 0;
     const std::int32_t sizeWord = FIReadWordLE(reader);
     if (FIReaderSeek(reader, zeroOffset) != 0 || FIReaderGetByte(reader) != 0) return 0;
-    const auto fieldCount = static_cast<std::uint8_t>(FIReaderGetByte(reader) & 0xFF);
+    const std::uint8_t fieldCount = FITakeLowByte(reader);
     if (fieldCount == 0) return 0;
     if (FIReaderSeek(reader, generationOffset) != 0) return 0;
-    const bool later = (FIReaderGetByte(reader) & 0xFF) > lastEarlierGeneration;
+    const bool later = FITakeLowByte(reader) > lastEarlierGeneration;
     if (FIReaderSeek(reader, markOffset) != 0) return 0;
     const std::uint16_t mark = FIReaderGetByte(reader);
     if (FIReaderGetByte(reader) != secondMark || mark != firstMark) return 0;

@@ -20,6 +20,7 @@
 
 #include <cstdint>
 
+#include "reader/low_byte.h"
 #include "reader/reader.h"
 #include "storage/storage_streams.h"
 
@@ -96,8 +97,7 @@ bool FIFindApplicationName(FIReader& summary, std::uint32_t bound, std::uint32_t
 // Reads the version in the application's name. The reader stands at it.
 FIID FITellByVersion(FIReader& summary, HIOFILE storage) {
     std::uint8_t version[3];
-    // Only the low 8 bits count: the end of the stream becomes FF, which stands in no version.
-    for (std::uint8_t& character : version) character = static_cast<std::uint8_t>(FIReaderGetByte(summary));
+    for (std::uint8_t& character : version) character = FITakeLowByte(summary);  // FF behind the end fits no version
     if (FIIsText(version, "6.0")) return 1082;
     if (FIIsText(version, "8.0")) return 1126;
     if (FIIsText(version, "9.0")) return 1146;
