@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "reader/ascii_case.h"
 #include "reader/reader.h"
 #include "reader/rewind.h"
 #include "reader/text_line.h"
@@ -66,9 +67,7 @@ bool FIIsWordLine(std::string_view line, std::string_view word) {
     line = FISkipBlanks(line);
     const std::string_view text = line.substr(0, line.find_first_of(" \t"));
     if (!FISkipBlanks(line.substr(text.size())).empty()) return false;
-    return std::ranges::equal(text, word, [](char byte, char capital) {
-        return (byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte) == capital;
-    });
+    return std::ranges::equal(text, word, [](char byte, char capital) { return FIUpperAscii(byte) == capital; });
 }
 
 // ---- MIF ------------------------------------------------------------------------------------------------------------

@@ -16,6 +16,7 @@
 #include <optional>
 #include <string_view>
 
+#include "reader/ascii_case.h"
 #include "reader/low_byte.h"
 #include "reader/reader.h"
 
@@ -130,8 +131,7 @@ bool FIReadTag(TagScan& scan) {
     while (scan.count < scanLimit && scan.tagLength < longestTag) {
         const std::uint8_t character = FITakeCharacter(scan);
         if (character == '>') return true;
-        const bool upper = character >= 'A' && character <= 'Z';
-        scan.tag[scan.tagLength++] = static_cast<char>(upper ? character - 'A' + 'a' : character);
+        scan.tag[scan.tagLength++] = FILowerAscii(static_cast<char>(character));
     }
     return false;
 }

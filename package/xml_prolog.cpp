@@ -32,6 +32,7 @@
 #include <span>
 #include <string_view>
 
+#include "reader/ascii_case.h"
 #include "reader/low_byte.h"
 #include "reader/reader.h"
 
@@ -244,8 +245,7 @@ void FIActInDoctype(PrologWalk& walk) {
         walk.html = FINameStartsWith(walk, "html");
         walk.state = PrologState::Finished;
     }
-    const bool upper = character >= 'A' && character <= 'Z';
-    walk.name[walk.nameLength++] = static_cast<std::uint16_t>(upper ? character - 'A' + 'a' : character);
+    walk.name[walk.nameLength++] = FILowerAscii(character);
 }
 
 // One step of the walk. False when a seek fails.

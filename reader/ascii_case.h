@@ -1,4 +1,4 @@
-// ascii_case.h - small letters for capitals. ASCII letters alone: every other value stays what it is, also letters of
+// ascii_case.h - small letters for capitals, and capitals for small letters. ASCII letters alone: every other value stays what it is, also letters of
 // other alphabets, whatever the locale.
 #pragma once
 
@@ -13,4 +13,9 @@ constexpr char FILowerAscii(char character) {
 constexpr std::uint16_t FILowerAscii(std::uint16_t character) {
     const bool upper = character >= 'A' && character <= 'Z';
     return static_cast<std::uint16_t>(upper ? character - 'A' + 'a' : character);
+}
+
+constexpr char FIUpperAscii(char character) {
+    const bool lower = character >= 'a' && character <= 'z';
+    return static_cast<char>(lower ? character - 'a' + 'A' : character);
 }

@@ -17,6 +17,7 @@
 #include <span>
 #include <string_view>
 
+#include "reader/ascii_case.h"
 #include "reader/header_line.h"
 #include "reader/reader.h"
 #include "signatures/character_classes.h"
@@ -179,7 +180,7 @@ StepAnswer FIFollowRuns(EncodedScan& scan) {
 bool FILowerLine(EncodedScan& scan) {
     for (char& character : std::span(scan.line, scan.length)) {
         if (character == '\0') return false;
-        if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+        character = FILowerAscii(character);
     }
     return true;
 }

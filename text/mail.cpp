@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "reader/ascii_case.h"
 #include "reader/header_line.h"
 
 namespace {
@@ -90,8 +91,7 @@ bool FINormaliseLine(char* line, std::uint16_t& length) {
         } else if (character == '(') {
             inBrackets = true;
         } else {
-            const bool upper = character >= 'A' && character <= 'Z';
-            line[kept++] = static_cast<char>(upper ? character - 'A' + 'a' : character);
+            line[kept++] = FILowerAscii(character);
         }
     }
     line[kept] = '\0';

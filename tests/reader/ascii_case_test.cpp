@@ -1,4 +1,4 @@
-// Small letters for ASCII capitals, and nothing else.
+// Small letters for ASCII capitals, capitals for small letters, and nothing else.
 #include "reader/ascii_case.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,16 @@ TEST(LowerAscii, LowersTheCapitalsAmongThe16BitValues) {
 
 TEST(LowerAscii, KeepsTheEndOfTheFile) { EXPECT_EQ(FILowerAscii(endOfFile), endOfFile); }
 
+TEST(UpperAscii, RaisesTheSmallLettersAmongTheBytes) {
+    for (std::uint32_t byte = 0; byte < 256; ++byte) {
+        const char character = static_cast<char>(byte);
+        const std::size_t letter = smallLetters.find(character);
+        EXPECT_EQ(FIUpperAscii(character), letter != std::string_view::npos ? capitals[letter] : character) << byte;
+    }
+}
+
 static_assert(FILowerAscii('A') == 'a');
+static_assert(FIUpperAscii('z') == 'Z');
 static_assert(FILowerAscii(std::uint16_t{'Z'}) == 'z');
 
 }  // namespace
