@@ -12,12 +12,12 @@
 // value wins too, if it comes first.
 #include "package/xml_namespace.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
 
 #include "reader/reader.h"
+#include "reader/text_line.h"
 
 namespace {
 
@@ -28,12 +28,6 @@ constexpr std::size_t longestText = 255;   // of a word and of a value
 
 // Holds the word, then the value.
 using TextBuffer = std::array<char, longestText + 1>;
-
-bool FIReadDeclarationStart(FIReader& reader) {
-    return std::ranges::all_of(declarationStart, [&](char expected) {
-        return FIReaderGetByte(reader) == static_cast<std::uint8_t>(expected);
-    });
-}
 
 bool FIIsWordCharacter(std::uint16_t byte) {
     return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
@@ -75,7 +69,7 @@ bool FIReadQuotedValue(FIReader& reader, TextBuffer& value, std::size_t& length)
 
 void FIScanXmlNamespace(FIReader& reader, std::uint16_t* namespaceUnits) {
     namespaceUnits[0] = xmlNamespaceNotFound;
-    if (FIReaderSeek(reader, 0) != 0 || !FIReadDeclarationStart(reader)) return;
+    if (FIReaderSeek(reader, 0) != 0 || !FITakeText(reader, declarationStart)) return;
     TextBuffer text;
     std::size_t length = 0;
     if (!FIFindAttribute(reader, text) || !FIReadQuotedValue(reader, text, length)) return;

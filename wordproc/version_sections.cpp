@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "reader/reader.h"
+#include "reader/text_line.h"
 
 namespace {
 
@@ -17,13 +18,6 @@ constexpr std::uint16_t carriageReturn = 0x0D;
 constexpr std::string_view versionHead = "[ver]\r\n";
 constexpr std::string_view styleHead = "[sty]\r\n";
 constexpr std::uint16_t decidingDigit = '4';
-
-bool FITakeExactly(FIReader& reader, std::string_view text) {
-    for (const char wanted : text) {
-        if (FIReaderGetByte(reader) != wanted) return false;
-    }
-    return true;
-}
 
 // The last digit of the line, or 0 for none; endOfFile when the line is not ended.
 std::uint16_t FITakeVersionLine(FIReader& reader) {
@@ -39,8 +33,8 @@ std::uint16_t FITakeVersionLine(FIReader& reader) {
 }  // namespace
 
 FIID FIProbeVersionSections(FIReader& reader) {
-    if (FIReaderSeek(reader, 0) != 0 || !FITakeExactly(reader, versionHead)) return 0;
+    if (FIReaderSeek(reader, 0) != 0 || !FITakeText(reader, versionHead)) return 0;
     const std::uint16_t digit = FITakeVersionLine(reader);
-    if (digit == endOfFile || FIReaderGetByte(reader) != lineFeed || !FITakeExactly(reader, styleHead)) return 0;
+    if (digit == endOfFile || FIReaderGetByte(reader) != lineFeed || !FITakeText(reader, styleHead)) return 0;
     return digit == decidingDigit ? 1057 : 1056;
 }
