@@ -22,6 +22,7 @@
 #include "reader/reader.h"
 #include "reader/rewind.h"
 #include "reader/text_line.h"
+#include "reader/white_space.h"
 
 namespace {
 
@@ -43,12 +44,6 @@ bool FIIsDigit(char byte) { return byte >= '0' && byte <= '9'; }
 std::string_view FISkipBlanks(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
     return text;
-}
-
-void FISkipWhiteSpace(FIReader& reader) {
-    std::uint16_t byte = FIReaderGetByte(reader);
-    while (byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r') byte = FIReaderGetByte(reader);
-    FIReaderPutBack(reader);
 }
 
 // Reads the group code on a line. False when something else stands there. What follows behind a blank is not looked at.

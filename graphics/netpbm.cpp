@@ -5,12 +5,11 @@
 
 #include "reader/low_byte.h"
 #include "reader/reader.h"
+#include "reader/white_space.h"
 
 namespace {
 
 constexpr std::uint32_t longestNetpbmComment = 249;  // behind the '#', with its line feed
-
-bool FIIsWhiteSpace(std::uint8_t byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
 
 // Takes bytes up to the line feed, false when they are too many.
 bool FISkipNetpbmComment(FIReader& reader) {

@@ -35,6 +35,7 @@
 #include "reader/ascii_case.h"
 #include "reader/low_byte.h"
 #include "reader/reader.h"
+#include "reader/white_space.h"
 
 namespace {
 
@@ -148,10 +149,6 @@ void FIFillSpan(PrologWalk& walk) {
 // The first character of the span.
 std::uint16_t FIFirstCharacter(const PrologWalk& walk) {
     return static_cast<std::uint16_t>(walk.characters[0] << 8 | walk.characters[1]);
-}
-
-bool FIIsWhiteSpace(std::uint16_t character) {
-    return character == ' ' || character == '\r' || character == '\n' || character == '\t';
 }
 
 // Whether the text, in normal form, stands at an index of the span. There must be room for it.

@@ -20,6 +20,7 @@
 #include "reader/ascii_case.h"
 #include "reader/header_line.h"
 #include "reader/reader.h"
+#include "reader/white_space.h"
 #include "signatures/character_classes.h"
 
 namespace {
@@ -300,14 +301,6 @@ StepAnswer FITryHeaders(EncodedScan& scan) {
     if (FILineStartsWith(scan, yBeginKeyword)) return FIFollowYEncHeader(scan);
     if (FIIsBinHexNotice(scan) && FITakeBinHexStart(scan.reader)) return FIFollowBinHexStart(scan);
     return std::nullopt;
-}
-
-void FISkipWhiteSpace(FIReader& reader) {
-    std::uint16_t byte = 0;
-    do {
-        byte = FIReaderGetByte(reader);
-    } while (byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n');
-    FIReaderPutBack(reader);
 }
 
 // Examines one line. The runs see it as it is, the headers in lower case.
