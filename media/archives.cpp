@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <iterator>
 
+#include "reader/file_end.h"
 #include "reader/handle_block.h"
 #include "reader/reader.h"
 
@@ -26,8 +27,6 @@ namespace {
 constexpr FIID zipStubFormat = 1803;
 constexpr FIID tarFormat = 1807;
 constexpr FIID lhaStubFormat = 1814;
-
-constexpr std::uint16_t originEnd = 2;
 
 // ---- ZIP
 // --------------------------------------------------------------------------------------------------------------
@@ -56,13 +55,11 @@ FIZipTest FITestSignature(FIReader& reader, std::uint32_t offset) {
 
 // Follows the directory from the end of the file to the first local header.
 bool FIDirectoryLeadsToHeader(FIReader& reader) {
-    const HIOFILE file = reader.file;
     std::uint32_t position = 0;
-    if (file->operations.IOSeek(file, originEnd, directoryOffsetFromEnd) != 0) return false;
-    if (file->operations.IOTell(file, &position) != 0) return false;
     std::uint32_t directory = 0;
     std::uint32_t header = 0;
-    return FIReadDWordAt(reader, position, directory) && FIReadDWordAt(reader, directory + localHeaderOffset, header) &&
+    return FITellFromEnd(reader.file, directoryOffsetFromEnd, position) && FIReadDWordAt(reader, position, directory) &&
+           FIReadDWordAt(reader, directory + localHeaderOffset, header) &&
            FITestSignature(reader, header) == FIZipTest::Match;
 }
 

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "reader/file_end.h"
 #include "reader/low_byte.h"
 #include "reader/reader.h"
 #include "reader/rewind.h"
@@ -80,7 +81,6 @@ constexpr std::uint8_t syncNibble = 0xF0;
 constexpr std::uint32_t id3HeaderSize = 10;
 constexpr std::uint32_t id3SizeOffset = 6;
 constexpr std::int32_t id3TrailerFromEnd = -128;
-constexpr std::uint16_t originEnd = 2;
 constexpr std::string_view id3TrailerMark = "TAG";
 
 struct FIFrameHeader {
@@ -133,10 +133,8 @@ bool FIFrameFollows(FIReader& reader, std::uint32_t offset, const FIFrameHeader&
 }
 
 bool FIEndsInId3Trailer(FIReader& reader) {
-    const HIOFILE file = reader.file;
     std::uint32_t position = 0;
-    if (file->operations.IOSeek(file, originEnd, id3TrailerFromEnd) != 0) return false;
-    if (file->operations.IOTell(file, &position) != 0 || FIReaderSeek(reader, position) != 0) return false;
+    if (!FITellFromEnd(reader.file, id3TrailerFromEnd, position) || FIReaderSeek(reader, position) != 0) return false;
     bool equal = true;
     for (const char character : id3TrailerMark) equal = (FIReaderGetByte(reader) == character) && equal;
     return equal;

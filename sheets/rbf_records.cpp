@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "reader/file_end.h"
 #include "reader/reader.h"
 
 namespace {
@@ -30,7 +31,6 @@ constexpr std::uint32_t backLink = 4;    // of a record
 constexpr std::uint32_t nameLength = 8;  // of a record
 constexpr std::uint32_t nameStart = 10;  // of a record
 
-constexpr std::uint16_t originEnd = 2;
 constexpr std::uint32_t blockSize = 512;
 constexpr std::uint32_t slotSize = 12;
 constexpr std::uint32_t slotsEnd = 504;
@@ -62,9 +62,8 @@ bool FISeekContinuation(FIReader& reader, std::uint32_t record, std::uint32_t& c
 
 // The size condition of the form with slots; a size that can't be had is taken as good.
 bool FISizeFitsBlocks(FIReader& reader) {
-    const HIOFILE file = reader.file;
     std::uint32_t size = 0;
-    if (file->operations.IOSeek(file, originEnd, 0) != 0 || file->operations.IOTell(file, &size) != 0) return true;
+    if (!FITellFromEnd(reader.file, 0, size)) return true;
     return FIReaderSeek(reader, size) != 0 || size % blockSize == 0;
 }
 

@@ -14,6 +14,7 @@
 #include <cstdint>
 
 #include "catalogue/format_not_known.h"
+#include "reader/file_end.h"
 #include "reader/reader.h"
 
 namespace {
@@ -22,7 +23,6 @@ constexpr FIID plainText = 4022;
 constexpr FIID highText = 4005;
 constexpr FIID atSignText = 1184;
 
-constexpr std::uint16_t originEnd = 2;
 constexpr std::uint32_t largestSample = 4096;
 
 constexpr std::uint16_t backspace = 0x08;
@@ -52,14 +52,7 @@ struct TextScan {
 };
 
 // The size of the file, or the reader's offset when the handle can't tell; 4,096 at most.
-std::uint32_t FIMeasureSample(FIReader& reader) {
-    const HIOFILE file = reader.file;
-    std::uint32_t end = 0;
-    if (file->operations.IOSeek(file, originEnd, 0) == 0 && file->operations.IOTell(file, &end) == 0) {
-        static_cast<void>(FIReaderSeek(reader, end));  // also when it fails, the reader's offset is the end
-    }
-    return std::min(FIReaderTell(reader), largestSample);
-}
+std::uint32_t FIMeasureSample(FIReader& reader) { return std::min(FIGoToEnd(reader), largestSample); }
 
 std::uint16_t FITakeCharacter(TextScan& scan) {
     for (std::uint16_t& slot : scan.lookAhead) {

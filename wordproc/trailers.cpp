@@ -23,13 +23,13 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "reader/file_end.h"
 #include "reader/reader.h"
 
 namespace {
 
 // ---- FIProbeLayoutTrailer ----
 
-constexpr std::uint16_t originEnd = 2;
 constexpr std::uint32_t strideSize = 128;
 constexpr std::uint32_t largestRemainder = 1;
 constexpr std::uint32_t searchedTail = 5120;
@@ -40,10 +40,6 @@ constexpr std::uint16_t lastVariant1020 = 2;
 
 constexpr std::array<std::uint8_t, 14> layoutMarker = {0x1A, 0x1A, 'L', 'A', 'Y', 'O',  'U',
                                                        'T',  ' ',  '0', '0', '0', 0x0D, 0x0A};
-
-bool FIMeasureFile(HIOFILE file, std::uint32_t& size) {
-    return file->operations.IOSeek(file, originEnd, 0) == 0 && file->operations.IOTell(file, &size) == 0;
-}
 
 // Quirk: of a large file whose size is a multiple of 128, the part looked through is one byte longer, so that the
 // strides meet other bytes than in a small file or in one whose size is one more.
@@ -176,7 +172,7 @@ bool FISumWords(FIReader& reader, std::uint16_t start, std::uint32_t end, std::u
 
 FIID FIProbeLayoutTrailer(FIReader& reader) {
     std::uint32_t size = 0;
-    if (!FIMeasureFile(reader.file, size) || FIReaderSeek(reader, size) != 0) return 0;
+    if (!FITellFromEnd(reader.file, 0, size) || FIReaderSeek(reader, size) != 0) return 0;
     if (size % strideSize > largestRemainder) return 0;
     if (FIReaderSeek(reader, FIFirstStride(size)) != 0) return 0;
     if (!FIFindFill(reader) || !FIGoBackForMarker(reader) || !FIFindFilledMarker(reader)) return 0;

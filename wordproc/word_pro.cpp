@@ -13,6 +13,7 @@
 #include <cstdint>
 
 #include "catalogue/format_not_known.h"
+#include "reader/file_end.h"
 #include "reader/handle_block.h"
 #include "reader/reader.h"
 
@@ -28,22 +29,11 @@ constexpr std::uint32_t versionInFile = 48;
 constexpr std::int32_t versionInBody = 32;
 
 constexpr std::uint16_t originStart = 0;
-constexpr std::uint16_t originEnd = 2;
 constexpr std::uint32_t openFlags = 1;
 constexpr std::uint32_t bodyMethod = 10;  // the transformation, by its number
 
 void FICloseIfOpen(HIOFILE handle) {
     if (handle != nullptr) static_cast<void>(handle->operations.IOClose(handle));
-}
-
-// The file's size, as far as the handle can tell it; otherwise wherever the reader stands.
-std::uint32_t FIFindEnd(FIReader& reader) {
-    const HIOFILE file = reader.file;
-    std::uint32_t size = 0;
-    if (file->operations.IOSeek(file, originEnd, 0) == 0 && file->operations.IOTell(file, &size) == 0) {
-        static_cast<void>(FIReaderSeek(reader, size));
-    }
-    return FIReaderTell(reader);
 }
 
 HIOFILE FIOpenBody(HIOFILE file, std::uint32_t end) {
@@ -77,7 +67,7 @@ std::uint16_t FIReadBodyVersion(HIOFILE plain) {
 FIID FITellByVersion(std::uint16_t version) { return version > lastOldVersion ? newGeneration : oldGeneration; }
 
 FIID FIProbeTransformedBody(FIReader& reader) {
-    const std::uint32_t end = FIFindEnd(reader);
+    const std::uint32_t end = FIGoToEnd(reader);  // wherever the reader stands when the handle can't tell
     if (FIReaderSeek(reader, headerSize) != 0) return 0;
     const HIOFILE body = FIOpenBody(reader.file, end);
     const HIOFILE plain = FIOpenPlainBody(body);
