@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "reader/reader.h"
+#include "reader/unchecked_numbers.h"
 
 namespace {
 
@@ -19,16 +20,6 @@ constexpr std::uint32_t iconFirstOffset = 18;
 constexpr std::uint32_t bitmapHeaderSize = 40;
 constexpr std::uint16_t iconType = 1;
 constexpr std::uint16_t cursorType = 2;
-
-// Quirk: the end of the file adds -1 in a byte's place, and the sum wraps.
-std::uint32_t FISumDWordLE(FIReader& reader) {
-    std::uint32_t sum = 0;
-    for (std::uint32_t shift = 0; shift < 32; shift += 8) {
-        const std::uint32_t byte = FIReaderGetByte(reader);
-        sum += (byte == endOfFile ? ~std::uint32_t{0} : byte) << shift;
-    }
-    return sum;
-}
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "reader/reader.h"
+#include "reader/unchecked_numbers.h"
 
 namespace {
 
@@ -32,13 +33,6 @@ bool FIIsFirstJpegMarker(std::uint16_t marker) {
            marker == markerExtensions || marker == markerArithmeticConditioning;
 }
 
-// Quirk: the end of the file counts as -1 for each byte, and the sum wraps in 16 bits.
-std::uint16_t FITakeSegmentLength(FIReader& reader) {
-    const std::uint32_t high = FIReaderGetByte(reader);
-    const std::uint32_t low = FIReaderGetByte(reader);
-    return static_cast<std::uint16_t>((high << 8) + low);  // the end of the file is -1 in 16 bits
-}
-
 }  // namespace
 
 FIID FIProbeJpeg(FIReader& reader) {
@@ -46,7 +40,7 @@ FIID FIProbeJpeg(FIReader& reader) {
     std::uint16_t marker = 0;
     while (marker != endOfFile) {
         const std::uint32_t start = FIReaderTell(reader);
-        const std::uint32_t length = FITakeSegmentLength(reader);
+        const std::uint32_t length = FISumWordBE(reader);
         const std::uint32_t target = FIReaderTell(reader) + length - segmentLengthSize;
         if (target < start) return jpegFormat;  // behind 4 GiB, where nothing is told: the chain must not go round
         if (FIReaderSeek(reader, target) != 0) return jpegSeekFailed;

@@ -20,6 +20,7 @@
 
 #include "reader/file_end.h"
 #include "reader/reader.h"
+#include "reader/unchecked_numbers.h"
 
 namespace {
 
@@ -35,16 +36,6 @@ constexpr std::uint32_t blockSize = 512;
 constexpr std::uint32_t slotSize = 12;
 constexpr std::uint32_t slotsEnd = 504;
 constexpr std::uint16_t slotMarker[] = {0xFF, 0xFF, 0xFF, 0x7F};
-
-// Quirk: the end of the file does not end the read; it enters the sum as -1.
-std::uint32_t FIReadLink(FIReader& reader) {
-    std::uint32_t sum = 0;
-    for (std::uint32_t shift = 0; shift < 32; shift += 8) {
-        const auto value = static_cast<std::int16_t>(FIReaderGetByte(reader));
-        sum += static_cast<std::uint32_t>(std::int32_t{value}) << shift;
-    }
-    return sum;
-}
 
 // The name's length behind the field at the reader's place, from 0 to 32,768. The end of the file is -1 and counts
 // as 1.
@@ -77,22 +68,22 @@ bool FITakeSlotMarker(FIReader& reader) {
 
 FIID FIProbeLinkedRecords(FIReader& reader) {
     if (FIReaderSeek(reader, 0) != 0) return 0;
-    std::uint32_t link = FIReadLink(reader);
+    std::uint32_t link = FISumDWordLE(reader);
     std::uint32_t continuation = 0;
     if (link == 0) {
         if (!FISeekContinuation(reader, 0, continuation)) return 0;
-        link = FIReadLink(reader);
+        link = FISumDWordLE(reader);
     }
     std::uint32_t origin = link - linkBias;  // where the second link stands: a record, or its continuation field
     if (FIReaderSeek(reader, origin) != 0) return 0;
-    link = FIReadLink(reader);
+    link = FISumDWordLE(reader);
     if (link == 0) {
         if (!FISeekContinuation(reader, origin, continuation)) return 0;
         origin = continuation;
-        link = FIReadLink(reader);
+        link = FISumDWordLE(reader);
     }
     if (FIReaderSeek(reader, link - linkBias + backLink) != 0) return 0;
-    const std::uint32_t back = FIReadLink(reader) - linkBias;
+    const std::uint32_t back = FISumDWordLE(reader) - linkBias;
     return back == origin && static_cast<std::int32_t>(back) > 0 ? linkedRecordsFormat : FIID{0};
 }
 

@@ -17,6 +17,7 @@
 #include <cstdint>
 
 #include "reader/reader.h"
+#include "reader/unchecked_numbers.h"
 
 namespace {
 
@@ -50,14 +51,6 @@ struct FISeenRecords {
     std::uint32_t known = 0;  // a bit for each row of the table, the required one's apart
 };
 
-// Quirk: the end of the file is no case of its own. It enters as 0xFFFF in the low place and 0xFF00 in the high one, so
-// that a length read there is above every limit.
-std::uint16_t FITakeRecordWord(FIReader& reader) {
-    const std::uint16_t low = FIReaderGetByte(reader);
-    const std::uint16_t high = FIReaderGetByte(reader);
-    return static_cast<std::uint16_t>(low | high << 8);
-}
-
 // Notes a record. False when its type is known and its length does not fit.
 bool FINoteRecord(std::uint16_t type, std::uint16_t length, FISeenRecords& seen) {
     std::uint32_t bit = 1;
@@ -82,8 +75,8 @@ FIID FIProbeWorksheetRecords(FIReader& reader) {
     FIReaderGetByte(reader);
     FISeenRecords seen;
     for (std::uint32_t record = 0; record < recordsLookedAt; ++record) {
-        const std::uint16_t type = FITakeRecordWord(reader);
-        const std::uint16_t length = FITakeRecordWord(reader);
+        const std::uint16_t type = FIJoinWordLE(reader);
+        const std::uint16_t length = FIJoinWordLE(reader);  // above every limit where the end of the file is in it
         if (length > longestRecord || !FINoteRecord(type, length, seen)) return 0;
         if (FIReaderSeek(reader, FIReaderTell(reader) + length) != 0) return 0;
     }

@@ -22,6 +22,7 @@
 
 #include "reader/low_byte.h"
 #include "reader/reader.h"
+#include "reader/unchecked_numbers.h"
 #include "storage/storage_streams.h"
 
 namespace {
@@ -63,10 +64,7 @@ FIID FITellByFormatNumber(FIReader& document) {
 
 FIID FITellByBuild(FIReader& document) {
     static_cast<void>(FIReaderSeek(document, buildField));
-    const std::uint16_t low = FIReaderGetByte(document);
-    const std::uint16_t high = FIReaderGetByte(document);
-    // Quirk: the end of the stream goes into the sum as FFFF, so that a stream of up to 5 bytes has the newest build.
-    const auto build = static_cast<std::uint16_t>(low | high << 8);
+    const std::uint16_t build = FIJoinWordLE(document);  // of a stream of up to 5 bytes the newest build
     if (build >= 0x6000) return 1186;
     if (build >= 0x4000) return 1185;
     if (build >= 0x2000) return 1146;
