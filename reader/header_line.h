@@ -6,17 +6,17 @@
 
 #include "platform/base_utility.h"
 #include "reader/reader.h"
+#include "reader/text_line.h"
 
 // The line buffer of the two probes, and the capacity with which they read into it.
 inline constexpr std::size_t headerLineBufferSize = 1024;
 inline constexpr std::uint16_t headerLineCapacity = 1023;
 
-// Reads one line into buffer, which has room for capacity bytes, and stores a NUL behind it, also when capacity is 0.
-// Any byte but CR and LF is part of the line, NUL too; CR, LF, CR LF and LF CR each end it. Returns the number of bytes
-// stored without the NUL, at most capacity minus 1: 0 for an empty line, at the end of the file, and, without reading,
-// for a capacity below 2. A longer line is cut; its rest comes as the next line, which is empty when only the line end
-// was left.
-std::uint16_t FIReadHeaderLine(char* buffer, std::uint16_t capacity, FIReader& reader);
+// Reads one line by FITakeLine, a NUL byte being part of it. Returns the number of bytes stored, at most capacity minus
+// 1: 0 for an empty line, at the end of the file, and, without reading, for a capacity below 2.
+inline std::uint16_t FIReadHeaderLine(char* buffer, std::uint16_t capacity, FIReader& reader) {
+    return FITakeLine(buffer, capacity, reader, FINulByte::isText).size;
+}
 
 // Rewinds the reader, gives step a line buffer from the process heap, and frees it. Returns what step returns, or 0
 // when the seek or the allocation fails.

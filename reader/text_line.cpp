@@ -7,9 +7,6 @@
 
 namespace {
 
-constexpr std::int16_t lineComplete = 1;
-constexpr std::int16_t textEnded = 0;
-
 // Takes the second byte of a line end, or leaves the byte that starts the next line.
 void FITakeLineEndPartner(FIReader& reader, std::uint16_t partner) {
     if (FIReaderGetByte(reader) != partner) FIReaderPutBack(reader);
@@ -17,23 +14,26 @@ void FITakeLineEndPartner(FIReader& reader, std::uint16_t partner) {
 
 }  // namespace
 
-std::int16_t FIReadTextLine(char* buffer, std::uint16_t capacity, FIReader& reader) {
-    std::int16_t result = lineComplete;
-    std::uint16_t size = 0;
-    while (size + 1 < capacity) {
+FITakenLine FITakeLine(char* buffer, std::uint16_t capacity, FIReader& reader, FINulByte nul) {
+    FITakenLine line;
+    while (line.size + 1 < capacity) {
         const std::uint16_t byte = FIReaderGetByte(reader);
         if (byte == '\n' || byte == '\r') {
             FITakeLineEndPartner(reader, byte == '\n' ? '\r' : '\n');
             break;
         }
-        if (byte == endOfFile || byte == 0) {
-            result = textEnded;
+        if (byte == endOfFile || (byte == 0 && nul == FINulByte::endsText)) {
+            line.textEnded = true;
             break;
         }
-        buffer[size++] = static_cast<char>(byte);  // control bytes too
+        buffer[line.size++] = static_cast<char>(byte);  // control bytes too
     }
-    buffer[size] = '\0';
-    return result;
+    buffer[line.size] = '\0';
+    return line;
+}
+
+std::int16_t FIReadTextLine(char* buffer, std::uint16_t capacity, FIReader& reader) {
+    return FITakeLine(buffer, capacity, reader, FINulByte::endsText).textEnded ? 0 : 1;
 }
 
 bool FITakeText(FIReader& reader, std::string_view text) {
