@@ -19,8 +19,6 @@ constexpr FIID igesFormat = 1569;
 
 constexpr std::int32_t success = 0;
 
-constexpr std::uint16_t originCurrent = 1;
-
 constexpr std::uint32_t cardSection = 72;
 constexpr std::uint32_t cardSequence = 73;
 constexpr std::uint32_t cardSequenceSize = 7;
@@ -69,7 +67,7 @@ bool FIReadCardRecord(FIReader& reader, std::uint8_t* record, std::int32_t& sequ
     if (FIReadBlock(reader, lineEnd.data(), lineEnd.size(), count) != success) return false;
     const std::int32_t bytesBehind = FICountBytesBehindLineEnd(lineEnd[0], lineEnd[1]);
     // Quirk: goes back by two bytes at the end of the file too, where none came.
-    if (bytesBehind > 0) static_cast<void>(reader.file->operations.IOSeek(reader.file, originCurrent, -bytesBehind));
+    if (bytesBehind > 0) static_cast<void>(reader.file->operations.IOSeek(reader.file, IOOriginCurrent, -bytesBehind));
     sequence = FIParseCardSequence(record + cardSequence);
     return true;
 }

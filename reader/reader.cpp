@@ -6,13 +6,11 @@
 
 namespace {
 
-constexpr std::uint16_t originStart = 0;
-constexpr std::uint16_t originEnd = 2;
 constexpr std::uint32_t endOfReach = 0xFFFFFFFF;
 
 std::int32_t FISeekHandle(HIOFILE file, std::uint32_t target) {
     // The operation's offset is a signed number that origin 0 reads as unsigned.
-    return file->operations.IOSeek(file, originStart, static_cast<std::int32_t>(target));
+    return file->operations.IOSeek(file, IOOriginStart, static_cast<std::int32_t>(target));
 }
 
 // Reads the next 2,048 bytes at the handle's position. Returns the first of them.
@@ -34,7 +32,7 @@ std::uint16_t FIReadBuffer(FIReader& reader) {
 // the refills that follow find it where they want it, and read nothing there as often as they are asked.
 std::uint16_t FIReaderReachEnd(FIReader& reader) {
     reader.bufferPos = endOfReach;
-    static_cast<void>(reader.file->operations.IOSeek(reader.file, originEnd, 0));
+    static_cast<void>(reader.file->operations.IOSeek(reader.file, IOOriginEnd, 0));
     return FIReadBuffer(reader);
 }
 

@@ -15,6 +15,7 @@
 #include "catalogue/format_not_known.h"
 #include "reader/file_end.h"
 #include "reader/handle_block.h"
+#include "reader/little_endian.h"
 #include "reader/reader.h"
 
 namespace {
@@ -28,7 +29,6 @@ constexpr std::uint32_t headerSize = 16;
 constexpr std::uint32_t versionInFile = 48;
 constexpr std::int32_t versionInBody = 32;
 
-constexpr std::uint16_t originStart = 0;
 constexpr std::uint32_t openFlags = 1;
 constexpr std::uint32_t bodyMethod = 10;  // the transformation, by its number
 
@@ -59,9 +59,9 @@ HIOFILE FIOpenPlainBody(HIOFILE body) {
 std::uint16_t FIReadBodyVersion(HIOFILE plain) {
     std::uint8_t bytes[2] = {0, 0};
     std::uint32_t count = 0;
-    static_cast<void>(plain->operations.IOSeek(plain, originStart, versionInBody));
+    static_cast<void>(plain->operations.IOSeek(plain, IOOriginStart, versionInBody));
     static_cast<void>(FIReadHandle(plain, bytes, sizeof(bytes), count));
-    return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
+    return FILoadWordLE(bytes);
 }
 
 FIID FITellByVersion(std::uint16_t version) { return version > lastOldVersion ? newGeneration : oldGeneration; }
