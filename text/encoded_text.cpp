@@ -92,7 +92,6 @@ struct EncodedScan {
     std::uint16_t uuRun = 0;  // lines in a row
     std::uint16_t xxRun = 0;
     std::uint16_t binHexRun = 0;
-    std::uint16_t expectedLetter = 0;
     std::uint16_t idleLines = 0;  // since the last start of a run
     std::uint16_t lineCount = 0;
 };
@@ -134,22 +133,12 @@ StepAnswer FIBreakRun(const EncodedScan& scan, std::uint16_t& run, bool& open, F
     return std::nullopt;
 }
 
-// Sequence letters run from "z" down to "a" and begin again.
-// Quirk: the first one is taken from behind the line, where the NUL stands, so that it stays 0, which fits any letter.
-void FIExpectNextLetter(EncodedScan& scan) {
-    if (scan.expectedLetter == 0) {
-        scan.expectedLetter = static_cast<std::uint8_t>(scan.line[scan.length]);
-    } else if (scan.expectedLetter == 'a') {
-        scan.expectedLetter = 'z';
-    } else {
-        --scan.expectedLetter;
-    }
-}
-
+// Quirk: sequence letters run from "z" down to "a" and begin again, but lines without a header in front of them may
+// bear any letters in any order.
 StepAnswer FIFollowUuRun(EncodedScan& scan) {
+    constexpr std::uint16_t anyLetter = 0;
     if (!scan.uuOpen) return std::nullopt;
-    if (!FIIsUuLine(scan.line, scan.expectedLetter)) return FIBreakRun(scan, scan.uuRun, scan.uuOpen, uuLines);
-    FIExpectNextLetter(scan);
+    if (!FIIsUuLine(scan.line, anyLetter)) return FIBreakRun(scan, scan.uuRun, scan.uuOpen, uuLines);
     return FIExtendRun(scan, scan.uuRun) ? StepAnswer(uuLines) : std::nullopt;
 }
 
