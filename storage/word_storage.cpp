@@ -56,9 +56,11 @@ bool FIIsText(const std::uint8_t (&characters)[3], const char* text) {
 // ---- "WordDocument" ------------------------------------------------------------------------------------------------
 
 FIID FITellByFormatNumber(FIReader& document) {
-    const std::int32_t ignored = FIReadWordLE(document);
+    const std::int32_t firstWord = FIReadWordLE(document);
     const std::int32_t formatNumber = FIReadWordLE(document);
-    if (ignored < 0 || formatNumber < 0) return undecided;
+    // Behind a first word that ends with the stream there is no number, unless a handle fails once and then reads on:
+    // from another offset.
+    if (firstWord < 0 || formatNumber < 0) return undecided;
     return formatNumber >= 101 && formatNumber <= 105 ? 1102 : undecided;
 }
 

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "storage/sub_objects.h"
+#include "support/one_failure.h"
 
 namespace {
 
@@ -144,6 +145,24 @@ const StorageCase withoutSummaryCases[] = {
     // clang-format on
 };
 INSTANTIATE_TEST_SUITE_P(Word, WordWithoutSummary, testing::ValuesIn(withoutSummaryCases), NameOfCase());
+
+// Opens a stream of which the first read fails and the others work.
+decltype(IOOperations::IOOpenSub) plainOpenSub = nullptr;
+
+std::int32_t OpenWithOneFailure(HIOFILE* out, std::uint32_t kind, const void* specification, std::uint32_t flags) {
+    const std::int32_t status = plainOpenSub(out, kind, specification, flags);
+    if (status == 0) FIFailOneRead(*reinterpret_cast<TestHandle*>(*out), 0);
+    return status;
+}
+
+TEST(WordNumber, IsNotTakenFromBehindAReadThatFails) {
+    const auto storage = FIMakeTestHandle("");
+    storage->isStorage = true;
+    storage->streams[wordName] = FIBytes("00 67 00 00 00");  // 103, if the byte that failed to come had been there
+    plainOpenSub = storage->file.operations.IOOpenSub;
+    storage->file.operations.IOOpenSub = OpenWithOneFailure;
+    EXPECT_EQ(FIAnswerOver(FIProbeWordStorage, *storage), 1146);
+}
 
 TEST(WordStorage, IsNotAskedForNamesWhenTheHandleIsNoStorage) {
     const auto handle = StorageWith(SummaryOf(NameWith("11.0")), WithBuild(0));
