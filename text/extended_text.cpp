@@ -145,6 +145,9 @@ bool FIHighBytesPrevail(const TextCounts& counts) {
 
 // The ratio of text bytes to high bytes that lines of text must reach. At-signs make it steeper, and a sample of
 // at-signs and high bytes is left to the later test.
+//
+// Neither factor shows in an answer. With high bytes the answer is 4005 whatever comes out here, or that of the later
+// test, which wants so many of them that no factor above 1 is reached; without high bytes every factor is.
 bool FIRatioIsText(const TextCounts& counts) {
     constexpr std::uint16_t fewAtSigns = 2;
     const bool manyAtSigns = counts.atSigns > counts.blanks;
