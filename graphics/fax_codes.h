@@ -20,8 +20,7 @@ struct FIFaxRun {
 };
 
 inline constexpr std::size_t faxCodeCount = 104;
-inline constexpr std::uint32_t faxFirstMakeUp =
-    64;  // index of the first make-up code: the terminating codes stand below
+inline constexpr std::uint32_t faxFirstMakeUp = 64;  // as an index; the terminating codes stand below
 inline constexpr std::uint32_t faxMakeUpStep = 64;
 
 // The pixels of the run whose code has this index.
