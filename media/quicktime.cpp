@@ -8,6 +8,9 @@
 // A type of "wide" is a placeholder of eight bytes: the type of the atom behind it counts.
 #include "media/quicktime.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string_view>
 
 #include "reader/reader.h"
@@ -20,35 +23,32 @@ constexpr std::string_view wideAtom = "wide";
 constexpr std::string_view knownAtoms[] = {"free", "skip", "mdat", "pnot", "moov"};
 constexpr std::uint32_t atomSizeField = 4;
 
-struct FIAtomTags {
-    std::uint16_t& tag1;
-    std::uint16_t& tag2;
-    std::uint16_t& tag3;
-    std::uint16_t& tag4;
+// Where the four characters of a type go.
+using FIAtomTags = std::array<std::uint16_t*, 4>;
 
-    bool Take(FIReader& reader) const {
-        for (std::uint16_t* const tag : {&tag1, &tag2, &tag3, &tag4}) {
-            *tag = FIReaderGetByte(reader);
-            if (*tag == endOfFile) return false;
-        }
-        return true;
+bool FITakeType(FIReader& reader, const FIAtomTags& tags) {
+    for (std::uint16_t* const tag : tags) {
+        *tag = FIReaderGetByte(reader);
+        if (*tag == endOfFile) return false;
     }
-    bool Are(std::string_view type) const {
-        return tag1 == type[0] && tag2 == type[1] && tag3 == type[2] && tag4 == type[3];
-    }
-};
+    return true;
+}
+
+bool FIIsType(const FIAtomTags& tags, std::string_view type) {
+    return std::ranges::equal(tags, type, {}, [](const std::uint16_t* tag) { return *tag; });
+}
 
 }  // namespace
 
 bool FIIsQuickTimeAtom(FIReader& reader, std::uint16_t& tag1, std::uint16_t& tag2, std::uint16_t& tag3,
                        std::uint16_t& tag4) {
-    const FIAtomTags tags = {tag1, tag2, tag3, tag4};
-    if (!tags.Take(reader)) return false;
-    if (tags.Are(wideAtom)) {
-        if (FIReaderSeek(reader, FIReaderTell(reader) + atomSizeField) != 0 || !tags.Take(reader)) return false;
+    const FIAtomTags tags = {&tag1, &tag2, &tag3, &tag4};
+    if (!FITakeType(reader, tags)) return false;
+    if (FIIsType(tags, wideAtom)) {
+        if (FIReaderSeek(reader, FIReaderTell(reader) + atomSizeField) != 0 || !FITakeType(reader, tags)) return false;
     }
     for (const std::string_view atom : knownAtoms) {
-        if (tags.Are(atom)) return true;
+        if (FIIsType(tags, atom)) return true;
     }
     return false;
 }
