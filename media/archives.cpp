@@ -28,8 +28,7 @@ constexpr FIID zipStubFormat = 1803;
 constexpr FIID tarFormat = 1807;
 constexpr FIID lhaStubFormat = 1814;
 
-// ---- ZIP
-// --------------------------------------------------------------------------------------------------------------
+// ---- ZIP -----------------------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t localHeaderSignature = 0x04034B50;
 constexpr std::uint32_t shortStub = 12784;
@@ -63,8 +62,7 @@ bool FIDirectoryLeadsToHeader(FIReader& reader) {
            FITestSignature(reader, header) == FIZipTest::Match;
 }
 
-// ---- tar
-// --------------------------------------------------------------------------------------------------------------
+// ---- tar -----------------------------------------------------------------------------------------------------------
 
 constexpr std::size_t tarBlockSize = 512;
 constexpr std::size_t tarNameStart = 0;
@@ -130,8 +128,7 @@ bool FIWordSumIsZero(const std::uint8_t* block, std::uint32_t checksum) {
     return sum == 0 && (name != 0 || checksum != 0);
 }
 
-// ---- LHA
-// --------------------------------------------------------------------------------------------------------------
+// ---- LHA -----------------------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t lhaBlockSize = 4096;
 constexpr std::uint32_t lhaLevelOffset = 20;

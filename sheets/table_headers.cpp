@@ -52,8 +52,7 @@ constexpr FIID fieldTable2048Format = 1207;
 constexpr FIID laterFieldTableFormat = 1217;
 constexpr FIID repeatedNameFormat = 1212;
 
-// ---- xBase
-// ------------------------------------------------------------------------------------------------------------
+// ---- xBase ---------------------------------------------------------------------------------------------------------
 
 constexpr std::uint16_t lastMonth = 12;
 constexpr std::uint16_t lastDay = 31;
@@ -91,8 +90,7 @@ bool FITakeFieldTypeLetter(FIReader& reader) {
     return letter != endOfFile && fieldTypes.find(static_cast<char>(letter)) != std::string_view::npos;
 }
 
-// ---- Field lists
-// ------------------------------------------------------------------------------------------------------
+// ---- Field lists ---------------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t sizeWordOffset = 2;
 constexpr std::uint32_t zeroOffset = 32;  // the field count follows
@@ -116,8 +114,7 @@ bool FITakeFieldList(FIReader& reader, std::uint8_t fieldCount) {
     return true;
 }
 
-// ---- Repeated names
-// ---------------------------------------------------------------------------------------------------
+// ---- Repeated names ------------------------------------------------------------------------------------------------
 
 constexpr std::int32_t repeatedNameMark = 0xFF37;
 constexpr std::uint32_t distanceOffset = 14;

@@ -177,8 +177,7 @@ TEST(Cgm, RewindsTheReader) {
     EXPECT_EQ(FIAnswerOver(FIProbeCgm, *handle), 0U);
 }
 
-// ---- Whole requests
-// ----------------------------------------------------------------------------------------------------
+// ---- Whole requests ------------------------------------------------------------------------------------------------
 
 const FileCase fileCases[] = {
     // clang-format off

@@ -17,8 +17,7 @@
 
 namespace {
 
-// ---- Lines
-// -------------------------------------------------------------------------------------------------------------
+// ---- Lines ---------------------------------------------------------------------------------------------------------
 
 // A line as FIReadTextLine delivers it: its result and its text.
 struct TextLine {
@@ -113,8 +112,7 @@ TEST(ReadTextLineBuffer, CapacityIsNotPassed) {
     }
 }
 
-// ---- DXF
-// ---------------------------------------------------------------------------------------------------------------
+// ---- DXF -----------------------------------------------------------------------------------------------------------
 
 const ProbeCase dxfCases[] = {
     // clang-format off
@@ -214,8 +212,7 @@ TEST(Dxf, RewindsTheReader) {
     EXPECT_EQ(FIAnswerOver(FIProbeDxf, *handle), 0U);
 }
 
-// ---- FrameMaker interchange text
-// ---------------------------------------------------------------------------------------
+// ---- FrameMaker interchange text -----------------------------------------------------------------------------------
 
 constexpr std::uint32_t behindMifWord = 8;  // "<MIFFile", which the signature row has compared
 
@@ -302,8 +299,7 @@ TEST(Mif, ComesBackOverAPlatformHandleThanksToTheRunawayGuard) {
     }
 }
 
-// ---- PDF
-// ---------------------------------------------------------------------------------------------------------------
+// ---- PDF -----------------------------------------------------------------------------------------------------------
 
 const ProbeCase pdfCases[] = {
     // clang-format off
@@ -353,8 +349,7 @@ TEST(Pdf, OnlyTheSecondRewindCounts) {
     }
 }
 
-// ---- Whole requests
-// ----------------------------------------------------------------------------------------------------
+// ---- Whole requests ------------------------------------------------------------------------------------------------
 
 const FileCase fileCases[] = {
     // clang-format off

@@ -133,8 +133,7 @@ TEST(MacPaint, FailingSeeksGiveNothing) {
 
 TEST(MacPaint, RewindsTheReader) { EXPECT_EQ(FIAnswerOf(FIProbeMacPaint, FIBytes("00*512 (B9 00)*11"), 300), 1518U); }
 
-// ---- Whole requests
-// ----------------------------------------------------------------------------------------------------
+// ---- Whole requests ------------------------------------------------------------------------------------------------
 
 const FileCase fileCases[] = {
     // clang-format off

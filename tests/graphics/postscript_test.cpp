@@ -147,8 +147,7 @@ TEST(PostScript, ReadsNoFurtherThanALinesLimit) {
     EXPECT_EQ(handle->reads, 1U);
 }
 
-// ---- Whole requests
-// ----------------------------------------------------------------------------------------------------
+// ---- Whole requests ------------------------------------------------------------------------------------------------
 
 const FileCase fileCases[] = {
     // clang-format off

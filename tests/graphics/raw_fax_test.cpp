@@ -26,8 +26,7 @@ namespace {
 
 using Bits = std::string;
 
-// ---- ITU-T T.4, tables 2, 3a and 3b
-// ------------------------------------------------------------------------------------
+// ---- ITU-T T.4, tables 2, 3a and 3b --------------------------------------------------------------------------------
 
 enum class Colour : std::uint8_t { White, Black };
 
@@ -106,8 +105,7 @@ std::uint32_t NumberOf(std::string_view bits) {
     return number;
 }
 
-// ---- The encoder
-// -------------------------------------------------------------------------------------------------------
+// ---- The encoder ---------------------------------------------------------------------------------------------------
 
 Bits Zeros(std::size_t count) { return Bits(count, '0'); }
 
@@ -149,8 +147,7 @@ std::string Store(const Bits& bits, bool lowFirst) {
 std::string StoreLowFirst(const Bits& bits) { return Store(bits, true); }
 std::string StoreHighFirst(const Bits& bits) { return Store(bits, false); }
 
-// ---- The code tables
-// ---------------------------------------------------------------------------------------------------
+// ---- The code tables -----------------------------------------------------------------------------------------------
 
 void ExpectCodes(Colour colour, const std::uint8_t* codes, const std::uint8_t* lengths) {
     for (std::size_t index = 0; index < codeCount; ++index) {
@@ -230,8 +227,7 @@ TEST(FaxCodes, LookupsHoldTheCodeOfEvery13BitValue) {
     }
 }
 
-// ---- One row
-// -----------------------------------------------------------------------------------------------------------
+// ---- One row -------------------------------------------------------------------------------------------------------
 
 // What decoding a row delivers: its width, and how far behind the first bit of the buffer the cursor ends.
 struct DecodedRow {
@@ -301,8 +297,7 @@ TEST(DecodeFaxRow, MarkOrZerosAtOnceAreNoRow) {
     EXPECT_EQ(DecodeRow(Zeros(32)).width, 0U);
 }
 
-// ---- A stream
-// ----------------------------------------------------------------------------------------------------------
+// ---- A stream ------------------------------------------------------------------------------------------------------
 
 struct StreamCase {
     const char* name;
@@ -410,8 +405,7 @@ TEST(RawFax, OtherBitOrderIsNotTried) {
     }
 }
 
-// ---- Where the data ends
-// -----------------------------------------------------------------------------------------------
+// ---- Where the data ends -------------------------------------------------------------------------------------------
 
 // Quirk: a row ends with the code in hand as soon as the bytes left are 0, and a code of the register is then still
 // undecoded. Of a row that fills the data to the last bit, a code that starts 13 to 6 bits in front of the end is the
@@ -497,8 +491,7 @@ TEST(RawFaxEnd, MarkBehind2048BytesIsNotSeen) {
     EXPECT_EQ(FIAnswerOfBlockReader(FIProbeRawFax, StoreLowFirst(markOver)), 0U);
 }
 
-// ---- The handle
-// --------------------------------------------------------------------------------------------------------
+// ---- The handle ----------------------------------------------------------------------------------------------------
 
 TEST(RawFaxHandle, ReadsOnceFromTheStartWhereverTheReaderStands) {
     const auto handle = FIMakeTestHandle(StoreLowFirst(mark + rowA + fill + mark + rowA + Zeros(40000)));
@@ -545,8 +538,7 @@ TEST(RawFaxHandle, ShortMemoryLeaksNothing) {
     }
 }
 
-// ---- The scan, against a slow and obvious one
-// --------------------------------------------------------------------------
+// ---- The scan, against a slow and obvious one ----------------------------------------------------------------------
 
 constexpr std::size_t bufferRoom = 4096;
 
@@ -684,8 +676,7 @@ TEST(ScanFaxBuffer, AgreesWithAPlainScanOverRandomStreams) {
     EXPECT_GT(refused, 100U);
 }
 
-// ---- Whole requests
-// ----------------------------------------------------------------------------------------------------
+// ---- Whole requests ------------------------------------------------------------------------------------------------
 
 constexpr std::uint16_t rawFaxRow = 374;
 
