@@ -65,7 +65,7 @@ bool FILengthFits(std::uint8_t byteCount, std::uint32_t lastIndex) {
 
 // Whether all characters have a value in their class.
 // Quirk: the look-ups read a character of 128 or above in front of their table, so that some pass for xxencode and
-// BinHex; see signatures/table.h.
+// BinHex; see signatures/character_classes.h.
 bool FIAllInClass(std::string_view text, std::uint8_t (*lookUp)(char character)) {
     return std::ranges::all_of(text, [&](char character) { return lookUp(character) <= highestClassValue; });
 }
