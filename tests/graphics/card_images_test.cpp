@@ -266,8 +266,8 @@ TEST(Iges, ReadsFromTheStartWhereverTheReaderStands) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"IgesWithTwoSections",       R"(" text"*14 "  S      1" 0A "1H,,1H;," " "*64 "G      1" 0A)",                                    1569, 241},
-    {"IgesFromTheGlobalSection",  R"("1H,,1H;," " "*64 "G      1" 0D 0A)",                                                            1569, 241},
+    {"IgesWithTwoSections",       R"(" text"*14 "  S      1" 0A "1H,,1H;," " "*64 "G      1" 0A)",                                    1569, 241_row},
+    {"IgesFromTheGlobalSection",  R"("1H,,1H;," " "*64 "G      1" 0D 0A)",                                                            1569, 241_row},
     // clang-format on
 };
 
@@ -278,8 +278,8 @@ TEST_P(IgesRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, IgesRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(IgesRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("only S cards", Card('S', "0000001") + "\n" + Card('S', "0000002") + "\n", 241);
-    FIExpectRowLetsPass("G2", Card('G', "0000002") + "\n", 241);
+    FIExpectRowLetsPass("only S cards", Card('S', "0000001") + "\n" + Card('S', "0000002") + "\n", 241_row);
+    FIExpectRowLetsPass("G2", Card('G', "0000002") + "\n", 241_row);
 }
 
 }  // namespace

@@ -181,9 +181,9 @@ TEST(Cgm, RewindsTheReader) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"SmallestMetafile",    R"(00 20 10 22 00 01)",                                                      1528, 381},
-    {"MetafileWithAName",   R"(00 29 08 "drawing." 00 10 22 00 01 10 A6 00 01 00 0A 00 01)",             1528, 381},
-    {"MetafileOfVersion4",  R"(00 2C 0B "drawing.cgm" W:0x1044 03 "abc" 10 22 00 04 00 40)",             1528, 381},
+    {"SmallestMetafile",    R"(00 20 10 22 00 01)",                                                      1528, 381_row},
+    {"MetafileWithAName",   R"(00 29 08 "drawing." 00 10 22 00 01 10 A6 00 01 00 0A 00 01)",             1528, 381_row},
+    {"MetafileOfVersion4",  R"(00 2C 0B "drawing.cgm" W:0x1044 03 "abc" 10 22 00 04 00 40)",             1528, 381_row},
     // clang-format on
 };
 
@@ -194,9 +194,9 @@ TEST_P(CgmRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, CgmRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(CgmRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("version 5", FIBytes("00 20 10 22 00 05"), 381);
-    FIExpectRowLetsPass("class 2", FIBytes("00 20 20 20 10 22 00 01"), 381);
-    FIExpectRowLetsPass("an empty file", "", 381);
+    FIExpectRowLetsPass("version 5", FIBytes("00 20 10 22 00 05"), 381_row);
+    FIExpectRowLetsPass("class 2", FIBytes("00 20 20 20 10 22 00 01"), 381_row);
+    FIExpectRowLetsPass("an empty file", "", 381_row);
 }
 
 }  // namespace

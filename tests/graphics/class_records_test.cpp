@@ -72,8 +72,8 @@ TEST(ClassRecords, SeekBehindTheLastRecordMayBeRefused) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"ClassRecords",               R"(w:0x0800 w:0 w:0x0900 w:0 w:0x0A00 w:0)",                                     1601, 113},
-    {"ClassRecordsWithTopBits",    R"(w:0x8A00 w:0 w:0x0901 w:0 w:0x8800 w:0)",                                     1601, 113},
+    {"ClassRecords",               R"(w:0x0800 w:0 w:0x0900 w:0 w:0x0A00 w:0)",                                     1601, 113_row},
+    {"ClassRecordsWithTopBits",    R"(w:0x8A00 w:0 w:0x0901 w:0 w:0x8800 w:0)",                                     1601, 113_row},
     // clang-format on
 };
 
@@ -84,7 +84,7 @@ TEST_P(ClassRecordsRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, ClassRecordsRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(ClassRecordsRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("class 8 twice", FIBytes("w:0x0800 w:0 w:0x0800 w:0 w:0x0900 w:0"), 113);
+    FIExpectRowLetsPass("class 8 twice", FIBytes("w:0x0800 w:0 w:0x0800 w:0 w:0x0900 w:0"), 113_row);
 }
 
 }  // namespace

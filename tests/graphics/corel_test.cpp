@@ -80,9 +80,9 @@ TEST(CorelRiff, OnlyTheSecondRewindCounts) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"CorelDraw9",                 R"("RIFF" d:100 "CDR9vrsn")",                                                    1598, 222},
-    {"CorelDraw11",                R"("RIFF" d:100 "CDRBvrsn")",                                                    1630, 222},
-    {"CorelDrawBlank",             R"("RIFF" d:100 "CDR vrsn")",                                                    1521, 222},
+    {"CorelDraw9",                 R"("RIFF" d:100 "CDR9vrsn")",                                                    1598, 222_row},
+    {"CorelDraw11",                R"("RIFF" d:100 "CDRBvrsn")",                                                    1630, 222_row},
+    {"CorelDrawBlank",             R"("RIFF" d:100 "CDR vrsn")",                                                    1521, 222_row},
     // clang-format on
 };
 
@@ -93,7 +93,7 @@ TEST_P(CorelRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, CorelRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(CorelRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("CorelDRAW 3", FIBytes(R"("RIFF" d:100 "CDR3vrsn")"), 222);
+    FIExpectRowLetsPass("CorelDRAW 3", FIBytes(R"("RIFF" d:100 "CDR3vrsn")"), 222_row);
 }
 
 }  // namespace

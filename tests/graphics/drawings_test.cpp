@@ -353,21 +353,21 @@ TEST(Pdf, OnlyTheSecondRewindCounts) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"Dxf",                          R"("  0" 0D 0A "SECTION" 0D 0A "  2" 0D 0A "HEADER" 0D 0A)",                    1544,  88},
-    {"DxfInSmallLetters",            R"("0" 0A "section  " 0A "2" 0A "header" 0A)",                                  1544,  88},
-    {"DxfBehindComments",            R"("999" 0A "by hand" 0A "999" 0A "again" 0A "  0" 0A "SECTION" 0A)",           1544,  88},
-    {"Mif7",                         R"("<MIFFile 7.00> # by hand" 0A)",                                             1168, 389},
-    {"MifOfAnUnlistedVersion3",      R"("<MIFFile 3.01> # by hand" 0A)",                                             1129, 389},
-    {"MifOfAnUnlistedVersion6",      R"("<MIFFile Jp 6.1> # by hand" 0A)",                                           1167, 389},
-    {"MifOfAListedVersion",          R"("<MIFFile 5.00> # by hand" 0A)",                                             1131, 202},
-    {"Mif550HasARowOfItsOwn",        R"("<MIFFile 5.50> # by hand" 0A)",                                             1138, 204},
-    {"MifJapanese550HasNone",        R"("<MIFFile Jp 5.50> # by hand" 0A)",                                          1137, 389},
-    {"MifWordAlone",                 R"("<MIFFile")",                                                                1168, 389},
-    {"PdfAtOnce",                    R"("%PDF-1.4" 0A)",                                                             1557, 101},
-    {"PdfOfVersion2AtOnce",          R"("%PDF-2.0" 0A)",                                                             1557, 101},
-    {"PdfBehind128Bytes",            R"("x"*128 "%PDF-2.0" 0A)",                                                     1557, 102},
-    {"PdfBehindText",                R"("some text" 0A "%PDF-1.4" 0A)",                                              1557, 386},
-    {"PdfAtOffset1023",              R"("x"*1023 "%PDF-1.4" 0A)",                                                    1557, 386},
+    {"Dxf",                          R"("  0" 0D 0A "SECTION" 0D 0A "  2" 0D 0A "HEADER" 0D 0A)",                    1544,  88_row},
+    {"DxfInSmallLetters",            R"("0" 0A "section  " 0A "2" 0A "header" 0A)",                                  1544,  88_row},
+    {"DxfBehindComments",            R"("999" 0A "by hand" 0A "999" 0A "again" 0A "  0" 0A "SECTION" 0A)",           1544,  88_row},
+    {"Mif7",                         R"("<MIFFile 7.00> # by hand" 0A)",                                             1168, 389_row},
+    {"MifOfAnUnlistedVersion3",      R"("<MIFFile 3.01> # by hand" 0A)",                                             1129, 389_row},
+    {"MifOfAnUnlistedVersion6",      R"("<MIFFile Jp 6.1> # by hand" 0A)",                                           1167, 389_row},
+    {"MifOfAListedVersion",          R"("<MIFFile 5.00> # by hand" 0A)",                                             1131, 202_row},
+    {"Mif550HasARowOfItsOwn",        R"("<MIFFile 5.50> # by hand" 0A)",                                             1138, 204_row},
+    {"MifJapanese550HasNone",        R"("<MIFFile Jp 5.50> # by hand" 0A)",                                          1137, 389_row},
+    {"MifWordAlone",                 R"("<MIFFile")",                                                                1168, 389_row},
+    {"PdfAtOnce",                    R"("%PDF-1.4" 0A)",                                                             1557, 101_row},
+    {"PdfOfVersion2AtOnce",          R"("%PDF-2.0" 0A)",                                                             1557, 101_row},
+    {"PdfBehind128Bytes",            R"("x"*128 "%PDF-2.0" 0A)",                                                     1557, 102_row},
+    {"PdfBehindText",                R"("some text" 0A "%PDF-1.4" 0A)",                                              1557, 386_row},
+    {"PdfAtOffset1023",              R"("x"*1023 "%PDF-1.4" 0A)",                                                    1557, 386_row},
     // clang-format on
 };
 
@@ -378,10 +378,10 @@ TEST_P(DrawingRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, DrawingRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(DrawingRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("group code 1", FIBytes(R"("1" 0A "SECTION" 0A)"), 88);
-    FIExpectRowLetsPass("SECTION X", FIBytes(R"("0" 0A "SECTION X" 0A)"), 88);
-    FIExpectRowLetsPass("version 2 behind text", FIBytes(R"("some text" 0A "%PDF-2.0" 0A)"), 386);
-    FIExpectRowLetsPass("offset 1024", FIBytes(R"("x"*1024 "%PDF-1.4" 0A)"), 386);
+    FIExpectRowLetsPass("group code 1", FIBytes(R"("1" 0A "SECTION" 0A)"), 88_row);
+    FIExpectRowLetsPass("SECTION X", FIBytes(R"("0" 0A "SECTION X" 0A)"), 88_row);
+    FIExpectRowLetsPass("version 2 behind text", FIBytes(R"("some text" 0A "%PDF-2.0" 0A)"), 386_row);
+    FIExpectRowLetsPass("offset 1024", FIBytes(R"("x"*1024 "%PDF-1.4" 0A)"), 386_row);
 }
 
 }  // namespace

@@ -46,9 +46,9 @@ TEST(EpsPreview, FailingRewindIsNoAnswer) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"EpsWithPreview",             R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0 d:34 d:4 FF FF "%!PSII*" 00)",                   1504, 173},
-    {"EpsOf20Bytes",               R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0)",                                               1504, 173},
-    {"EpsWithoutPreviewIsPostScript", R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0 d:0 d:0 FF FF "%!PS")",                       1580, 387},
+    {"EpsWithPreview",             R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0 d:34 d:4 FF FF "%!PSII*" 00)",                   1504, 173_row},
+    {"EpsOf20Bytes",               R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0)",                                               1504, 173_row},
+    {"EpsWithoutPreviewIsPostScript", R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0 d:0 d:0 FF FF "%!PS")",                       1580, 387_row},
     // clang-format on
 };
 

@@ -63,8 +63,8 @@ TEST(IconFile, EachFailingSeekIsNoAnswer) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"Icon",                       R"(00 00 01 00 01 00 10 10 10 00 00 00 00 00 d:296 d:22 d:40 d:16 d:32 00*284)", 1515, 171},
-    {"Cursor",                     R"(00 00 02 00 01 00 10 10 10 00 00 00 00 00 d:296 d:22 d:40 d:16 d:32 00*284)", 1516, 171},
+    {"Icon",                       R"(00 00 01 00 01 00 10 10 10 00 00 00 00 00 d:296 d:22 d:40 d:16 d:32 00*284)", 1515, 171_row},
+    {"Cursor",                     R"(00 00 02 00 01 00 10 10 10 00 00 00 00 00 d:296 d:22 d:40 d:16 d:32 00*284)", 1516, 171_row},
     // clang-format on
 };
 
@@ -75,7 +75,7 @@ TEST_P(IconRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, IconRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(IconRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("icon of a PNG", FIBytes(R"(00 00 01 00 01 00 00*12 d:22 89 "PNG" 0D 0A 1A 0A)"), 171);
+    FIExpectRowLetsPass("icon of a PNG", FIBytes(R"(00 00 01 00 01 00 00*12 d:22 89 "PNG" 0D 0A 1A 0A)"), 171_row);
 }
 
 }  // namespace

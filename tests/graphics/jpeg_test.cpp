@@ -118,9 +118,9 @@ TEST(Jpeg, FailingSeekIsTheAnswerOfTheWholeRequest) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"Jpeg",                       R"(FF D8 FF E0 W:16 "JFIF" 00 01 01 00 00 01 00 01 00 00 FF DB W:4 00 00 FF DA)", 1535, 166},
-    {"ProgressiveJpeg",            R"(FF D8 FF E0 W:16 "JFIF" 00 01 01 00 00 01 00 01 00 00 FF DB W:4 00 00 FF C2)", 1599, 166},
-    {"JpegCutBehindItsMarker",     R"(FF D8 FF E1)",                                                                1535, 166},
+    {"Jpeg",                       R"(FF D8 FF E0 W:16 "JFIF" 00 01 01 00 00 01 00 01 00 00 FF DB W:4 00 00 FF DA)", 1535, 166_row},
+    {"ProgressiveJpeg",            R"(FF D8 FF E0 W:16 "JFIF" 00 01 01 00 00 01 00 01 00 00 FF DB W:4 00 00 FF C2)", 1599, 166_row},
+    {"JpegCutBehindItsMarker",     R"(FF D8 FF E1)",                                                                1535, 166_row},
     // clang-format on
 };
 
@@ -131,8 +131,8 @@ TEST_P(JpegRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, JpegRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(JpegRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("FF D8 FF DA", FIBytes("FF D8 FF DA 00 08 01 01 00 00 3F 00"), 166);
-    FIExpectRowLetsPass("FF D8 FF C0", FIBytes("FF D8 FF C0 00 08 01 01 00 00 3F 00"), 166);
+    FIExpectRowLetsPass("FF D8 FF DA", FIBytes("FF D8 FF DA 00 08 01 01 00 00 3F 00"), 166_row);
+    FIExpectRowLetsPass("FF D8 FF C0", FIBytes("FF D8 FF C0 00 08 01 01 00 00 3F 00"), 166_row);
 }
 
 }  // namespace

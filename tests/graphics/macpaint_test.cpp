@@ -137,9 +137,9 @@ TEST(MacPaint, RewindsTheReader) { EXPECT_EQ(FIAnswerOf(FIProbeMacPaint, FIBytes
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"MacPaint",                    R"(00*512 (B9 00)*11)",                                    1518, 361},
-    {"MacPaintOfAllGroups",         R"(00*512 (00 11 0E 22*15 C9 33)*11 00*20)",               1518, 361},
-    {"MacPaintBehindAMacBinary",    R"(00 05 "Paint" >65 "PNTGMPNT" >128 00*512 49*40)",       1518, 362},
+    {"MacPaint",                    R"(00*512 (B9 00)*11)",                                    1518, 361_row},
+    {"MacPaintOfAllGroups",         R"(00*512 (00 11 0E 22*15 C9 33)*11 00*20)",               1518, 361_row},
+    {"MacPaintBehindAMacBinary",    R"(00 05 "Paint" >65 "PNTGMPNT" >128 00*512 49*40)",       1518, 362_row},
     // clang-format on
 };
 
@@ -150,9 +150,9 @@ TEST_P(MacPaintRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, MacPaintRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(MacPaintRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("a line of 73", FIBytes("00*512 (B8 00) (B9 00)*10"), 361);
-    FIExpectRowLetsPass("600 zero bytes", FIBytes("00*600"), 361);
-    FIExpectRowLetsPass("text of 16-bit characters", FIBytes(R"((00 "T")*256 (B9 00)*11)"), 361);
+    FIExpectRowLetsPass("a line of 73", FIBytes("00*512 (B8 00) (B9 00)*10"), 361_row);
+    FIExpectRowLetsPass("600 zero bytes", FIBytes("00*600"), 361_row);
+    FIExpectRowLetsPass("text of 16-bit characters", FIBytes(R"((00 "T")*256 (B9 00)*11)"), 361_row);
 }
 
 }  // namespace

@@ -83,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(MarkedRecords, ProbeMarkedRecords, testing::ValuesIn(ma
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"MarkedRecords",             R"(02 02 00 00 02 02 01 7E 02 02 01 7F 02 02 02 7E)",                                               1570, 244},
+    {"MarkedRecords",             R"(02 02 00 00 02 02 01 7E 02 02 01 7F 02 02 02 7E)",                                               1570, 244_row},
     // clang-format on
 };
 
@@ -94,7 +94,7 @@ TEST_P(MarkedRecordsRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, MarkedRecordsRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(MarkedRecordsRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("no closing mark", FIBytes("02 02 01 7E 02 02 01 7F"), 244);
+    FIExpectRowLetsPass("no closing mark", FIBytes("02 02 01 7E 02 02 01 7F"), 244_row);
 }
 
 }  // namespace

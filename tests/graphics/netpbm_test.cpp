@@ -75,9 +75,9 @@ TEST(Netpbm, FailingRewindIsNoAnswer) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"Pbm",                       R"("P1" 0A "2 2" 0A "1 0" 0A "0 1" 0A)",                                                            1588, 359},
-    {"PgmRaw",                    R"("P5" 0A "# by hand" 0A "2 2" 0A "255" 0A 01 02 03 04)",                                          1589, 359},
-    {"PpmRaw",                    R"("P6 2 2 255" 0A "abcabcabcabc")",                                                                1590, 359},
+    {"Pbm",                       R"("P1" 0A "2 2" 0A "1 0" 0A "0 1" 0A)",                                                            1588, 359_row},
+    {"PgmRaw",                    R"("P5" 0A "# by hand" 0A "2 2" 0A "255" 0A 01 02 03 04)",                                          1589, 359_row},
+    {"PpmRaw",                    R"("P6 2 2 255" 0A "abcabcabcabc")",                                                                1590, 359_row},
     // clang-format on
 };
 
@@ -88,8 +88,8 @@ TEST_P(NetpbmRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, NetpbmRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(NetpbmRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("P7", "P7\n1 1\n", 359);
-    FIExpectRowLetsPass("blank behind the comment", "P6\n# by hand\n 1 1\n", 359);
+    FIExpectRowLetsPass("P7", "P7\n1 1\n", 359_row);
+    FIExpectRowLetsPass("blank behind the comment", "P6\n# by hand\n 1 1\n", 359_row);
 }
 
 }  // namespace

@@ -151,12 +151,12 @@ TEST(PostScript, ReadsNoFurtherThanALinesLimit) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"PostScript",                    R"("%!PS" 0A "showpage" 0A)",                                      1580, 387},
-    {"AdobesCommentHasALaterRow",     R"("%!PS-Adobe-3.0" 0A "showpage" 0A)",                            1580, 387},
-    {"PostScriptBehindComments",      R"("% by hand" 0A "% again" 0A "%!" 0A)",                          1580, 387},
-    {"PostScriptBehindBlanks",        R"("    %!" 0A "showpage" 0A)",                                    1580, 387},
-    {"WrapperWithoutPreview",         R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0 d:0 d:0 FF FF "%!PS")",            1580, 387},
-    {"PostScriptInAMacBinary",        R"(00 04 "page" >128 "%!PS" 0D "showpage" 0D)",                    1580, 387},
+    {"PostScript",                    R"("%!PS" 0A "showpage" 0A)",                                      1580, 387_row},
+    {"AdobesCommentHasALaterRow",     R"("%!PS-Adobe-3.0" 0A "showpage" 0A)",                            1580, 387_row},
+    {"PostScriptBehindComments",      R"("% by hand" 0A "% again" 0A "%!" 0A)",                          1580, 387_row},
+    {"PostScriptBehindBlanks",        R"("    %!" 0A "showpage" 0A)",                                    1580, 387_row},
+    {"WrapperWithoutPreview",         R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0 d:0 d:0 FF FF "%!PS")",            1580, 387_row},
+    {"PostScriptInAMacBinary",        R"(00 04 "page" >128 "%!PS" 0D "showpage" 0D)",                    1580, 387_row},
     // clang-format on
 };
 
@@ -167,10 +167,10 @@ TEST_P(PostScriptRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, PostScriptRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(PostScriptRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("text in front", "some text\n%!PS\n", 387);
-    FIExpectRowLetsPass("five blanks", "     %!PS\n", 387);
-    FIExpectRowLetsPass("one zero byte", FIBytes("00"), 387);
-    FIExpectRowLetsPass("a comment of 300 bytes", FIBytes(R"("%" "c"*299 0A "%!")"), 387);
+    FIExpectRowLetsPass("text in front", "some text\n%!PS\n", 387_row);
+    FIExpectRowLetsPass("five blanks", "     %!PS\n", 387_row);
+    FIExpectRowLetsPass("one zero byte", FIBytes("00"), 387_row);
+    FIExpectRowLetsPass("a comment of 300 bytes", FIBytes(R"("%" "c"*299 0A "%!")"), 387_row);
 }
 
 }  // namespace

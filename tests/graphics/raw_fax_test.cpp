@@ -678,7 +678,7 @@ TEST(ScanFaxBuffer, AgreesWithAPlainScanOverRandomStreams) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-constexpr std::uint16_t rawFaxRow = 374;
+constexpr std::uint16_t rawFaxRow = 374_row;
 
 TEST(RawFaxRequest, StreamOfThreeRowsIsFax) {
     std::uint16_t row = 0;

@@ -68,7 +68,7 @@ TEST(Xwd, EachFailingSeekIsNoAnswer) {
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"Xwd",                        R"(D:101 D:7 D:2 D:8 D:1 D:1 D:0 D:1 D:32 D:1 D:32 D:8 D:4 D:3 00*44)",          1575, 247},
+    {"Xwd",                        R"(D:101 D:7 D:2 D:8 D:1 D:1 D:0 D:1 D:32 D:1 D:32 D:8 D:4 D:3 00*44)",          1575, 247_row},
     // clang-format on
 };
 
@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(Files, XwdRequest, testing::ValuesIn(fileCases), FIFile
 
 TEST(XwdRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("a dump of depth 16", FIBytes("D:101 D:7 D:2 D:16 D:1 D:1 D:0 D:1 D:32 D:1 D:32 D:8 D:4 D:3"),
-                        247);
+                        247_row);
 }
 
 }  // namespace

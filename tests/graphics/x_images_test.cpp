@@ -134,11 +134,11 @@ INSTANTIATE_TEST_SUITE_P(Xpm, ProbeXpm, testing::ValuesIn(xpmCases), FICaseName)
 
 const FileCase fileCases[] = {
     // clang-format off
-    {"Xbm",                       R"("#define x_width 8" 0A "#define x_height 8" 0A "static char x_bits[] = {" 0A "0x00, 0x01, 0x02" 0A)", 1571, 245},
-    {"XbmWithHotSpot",            R"("#define w 8" 0A "#define h 8" 0A "#define x 1" 0A "#define y 1" 0A "static char b[] = {" 0A)",   1571, 245},
-    {"XbmBehindAComment",         R"("/* by hand */" 0A "#define w 8" 0A "#define h 8" 0A "static char b[] = {" 0A "0, 1, 2, 3" 0A)",  1571, 245},
-    {"Xpm",                       R"("/* XPM */" 0A "static char *x[] = {" 0A)",                                                      1572, 246},
-    {"XbmThatLooksLikeXpm",       R"("/* XPM */" 0A "#define w 8" 0A "#define h 8" 0A "static char b[] = {" 0A "0, 1, 2, 3" 0A)",      1571, 245},
+    {"Xbm",                       R"("#define x_width 8" 0A "#define x_height 8" 0A "static char x_bits[] = {" 0A "0x00, 0x01, 0x02" 0A)", 1571, 245_row},
+    {"XbmWithHotSpot",            R"("#define w 8" 0A "#define h 8" 0A "#define x 1" 0A "#define y 1" 0A "static char b[] = {" 0A)",   1571, 245_row},
+    {"XbmBehindAComment",         R"("/* by hand */" 0A "#define w 8" 0A "#define h 8" 0A "static char b[] = {" 0A "0, 1, 2, 3" 0A)",  1571, 245_row},
+    {"Xpm",                       R"("/* XPM */" 0A "static char *x[] = {" 0A)",                                                      1572, 246_row},
+    {"XbmThatLooksLikeXpm",       R"("/* XPM */" 0A "#define w 8" 0A "#define h 8" 0A "static char b[] = {" 0A "0, 1, 2, 3" 0A)",      1571, 245_row},
     // clang-format on
 };
 
@@ -149,8 +149,9 @@ TEST_P(XImageRequest, Answers) { FIExpectFileCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Files, XImageRequest, testing::ValuesIn(fileCases), FIFileCaseName);
 
 TEST(XImageRequest, RefusedFilesGoOnInTheTable) {
-    FIExpectRowLetsPass("thirteen tokens", "#define x_width 8 #define x_height 8 static char x_bits[] = { a b", 245);
-    FIExpectRowLetsPass("no blanks", "/*XPM*/\n", 246);
+    FIExpectRowLetsPass("thirteen tokens", "#define x_width 8 #define x_height 8 static char x_bits[] = { a b",
+                        245_row);
+    FIExpectRowLetsPass("no blanks", "/*XPM*/\n", 246_row);
 }
 
 }  // namespace

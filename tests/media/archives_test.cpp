@@ -772,27 +772,27 @@ TEST(LhaStub, NoStatusIsLookedAt) {
 
 const DecidedCase wholeCases[] = {
     // clang-format off
-    {"ZipAtTheFirstPlace",         R"("MZ" >12784 "PK" 03 04)",                                            1803, 272, "setup.exe"},
-    {"ZipAtTheSecondPlace",        R"("MZ" >15512 "PK" 03 04)",                                            1803, 272, "setup.exe"},
-    {"ZipAtTheThirdPlace",         R"("MZ" >38426 "PK" 03 04)",                                            1803, 272, "setup.exe"},
-    {"ZipAtTheWordAt100",          R"("MZ" >100 w:200 >200 "PK" 03 04 >15516)",                            1803, 272, "setup.exe"},
-    {"ZipByItsDirectory",          R"("MZ" >100 w:200 >15042 d:16000 >16000 "PK" 03 04 >19994 d:15000 00 00)", 1803, 272, "setup.exe"},
-    {"ZipWithAComment",            R"("MZ" >100 w:200 >15042 d:16000 >16000 "PK" 03 04 >19994 d:15000 04 00 "note")", 1800, 275, "setup.exe"},
-    {"ZipInAShortFile",            R"("MZ" >100 w:200 >200 "PK" 03 04 >15515)",                            1800, 275, "setup.exe"},
-    {"ZipWithoutAProgram",         R"("XY" >12784 "PK" 03 04)",                                            1803, 272},
-    {"ZipBeforeLha",               R"("MZ" >100 00 00 "-lh5-" 00*13 02 >12784 "PK" 03 04)",                1803, 272},
-    {"LhaBehindAProgram",          R"("MZ" >100 00 00 "-lh5-" 00*13 02 >400)",                             1814, 274, "setup.exe"},
-    {"LhaBehindALongProgram",      R"("MZ" >4075 "ab-lh5-" 00*13 02 >6000)",                               1814, 274, "setup.exe"},
-    {"LhaBehindALongerProgram",    R"("MZ" >4076 "ab-lh5-" 00*13 02 >6000)",                               1800, 275, "setup.exe"},
-    {"LhaAtOffset12000",           R"("MZ" >11998 "ab-lh5-" 00*13 02 >12500)",                             1800, 275, "setup.exe"},
-    {"LhaOfLevel3BehindAProgram",  R"("MZ" >100 00 00 "-lh5-" 00*13 03 >400)",                             1800, 275, "setup.exe"},
-    {"LhaAtTheStart",              R"(22 7A "-lh5-" 81*13 02 81*20)",                                      1813, 273, "notes.lzh"},
-    {"LhaOfAnyMethodAtTheStart",   R"(22 7A "-lx5-" 81*13 02 81*20)",                                      1813, 273, "notes.lzh"},
+    {"ZipAtTheFirstPlace",         R"("MZ" >12784 "PK" 03 04)",                                            1803, 272_row, "setup.exe"},
+    {"ZipAtTheSecondPlace",        R"("MZ" >15512 "PK" 03 04)",                                            1803, 272_row, "setup.exe"},
+    {"ZipAtTheThirdPlace",         R"("MZ" >38426 "PK" 03 04)",                                            1803, 272_row, "setup.exe"},
+    {"ZipAtTheWordAt100",          R"("MZ" >100 w:200 >200 "PK" 03 04 >15516)",                            1803, 272_row, "setup.exe"},
+    {"ZipByItsDirectory",          R"("MZ" >100 w:200 >15042 d:16000 >16000 "PK" 03 04 >19994 d:15000 00 00)", 1803, 272_row, "setup.exe"},
+    {"ZipWithAComment",            R"("MZ" >100 w:200 >15042 d:16000 >16000 "PK" 03 04 >19994 d:15000 04 00 "note")", 1800, 275_row, "setup.exe"},
+    {"ZipInAShortFile",            R"("MZ" >100 w:200 >200 "PK" 03 04 >15515)",                            1800, 275_row, "setup.exe"},
+    {"ZipWithoutAProgram",         R"("XY" >12784 "PK" 03 04)",                                            1803, 272_row},
+    {"ZipBeforeLha",               R"("MZ" >100 00 00 "-lh5-" 00*13 02 >12784 "PK" 03 04)",                1803, 272_row},
+    {"LhaBehindAProgram",          R"("MZ" >100 00 00 "-lh5-" 00*13 02 >400)",                             1814, 274_row, "setup.exe"},
+    {"LhaBehindALongProgram",      R"("MZ" >4075 "ab-lh5-" 00*13 02 >6000)",                               1814, 274_row, "setup.exe"},
+    {"LhaBehindALongerProgram",    R"("MZ" >4076 "ab-lh5-" 00*13 02 >6000)",                               1800, 275_row, "setup.exe"},
+    {"LhaAtOffset12000",           R"("MZ" >11998 "ab-lh5-" 00*13 02 >12500)",                             1800, 275_row, "setup.exe"},
+    {"LhaOfLevel3BehindAProgram",  R"("MZ" >100 00 00 "-lh5-" 00*13 03 >400)",                             1800, 275_row, "setup.exe"},
+    {"LhaAtTheStart",              R"(22 7A "-lh5-" 81*13 02 81*20)",                                      1813, 273_row, "notes.lzh"},
+    {"LhaOfAnyMethodAtTheStart",   R"(22 7A "-lx5-" 81*13 02 81*20)",                                      1813, 273_row, "notes.lzh"},
     {"LhaOfLevel3AtTheStart",      R"(22 7A "-lh5-" 81*13 03 81*20)",                                      1999,   0, "notes.lzh"},
-    {"LhaOneByteOn",               R"(22 7A 81 "-lh5-" 81*13 02 81*20)",                                   1814, 274, "notes.lzh"},
-    {"LhaOf21Bytes",               R"(22 7A "-lh5-" 81*13 02)",                                            1813, 273, "notes.lzh"},
+    {"LhaOneByteOn",               R"(22 7A 81 "-lh5-" 81*13 02 81*20)",                                   1814, 274_row, "notes.lzh"},
+    {"LhaOf21Bytes",               R"(22 7A "-lh5-" 81*13 02)",                                            1813, 273_row, "notes.lzh"},
     {"LhaOf20Bytes",               R"(22 7A "-lh5-" 81*13)",                                               1999,   0, "notes.lzh"},
-    {"ProgramAlone",               R"("MZ" >12788)",                                                       1800, 275, "setup.exe"},
+    {"ProgramAlone",               R"("MZ" >12788)",                                                       1800, 275_row, "setup.exe"},
     // clang-format on
 };
 
@@ -800,7 +800,7 @@ class ArchiveRows : public testing::TestWithParam<DecidedCase> {};
 TEST_P(ArchiveRows, AreToldByTheirRow) { FIExpectDecision(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(WholeSystem, ArchiveRows, testing::ValuesIn(wholeCases), FIDecidedName);
 
-constexpr std::uint16_t tarRow = 100;
+constexpr std::uint16_t tarRow = 100_row;
 
 TEST(ArchiveRows, Tar) {
     struct Archive {

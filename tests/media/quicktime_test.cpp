@@ -198,15 +198,15 @@ INSTANTIATE_TEST_SUITE_P(Types, QuickTimeAtom, testing::ValuesIn(atomCases), FIA
 
 const DecidedCase wholeCases[] = {
     // clang-format off
-    {"MoovThenFree",         R"(D:16 "moov" 00*8 D:8 "free")",                   1705, 243, "a.mov"},
-    {"WithoutAName",         R"(D:16 "moov" 00*8 D:8 "free")",                   1705, 243},
-    {"MdatThenMoov",         R"(D:1000 "mdat" >1000 D:8 "moov")",                1705, 243},
-    {"WideThenMdat",         R"(D:8 "wide" D:100 "mdat")",                       1705, 243},
-    {"WideThenMdatThenMoov", R"(D:8 "wide" D:100 "mdat" >108 D:8 "moov")",       1705, 243},
+    {"MoovThenFree",         R"(D:16 "moov" 00*8 D:8 "free")",                   1705, 243_row, "a.mov"},
+    {"WithoutAName",         R"(D:16 "moov" 00*8 D:8 "free")",                   1705, 243_row},
+    {"MdatThenMoov",         R"(D:1000 "mdat" >1000 D:8 "moov")",                1705, 243_row},
+    {"WideThenMdat",         R"(D:8 "wide" D:100 "mdat")",                       1705, 243_row},
+    {"WideThenMdatThenMoov", R"(D:8 "wide" D:100 "mdat" >108 D:8 "moov")",       1705, 243_row},
     {"SizeBehindTheEnd",     R"(D:5000 "moov" 00*8 D:8 "free")",                 1999,   0},
     {"UnknownSecond",        R"(D:16 "moov" 00*8 D:8 "abcd")",                   1999,   0},
     // A file type atom has a row of its own, in front: 32 bytes long and of a brand that starts with "qt".
-    {"FtypOfQuickTime",      R"(D:32 "ftypqt  " 00*20 D:8 "moov")",              1705, 242},
+    {"FtypOfQuickTime",      R"(D:32 "ftypqt  " 00*20 D:8 "moov")",              1705, 242_row},
     {"FtypOfAnotherSize",    R"(D:24 "ftypqt  " 00*12 D:8 "moov")",              1999,   0},
     {"FtypOfAnotherBrand",   R"(D:32 "ftypmp42" 00*20 D:8 "moov")",              1999,   0},
     // clang-format on

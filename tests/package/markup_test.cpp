@@ -328,7 +328,7 @@ TEST_P(ProbeMarkup, Answers) { EXPECT_EQ(FIAnswerOf(FIProbeMarkup, GetParam().by
 
 // The first row that matches is 111 when there is an answer. Without one the file is text to the rows behind.
 TEST_P(ProbeMarkup, AnswersThroughTheWholeSystem) {
-    constexpr std::uint16_t markupRow = 111;
+    constexpr std::uint16_t markupRow = 111_row;
     std::uint16_t row = 0;
     const FIID answer = FIIdentifyBytes(GetParam().bytes, "a.txt", FIFlagExtendedText, &row);
     if (GetParam().answer != 0) {

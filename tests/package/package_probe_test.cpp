@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr std::uint16_t packageRow = 269;
+constexpr std::uint16_t packageRow = 269_row;
 
 const std::string standard = "http://schemas.openxmlformats.org";
 const std::string microsoft = "http://schemas.microsoft.com";

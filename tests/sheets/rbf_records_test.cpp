@@ -280,24 +280,24 @@ TEST(SlotMarker, BuffersThatAreThereAlreadyDoNotMatter) {
 
 const DecidedCase wholeCases[] = {
     // clang-format off
-    {"Links",                        "d:101 >100 d:201 >204 d:101",                          1210, 401, "orders.rbf"},
-    {"LinksInCapitals",              "d:101 >100 d:201 >204 d:101",                          1210, 401, "ORDERS.RBF"},
-    {"LinksOfALongerExtension",      "d:101 >100 d:201 >204 d:101",                          1210, 401, "orders.rbf2"},
+    {"Links",                        "d:101 >100 d:201 >204 d:101",                          1210, 401_row, "orders.rbf"},
+    {"LinksInCapitals",              "d:101 >100 d:201 >204 d:101",                          1210, 401_row, "ORDERS.RBF"},
+    {"LinksOfALongerExtension",      "d:101 >100 d:201 >204 d:101",                          1210, 401_row, "orders.rbf2"},
     {"LinksOfAnotherExtension",      "d:101 >100 d:201 >204 d:101",                          1999,   0, "orders.rbd"},
     {"LinksOfAShorterExtension",     "d:101 >100 d:201 >204 d:101",                          1999,   0, "orders.rb"},
     {"LinksWithoutAName",            "d:101 >100 d:201 >204 d:101",                          1999,   0},
     {"BackLinkIsOff",                "d:101 >100 d:201 >204 d:102",                          1999,   0, "orders.rbf"},
     {"BackLinkToOffset0",            "d:1 d:1",                                              1999,   0, "orders.rbf"},
-    {"NegativeNameLength",           R"(d:0 00*4 w:0xFFFC "NAME" d:101 >100 d:201 >204 d:101)", 1210, 401, "orders.rbf"},
-    {"Continuation",                 R"(d:101 >100 d:0 00*4 w:6 "LENGTH" d:301 >304 d:117)", 1210, 401, "orders.rbf"},
-    {"Slots",                        ">24 FF FF FF 7F >1024",                                1213, 402, "orders.rbf"},
+    {"NegativeNameLength",           R"(d:0 00*4 w:0xFFFC "NAME" d:101 >100 d:201 >204 d:101)", 1210, 401_row, "orders.rbf"},
+    {"Continuation",                 R"(d:101 >100 d:0 00*4 w:6 "LENGTH" d:301 >304 d:117)", 1210, 401_row, "orders.rbf"},
+    {"Slots",                        ">24 FF FF FF 7F >1024",                                1213, 402_row, "orders.rbf"},
     {"SlotsOfAnotherExtension",      ">24 FF FF FF 7F >1024",                                1999,   0, "orders.dat"},
     {"MarkerInNoSlotsPlace",         ">26 FF FF FF 7F >1024",                                1999,   0, "orders.rbf"},
-    {"MarkerInTheLastSlot",          ">492 FF FF FF 7F >512",                                1213, 402, "orders.rbf"},
+    {"MarkerInTheLastSlot",          ">492 FF FF FF 7F >512",                                1213, 402_row, "orders.rbf"},
     {"MarkerBehindTheLastSlot",      ">504 FF FF FF 7F >512",                                1999,   0, "orders.rbf"},
     {"SlotsInAFileOf1000Bytes",      ">24 FF FF FF 7F >1000",                                1999,   0, "orders.rbf"},
-    {"LinksAndSlotsAreLinks",        "d:101 >24 FF FF FF 7F >100 d:201 >204 d:101 >512",     1210, 401, "orders.rbf"},
-    {"WrongLinksAndSlotsAreSlots",   "d:101 >24 FF FF FF 7F >100 d:201 >204 d:102 >512",     1213, 402, "orders.rbf"},
+    {"LinksAndSlotsAreLinks",        "d:101 >24 FF FF FF 7F >100 d:201 >204 d:101 >512",     1210, 401_row, "orders.rbf"},
+    {"WrongLinksAndSlotsAreSlots",   "d:101 >24 FF FF FF 7F >100 d:201 >204 d:102 >512",     1213, 402_row, "orders.rbf"},
     {"EmptyFile",                    "",                                                     1999,   0, "orders.rbf"},
     // clang-format on
 };

@@ -174,26 +174,26 @@ TEST(WorksheetRecords, GoesOnWhereTheReaderStands) {
 
 const DecidedCase wholeCases[] = {
     // clang-format off
-    {"FiveRecords",             "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1416, 334},
-    {"Six75And150",             "w:0 w:2 FF FF w:6 w:8 00*8 w:75 w:128 00*128 w:150 w:0 w:99 w:0 w:99 w:0",  1416, 334},
+    {"FiveRecords",             "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1416, 334_row},
+    {"Six75And150",             "w:0 w:2 FF FF w:6 w:8 00*8 w:75 w:128 00*128 w:150 w:0 w:99 w:0 w:99 w:0",  1416, 334_row},
     {"SixAndOneOther",          "w:0 w:2 FF FF w:6 w:8 00*8 w:75 w:0 w:99 w:0 w:99 w:0 w:99 w:0",            1999,   0},
     {"TypeTwoCountsOnce",       "w:0 w:2 FF FF w:2 w:1 00 w:2 w:1 00 w:6 w:8 00*8 w:99 w:0 w:99 w:0",        1999,   0},
     {"TypeSixOf7Bytes",         "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:6 w:7 00*7 w:99 w:0 w:99 w:0",        1999,   0},
     {"KnownTypeBehindTheFifth", "w:0 w:2 FF FF w:2 w:1 00 w:99 w:0 w:99 w:0 w:99 w:0 w:6 w:8 00*8 w:3 w:1 00", 1999, 0},
     {"TypeTwoOf2BytesAtTheEnd", "w:0 w:2 FF FF w:3 w:1 00 w:47 w:1 00 w:6 w:8 00*8 w:75 w:0 w:2 w:2 00*2",    1999,  0},
     {"OneOf129Bytes",           "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:129 00*129 w:99 w:0", 1999, 0},
-    {"OneOf128Bytes",           "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:128 00*128 w:99 w:0", 1416, 334},
-    {"EndsInTheFifthsData",     "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:99 w:0 w:99 w:0 w:6 w:8 00*3",        1416, 334},
+    {"OneOf128Bytes",           "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:128 00*128 w:99 w:0", 1416, 334_row},
+    {"EndsInTheFifthsData",     "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:99 w:0 w:99 w:0 w:6 w:8 00*3",        1416, 334_row},
     {"EndsBeforeTheFifth",      "w:0 w:2 FF FF w:2 w:1 00 w:3 w:1 00 w:75 w:0 w:6 w:8 00*8",                 1999,   0},
     {"OpeningRecordOfLength3",  "w:0 w:3 FF FF w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1999,   0},
     // Version words that an earlier row of the family takes.
-    {"Version0404",             "w:0 w:2 04 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1401, 290},
-    {"Version0405",             "w:0 w:2 05 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1400, 296},
-    {"Version0406",             "w:0 w:2 06 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1402, 291},
-    {"Version0407",             "w:0 w:2 07 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1416, 334},
-    {"Version2207",             "w:0 w:2 07 22 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1409, 299},
-    {"Version1001",             "w:0 w:2 01 10 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1420, 300},
-    {"Version5120",             "w:0 w:2 20 51 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1411, 302},
+    {"Version0404",             "w:0 w:2 04 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1401, 290_row},
+    {"Version0405",             "w:0 w:2 05 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1400, 296_row},
+    {"Version0406",             "w:0 w:2 06 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1402, 291_row},
+    {"Version0407",             "w:0 w:2 07 04 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1416, 334_row},
+    {"Version2207",             "w:0 w:2 07 22 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1409, 299_row},
+    {"Version1001",             "w:0 w:2 01 10 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1420, 300_row},
+    {"Version5120",             "w:0 w:2 20 51 w:2 w:1 00 w:3 w:1 00 w:6 w:8 00*8 w:99 w:2 00*2 w:100 w:0",  1411, 302_row},
     // clang-format on
 };
 

@@ -1,17 +1,16 @@
-// The table: its bytes against those that a second hand wrote, and what lies behind it.
+// The table: its bytes against those written out by hand, and what lies behind it.
 #include "signatures/table.h"
 
 #include <gtest/gtest.h>
 
 #include <set>
-#include <sstream>
 
 #include "signatures/bytecode.h"
 #include "signatures/character_classes.h"
 #include "signatures/routine_numbers.h"
 #include "support/bytes.h"
 #include "support/golden.h"
-#include "support/probe_case.h"
+#include "support/row_number.h"
 
 namespace {
 
@@ -36,7 +35,8 @@ std::vector<std::string> SplitTable() {
     return rows;
 }
 
-TEST(Table, HasTheBytesThatASecondHandWrote) {
+// The expected bytes are no output of the assembler: a slip in it or in the notation shows here.
+TEST(Table, HasTheBytesThatAreWrittenOutByHand) {
     const std::vector<std::string> expected = FIReadGolden("rows.hex");
     const std::vector<std::string> rows = SplitTable();
     ASSERT_EQ(rows.size(), signatureEntryCount);
@@ -55,7 +55,7 @@ TEST(Table, IsFollowedByNineZeroBytes) {
 
 TEST(Table, RowsAreFoundByTheirNumbers) {
     EXPECT_EQ(FIFindSignatureRow(0), nullptr);
-    EXPECT_EQ(FIFindSignatureRow(405), nullptr);
+    EXPECT_EQ(FIFindSignatureRow(signatureRowCount + 1), nullptr);
     EXPECT_EQ(FIFindSignatureRow(0xFFFF), nullptr);
     for (std::uint16_t number = 1; number <= signatureRowCount; ++number) {
         ASSERT_NE(FIFindSignatureRow(number), nullptr) << number;
@@ -63,32 +63,17 @@ TEST(Table, RowsAreFoundByTheirNumbers) {
     }
 }
 
-// Which rows call which routine, apart from the table: number, rows.
-TEST(Table, CallsEachRoutineFromItsRows) {
-    std::vector<std::string> calls;
-    for (const std::uint16_t routine : routineNumbers) {
-        std::ostringstream line;
-        line << routine << ":";
-        for (std::uint16_t number = 1; number <= signatureRowCount; ++number) {
-            const FIRowResult result = FIFindSignatureRow(number)->result;
-            if (result.opcode == FIOpcode::Call && result.number == routine) line << " " << number;
-        }
-        calls.push_back(line.str());
+TEST(Table, CallsEveryRoutineButOne) {
+    std::set<std::uint16_t> uncalled(std::begin(routineNumbers), std::end(routineNumbers));
+    for (std::uint16_t number = 1; number <= signatureRowCount; ++number) {
+        const FIRowResult result = FIFindSignatureRow(number)->result;
+        if (result.opcode == FIOpcode::Call) uncalled.erase(result.number);
     }
-    const std::vector<std::string> expected = {
-        "1003: 398",     "1007: 84",  "1010: 160", "1018: 366", "1019: 400", "1020: 399",   "1021: 367",   "1023: 393",
-        "1025: 369",     "1034: 365", "1041: 85",  "1057:",     "1077: 368", "1082: 5",     "1108: 150",   "1132: 395",
-        "1141: 354 355", "1146: 4",   "1168: 389", "1187: 385", "1190: 111", "1201: 363",   "1206: 357",   "1210: 401",
-        "1212: 370",     "1213: 402", "1416: 334", "1445: 21",  "1446: 8",   "1447: 22",    "1450: 23 27", "1453: 24",
-        "1504: 173",     "1505: 374", "1515: 171", "1518: 361", "1528: 381", "1535: 166",   "1544: 88",    "1557: 386",
-        "1569: 241",     "1570: 244", "1571: 245", "1572: 246", "1575: 247", "1579: 29 30", "1580: 387",   "1588: 359",
-        "1597: 38",      "1598: 222", "1601: 113", "1631: 39",  "1705: 243", "1708: 397",   "1709: 263",   "1710: 264",
-        "1802: 269",     "1803: 272", "1807: 100", "1814: 274", "1999: 45",  "4050: 403"};
-    EXPECT_EQ(calls, expected);
+    EXPECT_EQ(uncalled, std::set<std::uint16_t>{1057});
 }
 
 TEST(Table, ThreePictRowsKeepTheCallOfAnUnknownRoutine) {
-    for (const std::size_t number : {177, 178, 179}) {
+    for (const std::uint16_t number : {177_row, 178_row, 179_row}) {
         EXPECT_NE(SplitTable()[number - 1].find("00 11 02 FF 0C 00 FF 08"), std::string::npos) << number;
     }
 }
@@ -96,9 +81,9 @@ TEST(Table, ThreePictRowsKeepTheCallOfAnUnknownRoutine) {
 // What the table's shape promises: rows that are equal, and the pair of rows that share a class identifier.
 TEST(Table, RepeatsOneRowAndOneClassIdentifier) {
     const std::vector<std::string> rows = SplitTable();
-    EXPECT_EQ(rows[353], rows[354]);
-    EXPECT_EQ(FIFindSignatureRow(21)->signature, FIFindSignatureRow(25)->signature);
-    EXPECT_EQ(FIFindSignatureRow(401)->signature, FIFindSignatureRow(402)->signature);
+    EXPECT_EQ(rows[354_row - 1], rows[355_row - 1]);
+    EXPECT_EQ(FIFindSignatureRow(21_row)->signature, FIFindSignatureRow(25_row)->signature);
+    EXPECT_EQ(FIFindSignatureRow(401_row)->signature, FIFindSignatureRow(402_row)->signature);
 }
 
 // ---- The class tables behind the table

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::uint16_t byteRow = 54;
-
 FIID PerfectOffice1447(FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1447); }
 FIID PerfectOffice1450(FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1450); }
 FIID PerfectOffice1453(FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1453); }
@@ -141,13 +139,13 @@ TEST(NativeContent, OfTheClassIsToldByItsOwnRowAndOtherwiseByTheLaterOne) {
         std::uint16_t row;
     } cases[] = {
         // clang-format off
-        {{{"NativeContent_MAIN", R"(01 00 0E 00 "QPW9")"}}, 1445, 21},
-        {{{"NativeContent_MAIN", R"(01 00 0E 00 "QPW8")"}}, 1433, 25},
-        {{{"NativeContent_MAIN", "00*8"}},                  1433, 25},
-        {{{"NativeContent_MAIN", "01 00 0E 00"}},           1433, 25},
-        {{{"NativeContent_MAIN", ""}},                      1433, 25},
-        {{{"PerfectOffice_MAIN", R"(01 00 0E 00 "QPW9")"}}, 1433, 25},
-        {{},                                                1433, 25},
+        {{{"NativeContent_MAIN", R"(01 00 0E 00 "QPW9")"}}, 1445, 21_row},
+        {{{"NativeContent_MAIN", R"(01 00 0E 00 "QPW8")"}}, 1433, 25_row},
+        {{{"NativeContent_MAIN", "00*8"}},                  1433, 25_row},
+        {{{"NativeContent_MAIN", "01 00 0E 00"}},           1433, 25_row},
+        {{{"NativeContent_MAIN", ""}},                      1433, 25_row},
+        {{{"PerfectOffice_MAIN", R"(01 00 0E 00 "QPW9")"}}, 1433, 25_row},
+        {{},                                                1433, 25_row},
         // clang-format on
     };
     for (const auto& each : cases) {
@@ -194,10 +192,10 @@ TEST(PerfectOffice, OfTheFourClassesIsToldByItsRow) {
         std::uint16_t row;
     } classes[] = {
         // clang-format off
-        {"{AC515490-FD1A-11D4-B6F6-0090271BEFB3}", 1447, 22},
-        {"{69E7CEAB-FECF-11C0-B34B-1362002C0C03}", 1450, 23},
-        {"{9D582C41-8AE8-4999-A696-5F36EDC94029}", 1453, 24},
-        {"{EB626F5C-12A9-4F24-A0FC-01B5C2534C35}", 1450, 27},
+        {"{AC515490-FD1A-11D4-B6F6-0090271BEFB3}", 1447, 22_row},
+        {"{69E7CEAB-FECF-11C0-B34B-1362002C0C03}", 1450, 23_row},
+        {"{9D582C41-8AE8-4999-A696-5F36EDC94029}", 1453, 24_row},
+        {"{EB626F5C-12A9-4F24-A0FC-01B5C2534C35}", 1450, 27_row},
         // clang-format on
     };
     for (const auto& each : classes) {
@@ -248,7 +246,7 @@ TEST(Book, OfTheClassIsToldByItsRow) {
         const auto storage = FIMakeStorage(each.streams, "{00020900-0000-0000-C000-000000000046}");
         const FIVerdict verdict = FIIdentifyHandle(*storage);
         EXPECT_EQ(verdict.fiid, each.answer);
-        EXPECT_EQ(verdict.row, 5);
+        EXPECT_EQ(verdict.row, 5_row);
         EXPECT_EQ(storage->opened, std::vector<std::string>{"Book"});
     }
 }
@@ -315,15 +313,15 @@ TEST(Visio, OfBothClassesIsToldByItsValueAndOtherwiseByLaterRows) {
         const char* classId;
         std::uint16_t row;
     } classes[] = {
-        {"{00021A13-0000-0000-C000-000000000046}", 38},
-        {"{00021A14-0000-0000-C000-000000000046}", 39},
+        {"{00021A13-0000-0000-C000-000000000046}", 38_row},
+        {"{00021A14-0000-0000-C000-000000000046}", 39_row},
     };
     for (const auto& eachClass : classes) {
         for (const VisioCase& each : visioCases) {
             SCOPED_TRACE(testing::Message() << "row " << eachClass.row << ": " << each.name);
             const auto storage = FIMakeStorage({{"VisioDocument", each.bytes}}, eachClass.classId);
             const FIVerdict verdict = FIIdentifyHandle(*storage);
-            EXPECT_EQ(verdict.fiid, each.answer != 0 ? each.answer : row54Answer);
+            EXPECT_EQ(verdict.fiid, each.answer != 0 ? each.answer : byteRowAnswer);
             EXPECT_EQ(verdict.row, each.answer != 0 ? eachClass.row : byteRow);
             EXPECT_EQ(storage->opened, std::vector<std::string>{"VisioDocument"});
         }
@@ -384,8 +382,8 @@ TEST(Designer, OfItsClassesIsToldByItsRow) {
         const char* classId;
         std::uint16_t row;
     } classes[] = {
-        {"{FE05E42F-C8F7-11CF-9A59-0020AF9BF93E}", 29},
-        {"{B989DFC6-59E1-11D2-868B-00C04FB179F2}", 30},
+        {"{FE05E42F-C8F7-11CF-9A59-0020AF9BF93E}", 29_row},
+        {"{B989DFC6-59E1-11D2-868B-00C04FB179F2}", 30_row},
     };
     for (const auto& eachClass : classes) {
         for (const DesignerCase& each : designerCases) {
@@ -402,11 +400,11 @@ TEST(Designer, OfItsClassesIsToldByItsRow) {
     }
 }
 
-TEST(Designer, OfRow28IsNotLookedInto) {
+TEST(Designer, OfTheClassThatItsRowAnswersIsNotLookedInto) {
     const auto storage = FIMakeStorage({{"DesignerDoc", ">13 w:6"}}, "{07343180-3860-11CE-84B9-0000C0AA2756}");
     const FIVerdict verdict = FIIdentifyHandle(*storage);
     EXPECT_EQ(verdict.fiid, 1579);
-    EXPECT_EQ(verdict.row, 28);
+    EXPECT_EQ(verdict.row, 28_row);
     EXPECT_TRUE(storage->opened.empty());
 }
 

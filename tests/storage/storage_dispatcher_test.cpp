@@ -574,8 +574,7 @@ TEST(StorageWithoutMemory, AnswersAsTheWordProbeDoesBehindTheFollowUp) {
 
 // ---- Through the whole system: storages without a class identifier ------------------------------------------------
 
-constexpr std::uint16_t dispatcherRow = 45;
-constexpr std::uint16_t byteRow = 54;
+constexpr std::uint16_t dispatcherRow = 45_row;
 
 TEST(ZeroClass, LeadsToTheNames) {
     for (std::size_t index = 0; index < nameRowCount; ++index) {
@@ -596,14 +595,14 @@ TEST(ZeroClass, ReadsNothingOfTheStorageItself) {
 }
 
 TEST(ZeroClass, GoesOnThroughTheTableWhenNoNameDecides) {
-    for (const char* const bytes : {row54Bytes, ""}) {
+    for (const char* const bytes : {byteRowBytes, ""}) {
         for (const char* const name : {"Contents", "PowerPoint Document", "WordDocument", "PerfectOffice_MAIN",
                                        "NativeContent_MAIN", "FileHeader"}) {
             SCOPED_TRACE(name);
             const auto storage = FIMakeStorage({{name, ""}});
             storage->bytes = FIBytes(bytes);
             const FIVerdict verdict = FIIdentifyHandle(*storage);
-            EXPECT_EQ(verdict.fiid, storage->bytes.empty() ? formatNotKnown : row54Answer);
+            EXPECT_EQ(verdict.fiid, storage->bytes.empty() ? formatNotKnown : byteRowAnswer);
             EXPECT_EQ(verdict.row, storage->bytes.empty() ? 0 : byteRow);
         }
     }
@@ -625,7 +624,7 @@ TEST(ZeroClass, IsNothingWhenItCannotBeHadOrTheHandleIsNoStorage) {
         handle->isStorage = isStorage;
         handle->hasClassId = false;
         const FIVerdict verdict = FIIdentifyHandle(*handle);
-        EXPECT_EQ(verdict.fiid, row54Answer);
+        EXPECT_EQ(verdict.fiid, byteRowAnswer);
         EXPECT_EQ(verdict.row, byteRow);
         EXPECT_TRUE(handle->opened.empty());
     }
@@ -636,7 +635,7 @@ TEST(ZeroClass, IsZeroInAllItsBytes) {
         const auto storage = FIMakeStorage({{"PP40", ""}});
         storage->classId[index] = '\x80';
         const FIVerdict verdict = FIIdentifyHandle(*storage);
-        EXPECT_EQ(verdict.fiid, row54Answer) << "byte " << index;
+        EXPECT_EQ(verdict.fiid, byteRowAnswer) << "byte " << index;
         EXPECT_EQ(verdict.row, byteRow);
         EXPECT_TRUE(storage->opened.empty());
     }
@@ -696,51 +695,51 @@ struct ClassRow {
 
 const ClassRow classRows[] = {
     // clang-format off
-    { 1, "{C20CF9D1-85AE-11D1-AAB4-006097DA561A}", 1165,  1, false},
-    { 2, "{C6A5B861-85D6-11D1-89CB-008029E4B0B1}", 1449,  2, false},
-    { 3, "{565C7221-85BC-11D1-89D0-008029E4B0B1}", 1610,  3, false},
-    { 4, "{00020906-0000-0000-C000-000000000046}", 1146,  4, true},
-    { 5, "{00020900-0000-0000-C000-000000000046}", 1082,  5, true},
-    { 6, "{00020810-0000-0000-C000-000000000046}", 1424,  6, false},
-    { 7, "{00020811-0000-0000-C000-000000000046}", 1536,  7, false},
-    { 8, "{00020820-0000-0000-C000-000000000046}", 1438,  8, true},
-    { 9, "{00021302-0000-0000-C000-000000000046}", 1093,  9, false},
-    {10, "{00021303-0000-0000-C000-000000000046}", 1220, 10, false},
-    {11, "{00044851-0000-0000-C000-000000000046}", 1549, 11, false},
-    {12, "{EA7BAE70-FB3B-11CD-A903-00AA00510EA3}", 1543, 12, false},
-    {13, "{28CDDBC2-0AE2-11CE-A29A-00AA004A1A72}", 1105, 13, false},
-    {14, "{28CDDBC3-0AE2-11CE-A29A-00AA004A1A72}", 1221, 14, false},
-    {15, "{73FDDC80-AEA9-101A-98A7-00AA00374959}", 1094, 15, false},
-    {16, "{AAE68660-C718-11CE-8D9B-444553540000}", 1107, 16, false},
-    {17, "{519873FF-2DAD-0220-1937-0000929679CD}", 1139, 17, false},
-    {18, "{402EFE62-1999-101B-99AE-04021C007002}", 1555, 18, false},
-    {19, "{402EFE60-1999-101B-99AE-04021C007002}", 1556, 19, false},
-    {20, "{A25250C4-50C1-11D3-8EA3-0090271BECDD}", 1606, 20, false},
-    {21, "{0002B400-0000-0000-C000-000000000046}", 1433, 25, true},
-    {22, "{AC515490-FD1A-11D4-B6F6-0090271BEFB3}", 1447, 22, true},
-    {23, "{69E7CEAB-FECF-11C0-B34B-1362002C0C03}", 1450, 23, true},
-    {24, "{9D582C41-8AE8-4999-A696-5F36EDC94029}", 1453, 24, true},
-    {25, "{0002B400-0000-0000-C000-000000000046}", 1433, 25, true},
-    {26, "{0002B401-0000-0000-C000-000000000046}", 1434, 26, false},
-    {27, "{EB626F5C-12A9-4F24-A0FC-01B5C2534C35}", 1450, 27, true},
-    {28, "{07343180-3860-11CE-84B9-0000C0AA2756}", 1579, 28, false},
-    {29, "{FE05E42F-C8F7-11CF-9A59-0020AF9BF93E}", 1579, 29, true},
-    {30, "{B989DFC6-59E1-11D2-868B-00C04FB179F2}", 1579, 30, true},
-    {31, "{64818D10-4F9B-11CF-86EA-00AA00B929E8}", 1581, 31, false},
-    {32, "{78597001-1D84-11CF-9713-0020AFD806F4}", 1140, 32, false},
-    {33, "{72FD3320-9A05-11CF-85A4-00A0C904DE5F}", 1223, 33, false},
-    {34, "{74B78F3A-C8C8-11D1-BE11-00C04FB6FAF1}", 1224, 34, false},
-    {35, "{00021A01-0000-0000-C000-000000000046}", 1607, 35, false},
-    {36, "{00021A11-0000-0000-C000-000000000046}", 1586, 36, false},
-    {37, "{00021A12-0000-0000-C000-000000000046}", 1595, 37, false},
-    {38, "{00021A13-0000-0000-C000-000000000046}", row54Answer, byteRow, true},
-    {39, "{00021A14-0000-0000-C000-000000000046}", row54Answer, byteRow, true},
-    {40, "{56616700-C154-11CE-8553-00AA00A1F95B}", 1594, 40, false},
-    {41, "{00020D0B-0000-0000-C000-000000000046}", 1143, 41, false},
-    {42, "{0006F046-0000-0000-C000-000000000046}", 1311, 42, false},
-    {43, "{59850400-6664-101B-B21C-00AA004BA90B}", 1805, 43, false},
-    {44, "{0EA45AB2-9E0A-11D1-A407-00C04FB932BA}", 1191, 44, false},
-    {45, "{00000000-0000-0000-0000-000000000000}", row54Answer, byteRow, true},
+    { 1_row, "{C20CF9D1-85AE-11D1-AAB4-006097DA561A}", 1165,  1_row, false},
+    { 2_row, "{C6A5B861-85D6-11D1-89CB-008029E4B0B1}", 1449,  2_row, false},
+    { 3_row, "{565C7221-85BC-11D1-89D0-008029E4B0B1}", 1610,  3_row, false},
+    { 4_row, "{00020906-0000-0000-C000-000000000046}", 1146,  4_row, true},
+    { 5_row, "{00020900-0000-0000-C000-000000000046}", 1082,  5_row, true},
+    { 6_row, "{00020810-0000-0000-C000-000000000046}", 1424,  6_row, false},
+    { 7_row, "{00020811-0000-0000-C000-000000000046}", 1536,  7_row, false},
+    { 8_row, "{00020820-0000-0000-C000-000000000046}", 1438,  8_row, true},
+    { 9_row, "{00021302-0000-0000-C000-000000000046}", 1093,  9_row, false},
+    {10_row, "{00021303-0000-0000-C000-000000000046}", 1220, 10_row, false},
+    {11_row, "{00044851-0000-0000-C000-000000000046}", 1549, 11_row, false},
+    {12_row, "{EA7BAE70-FB3B-11CD-A903-00AA00510EA3}", 1543, 12_row, false},
+    {13_row, "{28CDDBC2-0AE2-11CE-A29A-00AA004A1A72}", 1105, 13_row, false},
+    {14_row, "{28CDDBC3-0AE2-11CE-A29A-00AA004A1A72}", 1221, 14_row, false},
+    {15_row, "{73FDDC80-AEA9-101A-98A7-00AA00374959}", 1094, 15_row, false},
+    {16_row, "{AAE68660-C718-11CE-8D9B-444553540000}", 1107, 16_row, false},
+    {17_row, "{519873FF-2DAD-0220-1937-0000929679CD}", 1139, 17_row, false},
+    {18_row, "{402EFE62-1999-101B-99AE-04021C007002}", 1555, 18_row, false},
+    {19_row, "{402EFE60-1999-101B-99AE-04021C007002}", 1556, 19_row, false},
+    {20_row, "{A25250C4-50C1-11D3-8EA3-0090271BECDD}", 1606, 20_row, false},
+    {21_row, "{0002B400-0000-0000-C000-000000000046}", 1433, 25_row, true},
+    {22_row, "{AC515490-FD1A-11D4-B6F6-0090271BEFB3}", 1447, 22_row, true},
+    {23_row, "{69E7CEAB-FECF-11C0-B34B-1362002C0C03}", 1450, 23_row, true},
+    {24_row, "{9D582C41-8AE8-4999-A696-5F36EDC94029}", 1453, 24_row, true},
+    {25_row, "{0002B400-0000-0000-C000-000000000046}", 1433, 25_row, true},
+    {26_row, "{0002B401-0000-0000-C000-000000000046}", 1434, 26_row, false},
+    {27_row, "{EB626F5C-12A9-4F24-A0FC-01B5C2534C35}", 1450, 27_row, true},
+    {28_row, "{07343180-3860-11CE-84B9-0000C0AA2756}", 1579, 28_row, false},
+    {29_row, "{FE05E42F-C8F7-11CF-9A59-0020AF9BF93E}", 1579, 29_row, true},
+    {30_row, "{B989DFC6-59E1-11D2-868B-00C04FB179F2}", 1579, 30_row, true},
+    {31_row, "{64818D10-4F9B-11CF-86EA-00AA00B929E8}", 1581, 31_row, false},
+    {32_row, "{78597001-1D84-11CF-9713-0020AFD806F4}", 1140, 32_row, false},
+    {33_row, "{72FD3320-9A05-11CF-85A4-00A0C904DE5F}", 1223, 33_row, false},
+    {34_row, "{74B78F3A-C8C8-11D1-BE11-00C04FB6FAF1}", 1224, 34_row, false},
+    {35_row, "{00021A01-0000-0000-C000-000000000046}", 1607, 35_row, false},
+    {36_row, "{00021A11-0000-0000-C000-000000000046}", 1586, 36_row, false},
+    {37_row, "{00021A12-0000-0000-C000-000000000046}", 1595, 37_row, false},
+    {38_row, "{00021A13-0000-0000-C000-000000000046}", byteRowAnswer, byteRow, true},
+    {39_row, "{00021A14-0000-0000-C000-000000000046}", byteRowAnswer, byteRow, true},
+    {40_row, "{56616700-C154-11CE-8553-00AA00A1F95B}", 1594, 40_row, false},
+    {41_row, "{00020D0B-0000-0000-C000-000000000046}", 1143, 41_row, false},
+    {42_row, "{0006F046-0000-0000-C000-000000000046}", 1311, 42_row, false},
+    {43_row, "{59850400-6664-101B-B21C-00AA004BA90B}", 1805, 43_row, false},
+    {44_row, "{0EA45AB2-9E0A-11D1-A407-00C04FB932BA}", 1191, 44_row, false},
+    {45_row, "{00000000-0000-0000-0000-000000000000}", byteRowAnswer, byteRow, true},
     // clang-format on
 };
 
@@ -782,7 +781,7 @@ TEST(ClassIdentifiers, CountInEachOfTheirBytes) {
             const auto storage = FIMakeStorage({{"PP40", ""}}, each.classId);
             storage->classId[index] = static_cast<char>(storage->classId[index] ^ 0x80);  // makes no other class
             const FIVerdict verdict = FIIdentifyHandle(*storage);
-            EXPECT_EQ(verdict.fiid, row54Answer);
+            EXPECT_EQ(verdict.fiid, byteRowAnswer);
             EXPECT_EQ(verdict.row, byteRow);
             EXPECT_TRUE(storage->opened.empty());
         }
@@ -792,7 +791,7 @@ TEST(ClassIdentifiers, CountInEachOfTheirBytes) {
 TEST(ClassIdentifiers, AreNotTakenInRegistryOrder) {
     const auto storage = FIMakeStorage({});
     storage->classId = FIBytes("00 02 08 10 00 00 00 00 C0 00 00 00 00 00 00 46");
-    EXPECT_EQ(FIIdentifyHandle(*storage).fiid, row54Answer);
+    EXPECT_EQ(FIIdentifyHandle(*storage).fiid, byteRowAnswer);
 }
 
 TEST(ClassIdentifiers, DecideNothingWhenTheyCannotBeHadOrTheHandleIsNoStorage) {
@@ -803,7 +802,7 @@ TEST(ClassIdentifiers, DecideNothingWhenTheyCannotBeHadOrTheHandleIsNoStorage) {
             handle->isStorage = isStorage;
             handle->hasClassId = false;
             const FIVerdict verdict = FIIdentifyHandle(*handle);
-            EXPECT_EQ(verdict.fiid, row54Answer);
+            EXPECT_EQ(verdict.fiid, byteRowAnswer);
             EXPECT_EQ(verdict.row, byteRow);
             EXPECT_TRUE(handle->opened.empty());
         }
@@ -812,7 +811,7 @@ TEST(ClassIdentifiers, DecideNothingWhenTheyCannotBeHadOrTheHandleIsNoStorage) {
 
 TEST(ClassIdentifiers, ThatNoRowKnowsLeaveTheFileToItsBytesAndNeverToItsCharacters) {
     const auto storage = FIMakeStorage({{"PP40", ""}}, "{12345678-9ABC-DEF0-0123-456789ABCDEF}");
-    EXPECT_EQ(FIIdentifyHandle(*storage).fiid, row54Answer);
+    EXPECT_EQ(FIIdentifyHandle(*storage).fiid, byteRowAnswer);
     EXPECT_TRUE(storage->opened.empty());
 
     storage->bytes = "";

@@ -19,6 +19,7 @@
 #include "reader/reader.h"
 #include "support/bytes.h"
 #include "support/process_heap.h"
+#include "support/row_number.h"
 #include "support/test_handle.h"
 
 // One call of IOOpenSub.
@@ -174,15 +175,16 @@ inline std::string FIClassId(const std::string& registryForm) {
     return memory;
 }
 
-// Bytes that row 54 of the signature table takes, the first row behind the class identifiers that costs no routine:
-// what a storage holds that no earlier row is to decide.
-inline constexpr const char* row54Bytes = "ED DE AD 0B 02 00 00 00";
-inline constexpr FIID row54Answer = 1605;
+// A row behind those of class identifiers, its bytes and its answer: what a storage holds that no class row is to
+// decide.
+inline constexpr std::uint16_t byteRow = 54_row;
+inline constexpr const char* byteRowBytes = "ED DE AD 0B 02 00 00 00";
+inline constexpr FIID byteRowAnswer = 1605;
 
-// A storage of streams, with a class identifier in registry form; its own bytes are those of row 54.
+// A storage of streams, with a class identifier in registry form; its own bytes are byteRowBytes.
 inline std::unique_ptr<TestHandle> FIMakeStorage(const std::vector<NamedBytes>& streams,
                                                  const std::string& classId = "00000000-0000-0000-0000-000000000000") {
-    auto storage = FIMakeTestHandle(FIBytes(row54Bytes));
+    auto storage = FIMakeTestHandle(FIBytes(byteRowBytes));
     storage->isStorage = true;
     storage->classId = FIClassId(classId);
     for (const NamedBytes& stream : streams) storage->streams[stream.name] = FIBytes(stream.bytes);

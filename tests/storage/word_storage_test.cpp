@@ -13,8 +13,8 @@ namespace {
 constexpr const char* summaryName = "\005SummaryInformation";
 constexpr const char* wordName = "WordDocument";
 constexpr const char* wordClass = "{00020906-0000-0000-C000-000000000046}";
-constexpr std::uint16_t wordRow = 4;
-constexpr std::uint16_t dispatcherRow = 45;
+constexpr std::uint16_t wordRow = 4_row;
+constexpr std::uint16_t dispatcherRow = 45_row;
 
 // ---- Summary streams ----------------------------------------------------------------------------------------------
 

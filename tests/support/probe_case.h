@@ -11,6 +11,7 @@
 #include "fiid.h"
 #include "support/bytes.h"
 #include "support/process_heap.h"
+#include "support/row_number.h"
 #include "support/test_handle.h"
 
 // One case. The name is the sentence, in words with capitals: "Length7IsTooLow".

@@ -863,8 +863,8 @@ TEST_P(IdentifyEncodedText, Answers) {
     EXPECT_EQ(row, GetParam().row);
 }
 
-constexpr std::uint16_t mailRow = 385;
-constexpr std::uint16_t encodedRow = 403;
+constexpr std::uint16_t mailRow = 385_row;
+constexpr std::uint16_t encodedRow = 403_row;
 constexpr std::uint16_t noRow = 0;
 
 const EncodedFileCase encodedFileCases[] = {

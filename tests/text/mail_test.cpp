@@ -350,7 +350,7 @@ TEST_P(IdentifyMail, Answers) {
     EXPECT_EQ(row, fileCase.row);
 }
 
-constexpr std::uint16_t mailRow = 385;
+constexpr std::uint16_t mailRow = 385_row;
 constexpr std::uint16_t noRow = 0;
 
 const MailFileCase mailFileCases[] = {

@@ -176,20 +176,20 @@ TEST(MemoHeader, ReadsNoFurtherThan15Lines) {
 
 // Row 385 takes the memos with both lines; what it leaves comes here.
 TEST(MemoHeader, WorksInTheWholeTable) {
-    FIExpectWholeFile("From: a\r\nTo: b\r\n", 1132, 385);
-    FIExpectWholeFile("From: a\r\nFrom: b\r\n", 1132, 395);
-    FIExpectWholeFile("To: a\r\nTo: b\r\n", 1132, 395);
-    FIExpectWholeFile("Subject: x\r\nTo: a\r\nTo: b\r\n", 1132, 395);
-    FIExpectWholeFile("From: a\r\nFrom: b", 1999, 395);
-    FIExpectWholeFile("From: a\r\n\r\nFrom: b\r\n", 1999, 395);
-    FIExpectWholeFile("From: a\r\n\r\nTo: b\r\n", 1999, 395);
-    FIExpectWholeFile("From: a\r\n  To: b\r\n", 1999, 395);
-    FIExpectWholeFile("From: a\r\nTab\there\r\nFrom: b\r\n", 1132, 395);
-    FIExpectWholeFile("From: a\nFrom: b\n", 1999, 395);
-    FIExpectWholeFile(std::string(columns, 'a') + "To: b\r\nFrom: c\r\n", 1132, 395);
-    FIExpectWholeFile("T\r\nFrom: a\r\nFrom: b\r\n", 1999, 395);
-    FIExpectWholeFile(Repeated("text\r\n", 13) + "From: a\r\nFrom: b\r\n", 1132, 395);
-    FIExpectWholeFile(Repeated("text\r\n", 14) + "From: a\r\nFrom: b\r\n", 1999, 395);
+    FIExpectWholeFile("From: a\r\nTo: b\r\n", 1132, 385_row);
+    FIExpectWholeFile("From: a\r\nFrom: b\r\n", 1132, 395_row);
+    FIExpectWholeFile("To: a\r\nTo: b\r\n", 1132, 395_row);
+    FIExpectWholeFile("Subject: x\r\nTo: a\r\nTo: b\r\n", 1132, 395_row);
+    FIExpectWholeFile("From: a\r\nFrom: b", 1999, 395_row);
+    FIExpectWholeFile("From: a\r\n\r\nFrom: b\r\n", 1999, 395_row);
+    FIExpectWholeFile("From: a\r\n\r\nTo: b\r\n", 1999, 395_row);
+    FIExpectWholeFile("From: a\r\n  To: b\r\n", 1999, 395_row);
+    FIExpectWholeFile("From: a\r\nTab\there\r\nFrom: b\r\n", 1132, 395_row);
+    FIExpectWholeFile("From: a\nFrom: b\n", 1999, 395_row);
+    FIExpectWholeFile(std::string(columns, 'a') + "To: b\r\nFrom: c\r\n", 1132, 395_row);
+    FIExpectWholeFile("T\r\nFrom: a\r\nFrom: b\r\n", 1999, 395_row);
+    FIExpectWholeFile(Repeated("text\r\n", 13) + "From: a\r\nFrom: b\r\n", 1132, 395_row);
+    FIExpectWholeFile(Repeated("text\r\n", 14) + "From: a\r\nFrom: b\r\n", 1999, 395_row);
 }
 
 TEST(MemoHeader, IsInNoOrdinaryFile) {

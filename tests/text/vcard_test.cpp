@@ -20,7 +20,7 @@ class ProbeVCard : public testing::TestWithParam<ProbeCase> {};
 TEST_P(ProbeVCard, Answers) { EXPECT_EQ(CardAnswer(FIBytes(GetParam().bytes)), GetParam().answer); }
 
 TEST_P(ProbeVCard, AnswersInTheWholeTable) {
-    FIExpectWholeFile(FIBytes(GetParam().bytes), GetParam().answer == 0 ? FIID{1999} : GetParam().answer, 354);
+    FIExpectWholeFile(FIBytes(GetParam().bytes), GetParam().answer == 0 ? FIID{1999} : GetParam().answer, 354_row);
 }
 
 const ProbeCase cardCases[] = {

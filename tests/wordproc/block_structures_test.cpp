@@ -310,23 +310,23 @@ TEST(BlockHeader, StartsWhereItsFieldsStandWhereverTheReaderStands) {
 }
 
 TEST(BlockHeader, WorksInTheWholeTable) {
-    ExpectWholeFile(Header1006(), 1006, 84);
-    ExpectWholeFile(Header1007(), 1007, 84);
-    ExpectWholeFile(Header1039(), 1039, 84);
+    ExpectWholeFile(Header1006(), 1006, 84_row);
+    ExpectWholeFile(Header1007(), 1007, 84_row);
+    ExpectWholeFile(Header1039(), 1039, 84_row);
     std::string file = Header1039();
     Put(file, 468, "01 02 03 04");
-    ExpectWholeFile(file, 1039, 84);
+    ExpectWholeFile(file, 1039, 84_row);
     file = Header1006();
     Put(file, 420, "01");
-    ExpectWholeFile(file, 1007, 84);
+    ExpectWholeFile(file, 1007, 84_row);
     file = Header1006();
     Put(file, 0, R"("Dear")");
     Put(file, 511, "05");
-    ExpectWholeFile(file, 1999, 84);
+    ExpectWholeFile(file, 1999, 84_row);
     file = Header1006();
     Put(file, 0, R"("Dear")");
     file.resize(512);
-    ExpectWholeFile(file, 1999, 84);
+    ExpectWholeFile(file, 1999, 84_row);
 }
 
 // A block number that leads in front of the file makes the handle of the platform layer fail the seek.
@@ -334,7 +334,7 @@ TEST(BlockHeader, GetsNoBlockInFrontOfTheFile) {
     std::string file = Header1006();
     Put(file, 0, R"("Dear")");
     Put(file, 512, "40");
-    ExpectWholeFile(file, 1999, 84);
+    ExpectWholeFile(file, 1999, 84_row);
 }
 
 // ---- The table of entries ------------------------------------------------------------------------------------------
@@ -503,14 +503,14 @@ TEST(EntryTable, StartsAtOffset0WhereverTheReaderStands) {
 }
 
 TEST(EntryTable, WorksInTheWholeTable) {
-    ExpectWholeFile(TableWithEntry(smallTable, 0), 1041, 85);
-    ExpectWholeFile(TableWithEntry(smallTable, smallTable - 1), 1041, 85);
-    ExpectWholeFile(TableWithEntry(largeTable, largeTable - 1), 1041, 85);
-    ExpectWholeFile(EmptyTable(smallTable), 1999, 85);
+    ExpectWholeFile(TableWithEntry(smallTable, 0), 1041, 85_row);
+    ExpectWholeFile(TableWithEntry(smallTable, smallTable - 1), 1041, 85_row);
+    ExpectWholeFile(TableWithEntry(largeTable, largeTable - 1), 1041, 85_row);
+    ExpectWholeFile(EmptyTable(smallTable), 1999, 85_row);
     std::string file = TableWithEntry(smallTable, 9);
     Put(file, EntryAt(5), "w:99 w:455");
-    ExpectWholeFile(file, 1999, 85);
-    ExpectWholeFile(TableWithEntry(smallTable, 100).substr(0, EntryAt(60) + 5), 1999, 85);
+    ExpectWholeFile(file, 1999, 85_row);
+    ExpectWholeFile(TableWithEntry(smallTable, 100).substr(0, EntryAt(60) + 5), 1999, 85_row);
 }
 
 // ---- The list of blocks --------------------------------------------------------------------------------------------
@@ -639,15 +639,15 @@ TEST(BlockList, StartsAtOffset0WhereverTheReaderStands) {
 
 TEST(BlockList, WorksInTheWholeTable) {
     std::string file = ThreeBlocks();
-    ExpectWholeFile(file, 1025, 369);
+    ExpectWholeFile(file, 1025, 369_row);
     Put(file, 256, "w:1000");
-    ExpectWholeFile(file, 1025, 369);
+    ExpectWholeFile(file, 1025, 369_row);
     Put(file, 256, "w:2 w:0 w:1 w:1");
-    ExpectWholeFile(file, 1999, 369);
+    ExpectWholeFile(file, 1999, 369_row);
     Put(file, 256, "w:3 w:0 w:1 w:1");
-    ExpectWholeFile(file, 1025, 369);
+    ExpectWholeFile(file, 1025, 369_row);
     Put(file, 2048, "85");
-    ExpectWholeFile(file, 1999, 369);
+    ExpectWholeFile(file, 1999, 369_row);
 }
 
 // ---- Records with mirrored lengths ---------------------------------------------------------------------------------
@@ -762,11 +762,11 @@ TEST(MirroredLengths, StartAtOffset0WhereverTheReaderStands) {
 }
 
 TEST(MirroredLengths, WorkInTheWholeTable) {
-    ExpectWholeFile(Chain({20, 30, 40, 50}), 1018, 366);
-    ExpectWholeFile(FIBytes("00 02 00 02 00 02 00 02"), 1018, 366);
-    ExpectWholeFile(Chain({20, 30, 40}) + FIBytes("00 00 00 00"), 1999, 366);
-    ExpectWholeFile(Chain({100, 100, 100, chainLimit + 2 - 300}), 1018, 366);
-    ExpectWholeFile(Chain({100, 100, 100, chainLimit + 3 - 300}), 1999, 366);
+    ExpectWholeFile(Chain({20, 30, 40, 50}), 1018, 366_row);
+    ExpectWholeFile(FIBytes("00 02 00 02 00 02 00 02"), 1018, 366_row);
+    ExpectWholeFile(Chain({20, 30, 40}) + FIBytes("00 00 00 00"), 1999, 366_row);
+    ExpectWholeFile(Chain({100, 100, 100, chainLimit + 2 - 300}), 1018, 366_row);
+    ExpectWholeFile(Chain({100, 100, 100, chainLimit + 3 - 300}), 1999, 366_row);
 }
 
 // ---- Ordinary files ------------------------------------------------------------------------------------------------

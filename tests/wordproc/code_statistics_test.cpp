@@ -317,7 +317,7 @@ void ExpectWholeFile(const WholeFile& file, std::uint16_t decidingRow) {
 
 class CommandFile : public testing::TestWithParam<WholeFile> {};
 
-TEST_P(CommandFile, IsIdentifiedByRow365) { ExpectWholeFile(GetParam(), 365); }
+TEST_P(CommandFile, IsIdentifiedByTheRoutinesRow) { ExpectWholeFile(GetParam(), 365_row); }
 
 const WholeFile commandFiles[] = {
     // clang-format off
@@ -576,7 +576,7 @@ TEST(HighBitWords, ClaimNoOrdinaryFile) {
 
 class WordFile : public testing::TestWithParam<WholeFile> {};
 
-TEST_P(WordFile, IsIdentifiedByRow398) { ExpectWholeFile(GetParam(), 398); }
+TEST_P(WordFile, IsIdentifiedByTheRoutinesRow) { ExpectWholeFile(GetParam(), 398_row); }
 
 const WholeFile wordFiles[] = {
     // clang-format off

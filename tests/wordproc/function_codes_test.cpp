@@ -690,11 +690,11 @@ std::string WholeFileName(const testing::TestParamInfo<WholeFile>& info) { retur
 
 class FunctionCodeFile : public testing::TestWithParam<WholeFile> {};
 
-TEST_P(FunctionCodeFile, IsIdentifiedByRow393) {
+TEST_P(FunctionCodeFile, IsIdentifiedByTheRoutinesRow) {
     std::uint16_t row = 0;
     EXPECT_EQ(FIIdentifyBytes(FIBytes(GetParam().bytes), "LETTER", 0, &row), GetParam().answer);
     if (GetParam().answer != 1999) {
-        EXPECT_EQ(row, 393);
+        EXPECT_EQ(row, 393_row);
     }
 }
 

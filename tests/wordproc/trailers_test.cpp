@@ -303,21 +303,21 @@ TEST(LayoutTrailer, FallsBackToTheStartWhenGoingBackFails) {
 }
 
 TEST(LayoutTrailer, WorksInTheWholeTable) {
-    ExpectWholeFile(SmallLayoutFile(), 1020, 399);
-    ExpectWholeFile(SmallLayoutFile(endOf1024), 1024, 399);
-    ExpectWholeFile(SmallLayoutFile() + "a", 1020, 399);
-    ExpectWholeFile(SmallLayoutFile() + "aa", 1999, 399);
-    ExpectWholeFile(LayoutFile(40 * record, 100, record), 1020, 399);
-    ExpectWholeFile(LayoutFile(41 * record, 100, record), 1999, 399);
-    ExpectWholeFile(LayoutFile(41 * record, 200, 2 * record), 1020, 399);
-    ExpectWholeFile(LayoutFile(100 * record, 98 * record + 100, 99 * record, endOf1024), 1024, 399);
-    ExpectWholeFile(LayoutFile(4 * record, record - marker.size(), 2 * record), 1020, 399);
-    ExpectWholeFile(std::string(record, 'a'), 1999, 399);
+    ExpectWholeFile(SmallLayoutFile(), 1020, 399_row);
+    ExpectWholeFile(SmallLayoutFile(endOf1024), 1024, 399_row);
+    ExpectWholeFile(SmallLayoutFile() + "a", 1020, 399_row);
+    ExpectWholeFile(SmallLayoutFile() + "aa", 1999, 399_row);
+    ExpectWholeFile(LayoutFile(40 * record, 100, record), 1020, 399_row);
+    ExpectWholeFile(LayoutFile(41 * record, 100, record), 1999, 399_row);
+    ExpectWholeFile(LayoutFile(41 * record, 200, 2 * record), 1020, 399_row);
+    ExpectWholeFile(LayoutFile(100 * record, 98 * record + 100, 99 * record, endOf1024), 1024, 399_row);
+    ExpectWholeFile(LayoutFile(4 * record, record - marker.size(), 2 * record), 1020, 399_row);
+    ExpectWholeFile(std::string(record, 'a'), 1999, 399_row);
     std::string file = SmallLayoutFile();
     Put(file, 99, "\x1A");
-    ExpectWholeFile(file, 1999, 399);
+    ExpectWholeFile(file, 1999, 399_row);
     Put(file, 97, "\x1A\x1A\x1A");
-    ExpectWholeFile(file, 1020, 399);
+    ExpectWholeFile(file, 1020, 399_row);
 }
 
 // ---- The escape sequence -------------------------------------------------------------------------------------------
@@ -329,7 +329,7 @@ class ProbeEscapeHeader : public testing::TestWithParam<ProbeCase> {};
 TEST_P(ProbeEscapeHeader, Answers) { EXPECT_EQ(EscapeAnswer(FIBytes(GetParam().bytes)), GetParam().answer); }
 
 TEST_P(ProbeEscapeHeader, AnswersInTheWholeTable) {
-    ExpectWholeFile(FIBytes(GetParam().bytes), GetParam().answer == 0 ? 1999 : 1019, 400);
+    ExpectWholeFile(FIBytes(GetParam().bytes), GetParam().answer == 0 ? 1999 : 1019, 400_row);
 }
 
 const ProbeCase escapeCases[] = {
@@ -484,11 +484,11 @@ TEST(PipeCodes, WorkInTheWholeTable) {
     std::string file = PipeFile(pipeStart1021, "text|N text @ text|O text");
     Put(file, 0, std::string("t\0", 2));
     Put(file, 118, std::string("@\0", 2));
-    ExpectWholeFile(file, 1021, 367);
-    ExpectWholeFile(file.substr(0, file.size() - 1), 1999, 367);
-    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text"), 1077, 368);
-    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text||O text"), 1999, 368);
-    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text").substr(0, 178), 1999, 368);
+    ExpectWholeFile(file, 1021, 367_row);
+    ExpectWholeFile(file.substr(0, file.size() - 1), 1999, 367_row);
+    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text"), 1077, 368_row);
+    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text||O text"), 1999, 368_row);
+    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text").substr(0, 178), 1999, 368_row);
 }
 
 // ---- The checksum --------------------------------------------------------------------------------------------------
@@ -615,17 +615,17 @@ TEST(WordChecksum, LeavesTheMagicToTheTable) {
     std::string file = ChecksumFile(32, {0, 1}, 0xFFFF);
     Put(file, 0, "none");
     EXPECT_EQ(ChecksumAnswer(file), 1010);
-    ExpectWholeFile(file, 1999, 160);
+    ExpectWholeFile(file, 1999, 160_row);
 }
 
 TEST(WordChecksum, WorksInTheWholeTable) {
-    ExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFF), 1010, 160);
-    ExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFE), 1999, 160);
-    ExpectWholeFile(ChecksumFile(32, {1, 0xFFFF}, 0), 1999, 160);
-    ExpectWholeFile(ChecksumFile(32, {}, 0), 1999, 160);
+    ExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFF), 1010, 160_row);
+    ExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFE), 1999, 160_row);
+    ExpectWholeFile(ChecksumFile(32, {1, 0xFFFF}, 0), 1999, 160_row);
+    ExpectWholeFile(ChecksumFile(32, {}, 0), 1999, 160_row);
     std::string file = ChecksumHeader(2017, 2015, 0xFFFF);
     file.resize(2047, 'a');
-    ExpectWholeFile(file + LittleEndian(1), 1999, 160);
+    ExpectWholeFile(file + LittleEndian(1), 1999, 160_row);
 }
 
 // ---- Ordinary files ------------------------------------------------------------------------------------------------

@@ -79,10 +79,10 @@ TEST(VersionSections, TestTheirSeek) {
 
 // The rows decide by the first head alone.
 TEST(VersionSections, AreNotCalledByTheTable) {
-    FIExpectWholeFile(versionFile, 1057, 148);
-    FIExpectWholeFile("[ver]\r\n1.2\r\n[sty]\r\n", 1057, 148);
-    FIExpectWholeFile("[ver]\r\n", 1057, 148);
-    FIExpectWholeFile("[ver]\n4\r\n[sty]\r\n", 1999, 148);
+    FIExpectWholeFile(versionFile, 1057, 148_row);
+    FIExpectWholeFile("[ver]\r\n1.2\r\n[sty]\r\n", 1057, 148_row);
+    FIExpectWholeFile("[ver]\r\n", 1057, 148_row);
+    FIExpectWholeFile("[ver]\n4\r\n[sty]\r\n", 1999, 148_row);
 }
 
 TEST(VersionSections, AreInNoOrdinaryFile) {

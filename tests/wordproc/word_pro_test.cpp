@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::uint16_t wordProRow = 150;
+constexpr std::uint16_t wordProRow = 150_row;
 
 // ---- Plain files --------------------------------------------------------------------------------------------------
 
@@ -434,7 +434,7 @@ TEST(WordProRow, NeedsAllSevenZeros) {
         handle->bytes[index] = '\x01';
         const FIVerdict verdict = FIIdentifyHandle(*handle);
         EXPECT_EQ(verdict.fiid, 1512) << "byte " << index;  // the extension decides, in row 207
-        EXPECT_EQ(verdict.row, 207);
+        EXPECT_EQ(verdict.row, 207_row);
     }
     const auto shorter = FIMakeTestHandle(FIBytes(R"("WordPro" >15)"), "letter.tga");
     EXPECT_EQ(FIIdentifyHandle(*shorter).fiid, 1512);
