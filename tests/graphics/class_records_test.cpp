@@ -2,7 +2,7 @@
 #include "graphics/class_records.h"
 
 #include "file_case.h"
-#include "seek_failures.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -56,10 +56,11 @@ INSTANTIATE_TEST_SUITE_P(ClassRecords, ProbeClassRecords, testing::ValuesIn(clas
 
 TEST(ClassRecords, OnlyTheSecondRewindCounts) {
     const char* const records = "w:0x0800 w:0 w:0x0900 w:0 w:0x0A00 w:1";
-    EXPECT_EQ(FIAnswerWhenTheFirstSeekFails(FIProbeClassRecords, records), 1601U);
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeClassRecords, records, 0), 0U);
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeClassRecords, records, 1), 0U);
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeClassRecords, records, 2), 1601U) << "the seek behind a record may fail";
+    EXPECT_EQ(FIAnswerOver(FIProbeClassRecords, *FIMakeHandleFailingOnce(FIBytes(records), 0)), 1601U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeClassRecords, FIBytes(records), 0), 0U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeClassRecords, FIBytes(records), 1), 0U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeClassRecords, FIBytes(records), 2), 1601U)
+        << "the seek behind a record may fail";
 }
 
 TEST(ClassRecords, SeekBehindTheLastRecordMayBeRefused) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "file_case.h"
-#include "seek_failures.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -69,11 +69,12 @@ TEST(CorelRiff, KnowsNineVersionBytes) {
 
 TEST(CorelRiff, OnlyTheSecondRewindCounts) {
     const char* const drawing = R"("RIFF" d:0 "CDR5")";
-    EXPECT_EQ(FIAnswerWhenTheFirstSeekFails(FIProbeCorelRiff, drawing), 1541U);
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, drawing, 0), 0U);
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, drawing, 1), 0U);
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, drawing, 2), 1541U) << "offset 8 is in the buffer";
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, drawing, 2, 4), 0U) << "offset 8 is not in the buffer";
+    EXPECT_EQ(FIAnswerOver(FIProbeCorelRiff, *FIMakeHandleFailingOnce(FIBytes(drawing), 0)), 1541U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, FIBytes(drawing), 0), 0U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, FIBytes(drawing), 1), 0U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, FIBytes(drawing), 2), 1541U) << "offset 8 is in the buffer";
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeCorelRiff, FIBytes(drawing), 2, 4), 0U)
+        << "offset 8 is not in the buffer";
 }
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------

@@ -2,7 +2,7 @@
 #include "graphics/eps_preview.h"
 
 #include "file_case.h"
-#include "seek_failures.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -39,7 +39,7 @@ TEST_P(ProbeEpsPreview, Answers) {
 INSTANTIATE_TEST_SUITE_P(EpsPreview, ProbeEpsPreview, testing::ValuesIn(epsPreviewCases), FICaseName);
 
 TEST(EpsPreview, FailingRewindIsNoAnswer) {
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeEpsPreview, "C5 D0 D3 C6 00*16 d:30", 0), 0U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeEpsPreview, FIBytes("C5 D0 D3 C6 00*16 d:30"), 0), 0U);
 }
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------

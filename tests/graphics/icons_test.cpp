@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "file_case.h"
-#include "seek_failures.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -54,9 +54,9 @@ TEST(IconFile, EachFailingSeekIsNoAnswer) {
     // Four bytes a read, so that each of the three seeks reaches the handle.
     const char* const icon = "00 00 01 00 01 00 00*12 d:22 d:40";
     for (std::uint32_t failing = 0; failing < 3; ++failing) {
-        EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeIconFile, icon, failing, 4), 0U) << failing;
+        EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeIconFile, FIBytes(icon), failing, 4), 0U) << failing;
     }
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeIconFile, icon, 3, 4), 1515U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeIconFile, FIBytes(icon), 3, 4), 1515U);
 }
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "file_case.h"
-#include "seek_failures.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -59,9 +59,9 @@ TEST(Xwd, EachFailingSeekIsNoAnswer) {
     // One byte a read, so that each of the five seeks reaches the handle.
     const char* const dump = ">7 07 >11 02 >15 08 >35 20 >55 03";
     for (std::uint32_t failing = 0; failing < 5; ++failing) {
-        EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeXwd, dump, failing, 1), 0U) << failing;
+        EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeXwd, FIBytes(dump), failing, 1), 0U) << failing;
     }
-    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeXwd, dump, 5, 1), 1575U);
+    EXPECT_EQ(FIAnswerWhenSeeksFailFrom(FIProbeXwd, FIBytes(dump), 5, 1), 1575U);
 }
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "support/decided_case.h"
-#include "support/one_failure.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -623,13 +623,13 @@ TEST(ZipStub, TheThirdPlaceIsLookedAtTwice) {
     EXPECT_EQ(shorter->emptyReads, 2U);
     // A read that fails the first time hides the signature from the first look alone.
     const auto flaky = FIMakeTestHandle(FIBytes(R"(>38426 "PK" 03 04)"));
-    FIFailOneRead(*flaky, 2);
+    flaky->failRead = 2;
     EXPECT_EQ(FIAnswerOver(FIProbeZipStub, *flaky), 1803);
     // The first two places are looked at once, and there a failure is a no.
     for (const char* const notation : {R"(>12784 "PK" 03 04)", R"(>15512 "PK" 03 04)"}) {
         const std::string file = FIBytes(notation);
         const auto once = FIMakeTestHandle(file);
-        FIFailOneRead(*once, file.size() == 12788 ? 0 : 1);
+        once->failRead = file.size() == 12788 ? 0 : 1;
         EXPECT_EQ(FIAnswerOver(FIProbeZipStub, *once), 0) << notation;
     }
 }

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "support/decided_case.h"
-#include "support/one_failure.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {

@@ -9,7 +9,7 @@
 
 #include "reader/reader.h"
 #include "support/decided_case.h"
-#include "support/one_failure.h"
+#include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include "package/html_tags.h"
 #include "reader/reader.h"
 #include "support/probe_case.h"
+#include "support/utf16_text.h"
 
 namespace {
 
@@ -20,26 +21,10 @@ constexpr FIID powerPointHtml = 1149;
 constexpr FIID xmlText = 1150;
 constexpr FIID wmlText = 1151;
 
-// 16-bit text, the low byte or the high byte of each character first, without a mark.
-std::string LowFirst(std::string_view text) {
-    std::string bytes;
-    for (const char character : text) bytes += {character, '\0'};
-    return bytes;
-}
-
-std::string HighFirst(std::string_view text) {
-    std::string bytes;
-    for (const char character : text) bytes += {'\0', character};
-    return bytes;
-}
-
-const std::string mark8 = "\xEF\xBB\xBF";
 const std::string otherMark8 = "\xEF\xBF\xBE";
-const std::string markLow = "\xFF\xFE";
-const std::string markHigh = "\xFE\xFF";
 
-std::string Low(std::string_view text) { return markLow + LowFirst(text); }
-std::string High(std::string_view text) { return markHigh + HighFirst(text); }
+std::string Low(std::string_view text) { return markLow + FILowFirst(text); }
+std::string High(std::string_view text) { return markHigh + FIHighFirst(text); }
 
 std::string Blanks(std::size_t count) { return std::string(count, ' '); }
 
@@ -219,7 +204,7 @@ const MarkupCase markCases[] = {
     {"LowFirstNotClosed",             Low("<html lang=en"),                                  html16},
     {"LowFirstText",                  Low("text<html>"),                                     0},
     {"LowFirstDropsTheHighBytes",     markLow + "<\5h\7t\7m\7l\7>\7"s,                       html16},
-    {"LowFirstUnmarked",              LowFirst("<html>"),                                    0},
+    {"LowFirstUnmarked",              FILowFirst("<html>"),                                  0},
     {"LowFirstMarkBehindWhiteSpace",  " \n" + Low("<html>"),                                 html16},
     {"LowFirstMarkBehindATag",        "<p>" + Low("<html>"),                                 html16},
     {"LowFirstMarkTwice",             markLow + Low("<html>"),                               0},
@@ -231,7 +216,7 @@ const MarkupCase markCases[] = {
     {"HighFirstNotClosed",            High("<html lang=en"),                                 html16},
     {"HighFirstText",                 High("text<html>"),                                    0},
     {"HighFirstDropsTheHighBytes",    markHigh + "\5<\7h\7t\7m\7l\7>"s,                      html16},
-    {"HighFirstUnmarked",             HighFirst("<html>"),                                   0},
+    {"HighFirstUnmarked",             FIHighFirst("<html>"),                                 0},
     {"HighFirstMarkBehindWhiteSpace", "\t" + High("<html>"),                                 html16},
     {"HighFirstMarkBehindATag",       "<p>" + High("<html>"),                                html16},
     {"HighFirstMarkTwice",            markHigh + High("<html>"),                             0},
@@ -385,8 +370,8 @@ const MarkupCase verdictCases[] = {
     {"DeclaredLowFirstWord",          Low(declaration + "<html " + word + ">"),              wordHtml},
     {"DeclaredHighFirst",             High(declaration + "<a>"),                             xmlText},
     {"DeclaredHighFirstHtml",         High(declaration + "<html>"),                          html16},
-    {"DeclaredLowFirstUnmarked",      LowFirst(declaration + "<html>"),                      xmlText},
-    {"DeclaredHighFirstUnmarked",     HighFirst(declaration + "<html>"),                     xmlText},
+    {"DeclaredLowFirstUnmarked",      FILowFirst(declaration + "<html>"),                    xmlText},
+    {"DeclaredHighFirstUnmarked",     FIHighFirst(declaration + "<html>"),                   xmlText},
     {"DeclaredDoctypeSvg",            declaration + "<!DOCTYPE svg><svg>",                   xmlText},
     {"DeclaredDoctypeLowerCase",      declaration + "<!doctype html >",                      html8},
     // A DOCTYPE of html: the tags decide alone.

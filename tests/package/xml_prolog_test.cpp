@@ -7,6 +7,7 @@
 
 #include "reader/reader.h"
 #include "support/probe_case.h"
+#include "support/utf16_text.h"
 
 namespace {
 
@@ -15,23 +16,6 @@ using namespace std::string_literals;
 constexpr FIID xmlText = 1150;
 constexpr FIID wmlText = 1151;
 constexpr FIID htmlText = 1182;
-
-// 16-bit text, the low byte or the high byte of each character first, without a mark.
-std::string LowFirst(std::string_view text) {
-    std::string bytes;
-    for (const char character : text) bytes += {character, '\0'};
-    return bytes;
-}
-
-std::string HighFirst(std::string_view text) {
-    std::string bytes;
-    for (const char character : text) bytes += {'\0', character};
-    return bytes;
-}
-
-const std::string mark8 = "\xEF\xBB\xBF";
-const std::string markLow = "\xFF\xFE";
-const std::string markHigh = "\xFE\xFF";
 
 struct PrologCase {
     const char* name;
@@ -58,14 +42,14 @@ const PrologCase encodingCases[] = {
     {"Marked8Bit",                    mark8 + document,                                      xmlText},
     {"Marked8BitBlankInFront",        mark8 + " " + document,                                xmlText},
     {"Marked8BitWithoutDeclaration",  mark8 + doctype,                                       htmlText},
-    {"MarkedLowFirst",                markLow + LowFirst(document),                          xmlText},
-    {"MarkedLowFirstBlankInFront",    markLow + LowFirst(" \r\n\t" + document),              xmlText},
-    {"MarkedLowFirstDoctype",         markLow + LowFirst(doctype),                           htmlText},
-    {"MarkedHighFirst",               markHigh + HighFirst(document),                        xmlText},
-    {"MarkedHighFirstBlankInFront",   markHigh + HighFirst(" \r\n\t" + document),            xmlText},
-    {"UnmarkedLowFirst",              LowFirst(document),                                    xmlText},
-    {"UnmarkedLowFirstDoctypeBehind", LowFirst(declaration + doctype),                       htmlText},
-    {"UnmarkedHighFirst",             HighFirst(document),                                   xmlText},
+    {"MarkedLowFirst",                markLow + FILowFirst(document),                          xmlText},
+    {"MarkedLowFirstBlankInFront",    markLow + FILowFirst(" \r\n\t" + document),              xmlText},
+    {"MarkedLowFirstDoctype",         markLow + FILowFirst(doctype),                           htmlText},
+    {"MarkedHighFirst",               markHigh + FIHighFirst(document),                        xmlText},
+    {"MarkedHighFirstBlankInFront",   markHigh + FIHighFirst(" \r\n\t" + document),            xmlText},
+    {"UnmarkedLowFirst",              FILowFirst(document),                                    xmlText},
+    {"UnmarkedLowFirstDoctypeBehind", FILowFirst(declaration + doctype),                       htmlText},
+    {"UnmarkedHighFirst",             FIHighFirst(document),                                   xmlText},
     {"Undeclared",                    doctype,                                               htmlText},
     {"BlankInFront",                  " " + document,                                        0},
     {"BlankInFrontDoctype",           " " + doctype,                                         htmlText},
@@ -73,27 +57,27 @@ const PrologCase encodingCases[] = {
     {"TwoMarkBytes",                  "\xEF\xBB" + document,                                 0},
     {"OtherMark",                     "\xEF\xBF\xBE" + document,                             0},
     {"MarkTwice",                     mark8 + mark8 + document,                              0},
-    {"FourByteHighFirst",             "\0\0\0<"s + HighFirst(document),                      0},
-    {"FourByteOrder2143",             "\0\0<\0"s + HighFirst(document),                      0},
-    {"FourByteOrder3412",             "\0<\0\0"s + HighFirst(document),                      0},
-    {"FourByteLowFirst",              "<\0\0\0"s + LowFirst(document),                       0},
+    {"FourByteHighFirst",             "\0\0\0<"s + FIHighFirst(document),                      0},
+    {"FourByteOrder2143",             "\0\0<\0"s + FIHighFirst(document),                      0},
+    {"FourByteOrder3412",             "\0<\0\0"s + FIHighFirst(document),                      0},
+    {"FourByteLowFirst",              "<\0\0\0"s + FILowFirst(document),                       0},
     {"TwoNulsAnythingElse",           "\0\0ab"s + document,                                  0},
     {"NulAnythingElse",               "\0a"s + document,                                     0},
     {"NulBeforeADeclaration",         "\0"s + document,                                      0},
-    {"UnmarkedHighFirstDoctype",      HighFirst(doctype),                                    0},
-    {"UnmarkedLowFirstDoctype",       LowFirst(doctype),                                     0},
-    {"UnmarkedLowFirstElement",       LowFirst("<a>"),                                       0},
-    {"UnmarkedLowFirstBlankInFront",  LowFirst(" " + document),                              0},
-    {"UnmarkedHighFirstComment",      HighFirst("<!--x-->" + document),                      0},
-    {"UnmarkedLowFirstComment",       LowFirst("<!--x-->" + document),                       0},
-    {"UnmarkedLowFirstCommentDoctype", LowFirst("<!--x-->" + doctype),                       0},
+    {"UnmarkedHighFirstDoctype",      FIHighFirst(doctype),                                    0},
+    {"UnmarkedLowFirstDoctype",       FILowFirst(doctype),                                     0},
+    {"UnmarkedLowFirstElement",       FILowFirst("<a>"),                                       0},
+    {"UnmarkedLowFirstBlankInFront",  FILowFirst(" " + document),                              0},
+    {"UnmarkedHighFirstComment",      FIHighFirst("<!--x-->" + document),                      0},
+    {"UnmarkedLowFirstComment",       FILowFirst("<!--x-->" + document),                       0},
+    {"UnmarkedLowFirstCommentDoctype", FILowFirst("<!--x-->" + doctype),                       0},
     {"WrongThirdMarkByte",            "\xEF\xBB\xBE" + document,                             0},
     {"WrongSecondMarkByte",           "\xEF\xBE\xBF" + document,                             0},
     {"WrongFirstMarkByte",            "\xEE\xBB\xBF" + document,                             0},
-    {"WrongSecondMarkByteLowFirst",   "\xFF\xFF" + LowFirst(document),                       0},
-    {"WrongFirstMarkByteLowFirst",    "\xFE\xFE" + LowFirst(document),                       0},
-    {"WrongSecondMarkByteHighFirst",  "\xFE\xFE" + HighFirst(document),                      0},
-    {"WrongFirstMarkByteHighFirst",   "\xFD\xFF" + HighFirst(document),                      0},
+    {"WrongSecondMarkByteLowFirst",   "\xFF\xFF" + FILowFirst(document),                       0},
+    {"WrongFirstMarkByteLowFirst",    "\xFE\xFE" + FILowFirst(document),                       0},
+    {"WrongSecondMarkByteHighFirst",  "\xFE\xFE" + FIHighFirst(document),                      0},
+    {"WrongFirstMarkByteHighFirst",   "\xFD\xFF" + FIHighFirst(document),                      0},
     {"FourByteMarkLowFirst",          markLow + "\0\0"s + "<\0\0\0?\0\0\0"s,                 0},
     {"UpperCaseXm",                   "<?XM?>" + doctype,                                    htmlText},
     {"AnotherTargetIsNoDeclaration",  "<?p?>" + document,                                    0},
@@ -119,8 +103,8 @@ const PrologCase markupCases[] = {
     {"FormFeedIsNoWhiteSpace",              declaration + "\f" + doctype,                    xmlText},
     {"VerticalTabIsNoWhiteSpace",           declaration + "\v" + doctype,                    xmlText},
     {"NoBreakSpaceIsNoWhiteSpace",          declaration + "\xA0" + doctype,                  xmlText},
-    {"HighByteOfALessThan",                 markLow + LowFirst(declaration) + "<\1"s + LowFirst(doctype.substr(1)), xmlText},
-    {"HighByteOfABlank",                    markLow + LowFirst(declaration) + " \1"s + LowFirst(doctype), xmlText},
+    {"HighByteOfALessThan",                 markLow + FILowFirst(declaration) + "<\1"s + FILowFirst(doctype.substr(1)), xmlText},
+    {"HighByteOfABlank",                    markLow + FILowFirst(declaration) + " \1"s + FILowFirst(doctype), xmlText},
     {"ElementBehindTheDeclaration",         declaration + "<a>" + doctype,                   xmlText},
     {"ElementAtOnce",                       "<a>" + doctype,                                 0},
     {"TextAtOnce",                          "text" + doctype,                                0},
@@ -155,11 +139,11 @@ const PrologCase markupCases[] = {
     {"CommentWithOneDash",                  "<!-x-->" + doctype,                             0},
     {"TwoComments",                         "<!--x--><!--y-->" + doctype,                    htmlText},
     {"TextBehindAComment",                  "<!--x-->y" + doctype,                           0},
-    {"CommentLowFirst",                     markLow + LowFirst("<!--x-->" + doctype),        htmlText},
-    {"CommentHighFirst",                    markHigh + HighFirst("<!--x-->" + document),     xmlText},
-    {"CommentEndWithAHighByte",             markLow + LowFirst("<!--x--") + ">\1"s + LowFirst(doctype), 0},
-    {"CommentEndBetweenCharactersLowFirst", markLow + LowFirst("<!--") + "\0x\0-\0-x>"s + LowFirst(doctype), 0},
-    {"CommentEndBetweenCharactersHighFirst", markHigh + HighFirst("<!--") + "x\0-\0-\0>x"s + HighFirst(document), 0},
+    {"CommentLowFirst",                     markLow + FILowFirst("<!--x-->" + doctype),        htmlText},
+    {"CommentHighFirst",                    markHigh + FIHighFirst("<!--x-->" + document),     xmlText},
+    {"CommentEndWithAHighByte",             markLow + FILowFirst("<!--x--") + ">\1"s + FILowFirst(doctype), 0},
+    {"CommentEndBetweenCharactersLowFirst", markLow + FILowFirst("<!--") + "\0x\0-\0-x>"s + FILowFirst(doctype), 0},
+    {"CommentEndBetweenCharactersHighFirst", markHigh + FIHighFirst("<!--") + "x\0-\0-\0>x"s + FIHighFirst(document), 0},
     {"Instruction",                         declaration + "<?php x?>" + doctype,             htmlText},
     {"InstructionAlone",                    "<?php x?>" + doctype,                           htmlText},
     {"InstructionEmpty",                    "<?\?>" + doctype,                                htmlText},
@@ -167,11 +151,11 @@ const PrologCase markupCases[] = {
     {"InstructionOfTags",                   "<?p <a> <!-- ? > -->?>" + doctype,              htmlText},
     {"InstructionEndsInTwoQuestionMarks",   "<?p?\?>" + doctype,                              htmlText},
     {"InstructionWithoutItsEnd",            "<?p>" + doctype,                                0},
-    {"InstructionLowFirst",                 markLow + LowFirst("<?p?>" + doctype),           htmlText},
+    {"InstructionLowFirst",                 markLow + FILowFirst("<?p?>" + doctype),           htmlText},
     {"ElementWithTheEndOfAnInstruction",    "<a?>" + doctype,                                0},
     {"ElementWithTheEndOfAnInstructionDeclared", declaration + "<a?>" + doctype,             xmlText},
-    {"InstructionWithAHighByte",            LowFirst(declaration + "<") + "?\1"s + LowFirst("?>" + doctype), xmlText},
-    {"InstructionHighFirst",                markHigh + HighFirst("<?p?>" + document),        xmlText},
+    {"InstructionWithAHighByte",            FILowFirst(declaration + "<") + "?\1"s + FILowFirst("?>" + doctype), xmlText},
+    {"InstructionHighFirst",                markHigh + FIHighFirst("<?p?>" + document),        xmlText},
     // The DOCTYPE.
     {"DoctypeHtml",                         "<!DOCTYPE html>",                               htmlText},
     {"DoctypeHtmlPublic",                   "<!DOCTYPE HTML PUBLIC \"x\">",                  htmlText},
@@ -216,14 +200,14 @@ const PrologCase markupCases[] = {
     {"NameDoesNotEndWithTheFileDeclared",   declaration + "<!DOCTYPE html",                  xmlText},
     {"NameDoesNotEndWithTheFileWml",        "<!DOCTYPE wml",                                 0},
     {"NameGoesOnBehindALessThan",           "<!DOCTYPE html<x>",                             htmlText},
-    {"DoctypeLowFirstWml",                  markLow + LowFirst("<!DOCTYPE WML>"),            wmlText},
-    {"DoctypeLowFirstDeclared",             LowFirst(declaration + "<!DOCTYPE html\n"),      htmlText},
-    {"DoctypeLowFirstWithoutABlank",        LowFirst(declaration + "<!DOCTYPEhtml>"),        0},
-    {"DoctypeHighFirst",                    markHigh + HighFirst(doctype),                   0},
-    {"DoctypeHighFirstDeclared",            markHigh + HighFirst(declaration + doctype),     0},
-    {"DoctypeHighFirstDeclaredUnmarked",    HighFirst(declaration + doctype),                0},
-    {"DoctypeHighFirstDeclaredWml",         HighFirst(declaration + "<!DOCTYPE wml>"),       0},
-    {"DoctypeHighFirstDeclaredOther",       HighFirst(declaration + "<!DOCTYPE svg>"),       0},
+    {"DoctypeLowFirstWml",                  markLow + FILowFirst("<!DOCTYPE WML>"),            wmlText},
+    {"DoctypeLowFirstDeclared",             FILowFirst(declaration + "<!DOCTYPE html\n"),      htmlText},
+    {"DoctypeLowFirstWithoutABlank",        FILowFirst(declaration + "<!DOCTYPEhtml>"),        0},
+    {"DoctypeHighFirst",                    markHigh + FIHighFirst(doctype),                   0},
+    {"DoctypeHighFirstDeclared",            markHigh + FIHighFirst(declaration + doctype),     0},
+    {"DoctypeHighFirstDeclaredUnmarked",    FIHighFirst(declaration + doctype),                0},
+    {"DoctypeHighFirstDeclaredWml",         FIHighFirst(declaration + "<!DOCTYPE wml>"),       0},
+    {"DoctypeHighFirstDeclaredOther",       FIHighFirst(declaration + "<!DOCTYPE svg>"),       0},
     {"ElementDeclaration",                  declaration + "<!ELEMENT a>" + doctype,          xmlText},
     // clang-format on
 };
@@ -241,9 +225,10 @@ TEST(XmlPrologSpans, ACommentOfEveryLength) {
             comment = comment.substr(0, size + 4);
             comment += comment.back() == '-' && size > 0 ? "x-->" : "-->";
             EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(comment + doctype)), htmlText) << comment;
-            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markLow + LowFirst(comment + doctype))), htmlText)
+            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markLow + FILowFirst(comment + doctype))),
+                      htmlText)
                 << comment;
-            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markHigh + HighFirst(comment + document))),
+            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markHigh + FIHighFirst(comment + document))),
                       xmlText)
                 << comment;
         }
@@ -254,9 +239,9 @@ TEST(XmlPrologSpans, DashesOfEveryNumber) {
     for (std::size_t size = 4; size <= 60; ++size) {
         const std::string comment = "<!" + std::string(size, '-') + ">";
         EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(comment + doctype)), htmlText) << size;
-        EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markLow + LowFirst(comment + doctype))), htmlText)
+        EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markLow + FILowFirst(comment + doctype))), htmlText)
             << size;
-        EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markHigh + HighFirst(comment + document))), xmlText)
+        EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markHigh + FIHighFirst(comment + document))), xmlText)
             << size;
     }
 }
@@ -268,10 +253,10 @@ TEST(XmlPrologSpans, AnInstructionOfEveryLength) {
             while (instruction.size() < size + 3) instruction += fill;
             instruction = instruction.substr(0, size + 3) + "?>";
             EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(instruction + doctype)), htmlText) << instruction;
-            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markLow + LowFirst(instruction + doctype))),
+            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markLow + FILowFirst(instruction + doctype))),
                       htmlText)
                 << instruction;
-            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markHigh + HighFirst(instruction + document))),
+            EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(markHigh + FIHighFirst(instruction + document))),
                       xmlText)
                 << instruction;
         }
@@ -282,7 +267,7 @@ TEST(XmlPrologSpans, ADeclarationOfEveryLength) {
     for (std::size_t size = 0; size <= 60; ++size) {
         const std::string prolog = "<?xml ver" + std::string(size, 'x') + ">" + doctype;
         EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(prolog)), htmlText) << size;
-        EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(LowFirst(prolog))), htmlText) << size;
+        EXPECT_EQ(FIAnswerOver(FIScanXmlProlog, *FIMakeTestHandle(FILowFirst(prolog))), htmlText) << size;
     }
 }
 
@@ -304,8 +289,8 @@ const PrologCase limitCases[] = {
     {"NameEndsAt512BehindDashes",     "<!" + std::string(495, '-') + ">" + doctype,          0},
     {"NameEndsAt511Marked",           mark8 + DoctypeEndingAt(508),                          htmlText},
     {"NameEndsAt512Marked",           mark8 + DoctypeEndingAt(509),                          0},
-    {"NameEndsAt511LowFirst",         markLow + LowFirst(DoctypeEndingAt(254)),              htmlText},
-    {"NameEndsAt513LowFirst",         markLow + LowFirst(DoctypeEndingAt(255)),              0},
+    {"NameEndsAt511LowFirst",         markLow + FILowFirst(DoctypeEndingAt(254)),              htmlText},
+    {"NameEndsAt513LowFirst",         markLow + FILowFirst(DoctypeEndingAt(255)),              0},
     {"DoctypeEndsAt511",              std::string(503, ' ') + "<!DOCTYPE html>",             0},
     {"DeclarationUpToTheLimit",       "<?xml ver" + std::string(600, 'x'),                   xmlText},
     {"DeclarationReadUpTo511",        mark8 + std::string(500, ' ') + document,              xmlText},

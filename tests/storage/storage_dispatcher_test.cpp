@@ -576,6 +576,14 @@ TEST(StorageWithoutMemory, AnswersAsTheWordProbeDoesBehindTheFollowUp) {
 
 constexpr std::uint16_t dispatcherRow = 45_row;
 
+// The class identifier decides nothing and no name is looked for: the file is left to its bytes.
+void ExpectByteRow(TestHandle& handle) {
+    const FIVerdict verdict = FIIdentifyHandle(handle);
+    EXPECT_EQ(verdict.fiid, byteRowAnswer);
+    EXPECT_EQ(verdict.row, byteRow);
+    EXPECT_TRUE(handle.opened.empty());
+}
+
 TEST(ZeroClass, LeadsToTheNames) {
     for (std::size_t index = 0; index < nameRowCount; ++index) {
         SCOPED_TRACE(nameRows[index].name);
@@ -623,10 +631,7 @@ TEST(ZeroClass, IsNothingWhenItCannotBeHadOrTheHandleIsNoStorage) {
         const auto handle = FIMakeStorage({{"PP40", ""}});
         handle->isStorage = isStorage;
         handle->hasClassId = false;
-        const FIVerdict verdict = FIIdentifyHandle(*handle);
-        EXPECT_EQ(verdict.fiid, byteRowAnswer);
-        EXPECT_EQ(verdict.row, byteRow);
-        EXPECT_TRUE(handle->opened.empty());
+        ExpectByteRow(*handle);
     }
 }
 
@@ -634,10 +639,8 @@ TEST(ZeroClass, IsZeroInAllItsBytes) {
     for (std::size_t index = 0; index < 16; ++index) {
         const auto storage = FIMakeStorage({{"PP40", ""}});
         storage->classId[index] = '\x80';
-        const FIVerdict verdict = FIIdentifyHandle(*storage);
-        EXPECT_EQ(verdict.fiid, byteRowAnswer) << "byte " << index;
-        EXPECT_EQ(verdict.row, byteRow);
-        EXPECT_TRUE(storage->opened.empty());
+        SCOPED_TRACE(index);
+        ExpectByteRow(*storage);
     }
 }
 
@@ -780,10 +783,7 @@ TEST(ClassIdentifiers, CountInEachOfTheirBytes) {
             SCOPED_TRACE(testing::Message() << "row " << each.row << ", byte " << index);
             const auto storage = FIMakeStorage({{"PP40", ""}}, each.classId);
             storage->classId[index] = static_cast<char>(storage->classId[index] ^ 0x80);  // makes no other class
-            const FIVerdict verdict = FIIdentifyHandle(*storage);
-            EXPECT_EQ(verdict.fiid, byteRowAnswer);
-            EXPECT_EQ(verdict.row, byteRow);
-            EXPECT_TRUE(storage->opened.empty());
+            ExpectByteRow(*storage);
         }
     }
 }
@@ -801,10 +801,7 @@ TEST(ClassIdentifiers, DecideNothingWhenTheyCannotBeHadOrTheHandleIsNoStorage) {
             const auto handle = FIMakeStorage({{"PP40", ""}}, each.classId);
             handle->isStorage = isStorage;
             handle->hasClassId = false;
-            const FIVerdict verdict = FIIdentifyHandle(*handle);
-            EXPECT_EQ(verdict.fiid, byteRowAnswer);
-            EXPECT_EQ(verdict.row, byteRow);
-            EXPECT_TRUE(handle->opened.empty());
+            ExpectByteRow(*handle);
         }
     }
 }

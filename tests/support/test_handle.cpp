@@ -18,7 +18,8 @@ std::int32_t Close(HIOFILE file) {
 std::int32_t Read(HIOFILE file, void* destination, std::uint32_t size, std::uint32_t* count) {
     TestHandle& handle = From(file);
     *count = 0;
-    if (handle.reads++ >= handle.failReadsFrom) {
+    const std::uint32_t number = handle.reads++;
+    if (number >= handle.failReadsFrom || number == handle.failRead) {
         *count = size;  // a count with a failure status is to be ignored
         return -1;
     }
@@ -42,7 +43,8 @@ std::int32_t Write(HIOFILE, const void*, std::uint32_t, std::uint32_t*) { return
 
 std::int32_t Seek(HIOFILE file, std::uint16_t origin, std::int32_t offset) {
     TestHandle& handle = From(file);
-    if (handle.seeks++ >= handle.failSeeksFrom) return -1;
+    const std::uint32_t number = handle.seeks++;
+    if (number >= handle.failSeeksFrom || number == handle.failSeek) return -1;
     if (origin > 2 || (origin == 2 && handle.failSeekFromEnd)) return -1;
     const auto size = static_cast<std::int64_t>(handle.bytes.size());
     std::int64_t target = 0;

@@ -33,6 +33,8 @@ struct TestHandle {
     std::uint32_t claimBeyond = 0;            // bytes that a read which delivers some claims besides
     std::uint32_t failReadsFrom = testNever;  // reads fail from the one with this number on, counted from 0
     std::uint32_t failSeeksFrom = testNever;  // seeks fail from the one with this number on
+    std::uint32_t failRead = testNever;       // the read with this number alone fails
+    std::uint32_t failSeek = testNever;       // the seek with this number alone fails
     bool failSeekFromEnd = false;             // seeks with origin 2 fail
     bool failTell = false;
     bool refuseSeekBehindEnd = false;

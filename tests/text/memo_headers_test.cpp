@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "support/failing_seeks.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
 #include "support/whole_file.h"
-#include "wordproc/failing_seeks.h"
-#include "wordproc/ordinary_files.h"
 
 namespace {
 
@@ -193,7 +193,7 @@ TEST(MemoHeader, WorksInTheWholeTable) {
 }
 
 TEST(MemoHeader, IsInNoOrdinaryFile) {
-    for (const std::string& file : {FIEnglishText("\n"), FIEnglishText("\r\n"), FIProgramSource(), FIRandomBytes()}) {
+    for (const std::string& file : FIOrdinaryFiles()) {
         EXPECT_EQ(MemoAnswer(file), 0);
     }
 }

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "support/failing_seeks.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
 #include "support/whole_file.h"
-#include "wordproc/failing_seeks.h"
-#include "wordproc/ordinary_files.h"
 
 namespace {
 
@@ -105,7 +105,7 @@ TEST(VCard, TestsItsSeek) {
 }
 
 TEST(VCard, IsInNoOrdinaryFile) {
-    for (const std::string& file : {FIEnglishText("\n"), FIEnglishText("\r\n"), FIProgramSource(), FIRandomBytes()}) {
+    for (const std::string& file : FIOrdinaryFiles()) {
         EXPECT_EQ(CardAnswer(file), 0);
     }
 }

@@ -9,10 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "failing_seeks.h"
-#include "ordinary_files.h"
 #include "reader/reader.h"
+#include "support/failing_seeks.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
+#include "support/whole_file.h"
 
 namespace {
 
@@ -38,14 +39,6 @@ std::string ChangeCaseName(const testing::TestParamInfo<ChangeCase>& info) { ret
 std::string Changed(std::string file, const ChangeCase& change) {
     Put(file, change.offset, change.bytes);
     return file;
-}
-
-void ExpectWholeFile(const std::string& file, FIID answer, std::uint16_t decidingRow) {
-    std::uint16_t row = 0;
-    EXPECT_EQ(FIIdentifyBytes(file, "LETTER", 0, &row), answer);
-    if (answer != 1999) {
-        EXPECT_EQ(row, decidingRow);
-    }
 }
 
 // ---- The header with a block number --------------------------------------------------------------------------------
@@ -310,23 +303,23 @@ TEST(BlockHeader, StartsWhereItsFieldsStandWhereverTheReaderStands) {
 }
 
 TEST(BlockHeader, WorksInTheWholeTable) {
-    ExpectWholeFile(Header1006(), 1006, 84_row);
-    ExpectWholeFile(Header1007(), 1007, 84_row);
-    ExpectWholeFile(Header1039(), 1039, 84_row);
+    FIExpectWholeFile(Header1006(), 1006, 84_row);
+    FIExpectWholeFile(Header1007(), 1007, 84_row);
+    FIExpectWholeFile(Header1039(), 1039, 84_row);
     std::string file = Header1039();
     Put(file, 468, "01 02 03 04");
-    ExpectWholeFile(file, 1039, 84_row);
+    FIExpectWholeFile(file, 1039, 84_row);
     file = Header1006();
     Put(file, 420, "01");
-    ExpectWholeFile(file, 1007, 84_row);
+    FIExpectWholeFile(file, 1007, 84_row);
     file = Header1006();
     Put(file, 0, R"("Dear")");
     Put(file, 511, "05");
-    ExpectWholeFile(file, 1999, 84_row);
+    FIExpectWholeFile(file, 1999, 84_row);
     file = Header1006();
     Put(file, 0, R"("Dear")");
     file.resize(512);
-    ExpectWholeFile(file, 1999, 84_row);
+    FIExpectWholeFile(file, 1999, 84_row);
 }
 
 // A block number that leads in front of the file makes the handle of the platform layer fail the seek.
@@ -334,7 +327,7 @@ TEST(BlockHeader, GetsNoBlockInFrontOfTheFile) {
     std::string file = Header1006();
     Put(file, 0, R"("Dear")");
     Put(file, 512, "40");
-    ExpectWholeFile(file, 1999, 84_row);
+    FIExpectWholeFile(file, 1999, 84_row);
 }
 
 // ---- The table of entries ------------------------------------------------------------------------------------------
@@ -503,14 +496,14 @@ TEST(EntryTable, StartsAtOffset0WhereverTheReaderStands) {
 }
 
 TEST(EntryTable, WorksInTheWholeTable) {
-    ExpectWholeFile(TableWithEntry(smallTable, 0), 1041, 85_row);
-    ExpectWholeFile(TableWithEntry(smallTable, smallTable - 1), 1041, 85_row);
-    ExpectWholeFile(TableWithEntry(largeTable, largeTable - 1), 1041, 85_row);
-    ExpectWholeFile(EmptyTable(smallTable), 1999, 85_row);
+    FIExpectWholeFile(TableWithEntry(smallTable, 0), 1041, 85_row);
+    FIExpectWholeFile(TableWithEntry(smallTable, smallTable - 1), 1041, 85_row);
+    FIExpectWholeFile(TableWithEntry(largeTable, largeTable - 1), 1041, 85_row);
+    FIExpectWholeFile(EmptyTable(smallTable), 1999, 85_row);
     std::string file = TableWithEntry(smallTable, 9);
     Put(file, EntryAt(5), "w:99 w:455");
-    ExpectWholeFile(file, 1999, 85_row);
-    ExpectWholeFile(TableWithEntry(smallTable, 100).substr(0, EntryAt(60) + 5), 1999, 85_row);
+    FIExpectWholeFile(file, 1999, 85_row);
+    FIExpectWholeFile(TableWithEntry(smallTable, 100).substr(0, EntryAt(60) + 5), 1999, 85_row);
 }
 
 // ---- The list of blocks --------------------------------------------------------------------------------------------
@@ -639,15 +632,15 @@ TEST(BlockList, StartsAtOffset0WhereverTheReaderStands) {
 
 TEST(BlockList, WorksInTheWholeTable) {
     std::string file = ThreeBlocks();
-    ExpectWholeFile(file, 1025, 369_row);
+    FIExpectWholeFile(file, 1025, 369_row);
     Put(file, 256, "w:1000");
-    ExpectWholeFile(file, 1025, 369_row);
+    FIExpectWholeFile(file, 1025, 369_row);
     Put(file, 256, "w:2 w:0 w:1 w:1");
-    ExpectWholeFile(file, 1999, 369_row);
+    FIExpectWholeFile(file, 1999, 369_row);
     Put(file, 256, "w:3 w:0 w:1 w:1");
-    ExpectWholeFile(file, 1025, 369_row);
+    FIExpectWholeFile(file, 1025, 369_row);
     Put(file, 2048, "85");
-    ExpectWholeFile(file, 1999, 369_row);
+    FIExpectWholeFile(file, 1999, 369_row);
 }
 
 // ---- Records with mirrored lengths ---------------------------------------------------------------------------------
@@ -762,17 +755,17 @@ TEST(MirroredLengths, StartAtOffset0WhereverTheReaderStands) {
 }
 
 TEST(MirroredLengths, WorkInTheWholeTable) {
-    ExpectWholeFile(Chain({20, 30, 40, 50}), 1018, 366_row);
-    ExpectWholeFile(FIBytes("00 02 00 02 00 02 00 02"), 1018, 366_row);
-    ExpectWholeFile(Chain({20, 30, 40}) + FIBytes("00 00 00 00"), 1999, 366_row);
-    ExpectWholeFile(Chain({100, 100, 100, chainLimit + 2 - 300}), 1018, 366_row);
-    ExpectWholeFile(Chain({100, 100, 100, chainLimit + 3 - 300}), 1999, 366_row);
+    FIExpectWholeFile(Chain({20, 30, 40, 50}), 1018, 366_row);
+    FIExpectWholeFile(FIBytes("00 02 00 02 00 02 00 02"), 1018, 366_row);
+    FIExpectWholeFile(Chain({20, 30, 40}) + FIBytes("00 00 00 00"), 1999, 366_row);
+    FIExpectWholeFile(Chain({100, 100, 100, chainLimit + 2 - 300}), 1018, 366_row);
+    FIExpectWholeFile(Chain({100, 100, 100, chainLimit + 3 - 300}), 1999, 366_row);
 }
 
 // ---- Ordinary files ------------------------------------------------------------------------------------------------
 
 TEST(BlockStructures, AreInNoOrdinaryFile) {
-    for (const std::string& file : {FIEnglishText("\n"), FIEnglishText("\r\n"), FIProgramSource(), FIRandomBytes()}) {
+    for (const std::string& file : FIOrdinaryFiles()) {
         EXPECT_EQ(HeaderAnswer(file), 0);
         EXPECT_EQ(TableAnswer(file), 0);
         EXPECT_EQ(ListAnswer(file), 0);

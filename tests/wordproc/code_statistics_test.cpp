@@ -6,9 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "ordinary_files.h"
 #include "reader/reader.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
+#include "support/whole_file.h"
 
 namespace {
 
@@ -291,33 +292,12 @@ TEST(CommandCounts, ReadNoFurtherThanTheirBudget) {
 }
 
 TEST(CommandCounts, ClaimNoOrdinaryFile) {
-    EXPECT_EQ(CommandAnswer(FIEnglishText("\n")), 0);
-    EXPECT_EQ(CommandAnswer(FIEnglishText("\r\n")), 0);
-    EXPECT_EQ(CommandAnswer(FIProgramSource()), 0);
-    EXPECT_EQ(CommandAnswer(FIRandomBytes()), 0);
-}
-
-struct WholeFile {
-    const char* name;
-    const char* bytes;
-    FIID answer;
-};
-
-void PrintTo(const WholeFile& file, std::ostream* out) { *out << file.name; }
-
-std::string WholeFileName(const testing::TestParamInfo<WholeFile>& info) { return info.param.name; }
-
-void ExpectWholeFile(const WholeFile& file, std::uint16_t decidingRow) {
-    std::uint16_t row = 0;
-    EXPECT_EQ(FIIdentifyBytes(FIBytes(file.bytes), "LETTER", 0, &row), file.answer);
-    if (file.answer != 1999) {
-        EXPECT_EQ(row, decidingRow);
-    }
+    for (const std::string& file : FIOrdinaryFiles()) EXPECT_EQ(CommandAnswer(file), 0);
 }
 
 class CommandFile : public testing::TestWithParam<WholeFile> {};
 
-TEST_P(CommandFile, IsIdentifiedByTheRoutinesRow) { ExpectWholeFile(GetParam(), 365_row); }
+TEST_P(CommandFile, IsIdentifiedByTheRoutinesRow) { FIExpectWholeFile(GetParam(), 365_row); }
 
 const WholeFile commandFiles[] = {
     // clang-format off
@@ -337,7 +317,7 @@ const WholeFile commandFiles[] = {
     {"KeywordBetween",     R"("A letter" (0A 0B "R")*2 0A 0B AE "LM" "R")",                          1999},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(WholeTable, CommandFile, testing::ValuesIn(commandFiles), WholeFileName);
+INSTANTIATE_TEST_SUITE_P(WholeTable, CommandFile, testing::ValuesIn(commandFiles), FIWholeFileName);
 
 // ---- Words whose last character has its top bit set ----------------------------------------------------------------
 
@@ -568,15 +548,12 @@ TEST(HighBitWords, StartAtOffset0WhereverTheReaderStands) {
 }
 
 TEST(HighBitWords, ClaimNoOrdinaryFile) {
-    EXPECT_EQ(WordAnswer(FIEnglishText("\n")), 0);
-    EXPECT_EQ(WordAnswer(FIEnglishText("\r\n")), 0);
-    EXPECT_EQ(WordAnswer(FIProgramSource()), 0);
-    EXPECT_EQ(WordAnswer(FIRandomBytes()), 0);
+    for (const std::string& file : FIOrdinaryFiles()) EXPECT_EQ(WordAnswer(file), 0);
 }
 
 class WordFile : public testing::TestWithParam<WholeFile> {};
 
-TEST_P(WordFile, IsIdentifiedByTheRoutinesRow) { ExpectWholeFile(GetParam(), 398_row); }
+TEST_P(WordFile, IsIdentifiedByTheRoutinesRow) { FIExpectWholeFile(GetParam(), 398_row); }
 
 const WholeFile wordFiles[] = {
     // clang-format off
@@ -588,6 +565,6 @@ const WholeFile wordFiles[] = {
     {"LinesBehindByte1022",    R"(("plain" 0D 0A)*147 ("thi" F3 20 "i" F3 20 "clea" EE 0D 0A)*9)",           1999},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(WholeTable, WordFile, testing::ValuesIn(wordFiles), WholeFileName);
+INSTANTIATE_TEST_SUITE_P(WholeTable, WordFile, testing::ValuesIn(wordFiles), FIWholeFileName);
 
 }  // namespace

@@ -10,9 +10,10 @@
 #include <string_view>
 #include <vector>
 
-#include "ordinary_files.h"
 #include "reader/reader.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
+#include "support/whole_file.h"
 
 namespace {
 
@@ -672,31 +673,12 @@ TEST(FunctionCodes, FailingFirstSeek) {
 }
 
 TEST(FunctionCodes, ClaimNoOrdinaryFile) {
-    EXPECT_EQ(Answer(FIEnglishText("\n")), 0);
-    EXPECT_EQ(Answer(FIEnglishText("\r\n")), 0);
-    EXPECT_EQ(Answer(FIProgramSource()), 0);
-    EXPECT_EQ(Answer(FIRandomBytes()), 0);
+    for (const std::string& file : FIOrdinaryFiles()) EXPECT_EQ(Answer(file), 0);
 }
-
-struct WholeFile {
-    const char* name;
-    const char* bytes;
-    FIID answer;
-};
-
-void PrintTo(const WholeFile& file, std::ostream* out) { *out << file.name; }
-
-std::string WholeFileName(const testing::TestParamInfo<WholeFile>& info) { return info.param.name; }
 
 class FunctionCodeFile : public testing::TestWithParam<WholeFile> {};
 
-TEST_P(FunctionCodeFile, IsIdentifiedByTheRoutinesRow) {
-    std::uint16_t row = 0;
-    EXPECT_EQ(FIIdentifyBytes(FIBytes(GetParam().bytes), "LETTER", 0, &row), GetParam().answer);
-    if (GetParam().answer != 1999) {
-        EXPECT_EQ(row, 393_row);
-    }
-}
+TEST_P(FunctionCodeFile, IsIdentifiedByTheRoutinesRow) { FIExpectWholeFile(GetParam(), 393_row); }
 
 const WholeFile wholeFiles[] = {
     // clang-format off
@@ -716,7 +698,7 @@ const WholeFile wholeFiles[] = {
     {"LengthOf0",           R"("Dear Sir," 0D 0A F5 D:0 D:0 "text")",                                1999},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(WholeTable, FunctionCodeFile, testing::ValuesIn(wholeFiles), WholeFileName);
+INSTANTIATE_TEST_SUITE_P(WholeTable, FunctionCodeFile, testing::ValuesIn(wholeFiles), FIWholeFileName);
 
 TEST(FunctionCodeFiles, OrdinaryFilesStayUnknown) {
     EXPECT_EQ(FIIdentifyBytes(FIEnglishText("\n"), "LETTER", 0), 1999);

@@ -8,10 +8,11 @@
 #include <string>
 #include <string_view>
 
-#include "failing_seeks.h"
-#include "ordinary_files.h"
 #include "reader/reader.h"
+#include "support/failing_seeks.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
+#include "support/whole_file.h"
 
 namespace {
 
@@ -19,14 +20,6 @@ namespace {
 void Put(std::string& file, std::size_t offset, std::string_view bytes) {
     if (file.size() < offset + bytes.size()) file.resize(offset + bytes.size());
     file.replace(offset, bytes.size(), bytes);
-}
-
-void ExpectWholeFile(const std::string& file, FIID answer, std::uint16_t decidingRow) {
-    std::uint16_t row = 0;
-    EXPECT_EQ(FIIdentifyBytes(file, "LETTER", 0, &row), answer);
-    if (answer != 1999) {
-        EXPECT_EQ(row, decidingRow);
-    }
 }
 
 // ---- The layout trailer --------------------------------------------------------------------------------------------
@@ -303,21 +296,21 @@ TEST(LayoutTrailer, FallsBackToTheStartWhenGoingBackFails) {
 }
 
 TEST(LayoutTrailer, WorksInTheWholeTable) {
-    ExpectWholeFile(SmallLayoutFile(), 1020, 399_row);
-    ExpectWholeFile(SmallLayoutFile(endOf1024), 1024, 399_row);
-    ExpectWholeFile(SmallLayoutFile() + "a", 1020, 399_row);
-    ExpectWholeFile(SmallLayoutFile() + "aa", 1999, 399_row);
-    ExpectWholeFile(LayoutFile(40 * record, 100, record), 1020, 399_row);
-    ExpectWholeFile(LayoutFile(41 * record, 100, record), 1999, 399_row);
-    ExpectWholeFile(LayoutFile(41 * record, 200, 2 * record), 1020, 399_row);
-    ExpectWholeFile(LayoutFile(100 * record, 98 * record + 100, 99 * record, endOf1024), 1024, 399_row);
-    ExpectWholeFile(LayoutFile(4 * record, record - marker.size(), 2 * record), 1020, 399_row);
-    ExpectWholeFile(std::string(record, 'a'), 1999, 399_row);
+    FIExpectWholeFile(SmallLayoutFile(), 1020, 399_row);
+    FIExpectWholeFile(SmallLayoutFile(endOf1024), 1024, 399_row);
+    FIExpectWholeFile(SmallLayoutFile() + "a", 1020, 399_row);
+    FIExpectWholeFile(SmallLayoutFile() + "aa", 1999, 399_row);
+    FIExpectWholeFile(LayoutFile(40 * record, 100, record), 1020, 399_row);
+    FIExpectWholeFile(LayoutFile(41 * record, 100, record), 1999, 399_row);
+    FIExpectWholeFile(LayoutFile(41 * record, 200, 2 * record), 1020, 399_row);
+    FIExpectWholeFile(LayoutFile(100 * record, 98 * record + 100, 99 * record, endOf1024), 1024, 399_row);
+    FIExpectWholeFile(LayoutFile(4 * record, record - marker.size(), 2 * record), 1020, 399_row);
+    FIExpectWholeFile(std::string(record, 'a'), 1999, 399_row);
     std::string file = SmallLayoutFile();
     Put(file, 99, "\x1A");
-    ExpectWholeFile(file, 1999, 399_row);
+    FIExpectWholeFile(file, 1999, 399_row);
     Put(file, 97, "\x1A\x1A\x1A");
-    ExpectWholeFile(file, 1020, 399_row);
+    FIExpectWholeFile(file, 1020, 399_row);
 }
 
 // ---- The escape sequence -------------------------------------------------------------------------------------------
@@ -329,7 +322,7 @@ class ProbeEscapeHeader : public testing::TestWithParam<ProbeCase> {};
 TEST_P(ProbeEscapeHeader, Answers) { EXPECT_EQ(EscapeAnswer(FIBytes(GetParam().bytes)), GetParam().answer); }
 
 TEST_P(ProbeEscapeHeader, AnswersInTheWholeTable) {
-    ExpectWholeFile(FIBytes(GetParam().bytes), GetParam().answer == 0 ? 1999 : 1019, 400_row);
+    FIExpectWholeFile(FIBytes(GetParam().bytes), GetParam().answer == 0 ? 1999 : 1019, 400_row);
 }
 
 const ProbeCase escapeCases[] = {
@@ -484,11 +477,11 @@ TEST(PipeCodes, WorkInTheWholeTable) {
     std::string file = PipeFile(pipeStart1021, "text|N text @ text|O text");
     Put(file, 0, std::string("t\0", 2));
     Put(file, 118, std::string("@\0", 2));
-    ExpectWholeFile(file, 1021, 367_row);
-    ExpectWholeFile(file.substr(0, file.size() - 1), 1999, 367_row);
-    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text"), 1077, 368_row);
-    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text||O text"), 1999, 368_row);
-    ExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text").substr(0, 178), 1999, 368_row);
+    FIExpectWholeFile(file, 1021, 367_row);
+    FIExpectWholeFile(file.substr(0, file.size() - 1), 1999, 367_row);
+    FIExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text"), 1077, 368_row);
+    FIExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text||O text"), 1999, 368_row);
+    FIExpectWholeFile(PipeFile(pipeStart1077, "|N text @ text|O text").substr(0, 178), 1999, 368_row);
 }
 
 // ---- The checksum --------------------------------------------------------------------------------------------------
@@ -615,23 +608,23 @@ TEST(WordChecksum, LeavesTheMagicToTheTable) {
     std::string file = ChecksumFile(32, {0, 1}, 0xFFFF);
     Put(file, 0, "none");
     EXPECT_EQ(ChecksumAnswer(file), 1010);
-    ExpectWholeFile(file, 1999, 160_row);
+    FIExpectWholeFile(file, 1999, 160_row);
 }
 
 TEST(WordChecksum, WorksInTheWholeTable) {
-    ExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFF), 1010, 160_row);
-    ExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFE), 1999, 160_row);
-    ExpectWholeFile(ChecksumFile(32, {1, 0xFFFF}, 0), 1999, 160_row);
-    ExpectWholeFile(ChecksumFile(32, {}, 0), 1999, 160_row);
+    FIExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFF), 1010, 160_row);
+    FIExpectWholeFile(ChecksumFile(32, {0, 1}, 0xFFFE), 1999, 160_row);
+    FIExpectWholeFile(ChecksumFile(32, {1, 0xFFFF}, 0), 1999, 160_row);
+    FIExpectWholeFile(ChecksumFile(32, {}, 0), 1999, 160_row);
     std::string file = ChecksumHeader(2017, 2015, 0xFFFF);
     file.resize(2047, 'a');
-    ExpectWholeFile(file + LittleEndian(1), 1999, 160_row);
+    FIExpectWholeFile(file + LittleEndian(1), 1999, 160_row);
 }
 
 // ---- Ordinary files ------------------------------------------------------------------------------------------------
 
 TEST(Trailers, AreInNoOrdinaryFile) {
-    for (const std::string& file : {FIEnglishText("\n"), FIEnglishText("\r\n"), FIProgramSource(), FIRandomBytes()}) {
+    for (const std::string& file : FIOrdinaryFiles()) {
         EXPECT_EQ(LayoutAnswer(file), 0);
         EXPECT_EQ(EscapeAnswer(file), 0);
         EXPECT_EQ(FIAnswerOf(ProbePipe1021, file), 0);

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "failing_seeks.h"
-#include "ordinary_files.h"
+#include "support/failing_seeks.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
 #include "support/whole_file.h"
 
@@ -86,7 +86,7 @@ TEST(VersionSections, AreNotCalledByTheTable) {
 }
 
 TEST(VersionSections, AreInNoOrdinaryFile) {
-    for (const std::string& file : {FIEnglishText("\n"), FIEnglishText("\r\n"), FIProgramSource(), FIRandomBytes()}) {
+    for (const std::string& file : FIOrdinaryFiles()) {
         EXPECT_EQ(SectionsAnswer(file), 0);
     }
 }

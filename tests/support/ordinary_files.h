@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // A plain text of a few thousand bytes, its lines ended by the given line end.
 inline std::string FIEnglishText(std::string_view lineEnd) {
@@ -86,4 +87,9 @@ inline std::string FIRandomBytes() {
     std::string bytes(size, '\0');
     for (char& byte : bytes) byte = static_cast<char>(generator() & 0xFF);
     return bytes;
+}
+
+// All of them, the text with both line ends.
+inline std::vector<std::string> FIOrdinaryFiles() {
+    return {FIEnglishText("\n"), FIEnglishText("\r\n"), FIProgramSource(), FIRandomBytes()};
 }
