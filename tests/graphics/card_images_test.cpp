@@ -6,8 +6,8 @@
 #include <cstring>
 #include <string>
 
-#include "file_case.h"
 #include "reader/reader.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 #include "support/process_heap.h"
 
@@ -264,18 +264,18 @@ TEST(Iges, ReadsFromTheStartWhereverTheReaderStands) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"IgesWithTwoSections",       R"(" text"*14 "  S      1" 0A "1H,,1H;," " "*64 "G      1" 0A)",                                    1569, 241_row},
     {"IgesFromTheGlobalSection",  R"("1H,,1H;," " "*64 "G      1" 0D 0A)",                                                            1569, 241_row},
     // clang-format on
 };
 
-class IgesRequest : public testing::TestWithParam<FileCase> {};
+class IgesRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(IgesRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(IgesRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, IgesRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, IgesRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(IgesRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("only S cards", Card('S', "0000001") + "\n" + Card('S', "0000002") + "\n", 241_row);

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -179,7 +179,7 @@ TEST(Cgm, RewindsTheReader) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"SmallestMetafile",    R"(00 20 10 22 00 01)",                                                      1528, 381_row},
     {"MetafileWithAName",   R"(00 29 08 "drawing." 00 10 22 00 01 10 A6 00 01 00 0A 00 01)",             1528, 381_row},
@@ -187,11 +187,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class CgmRequest : public testing::TestWithParam<FileCase> {};
+class CgmRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(CgmRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(CgmRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, CgmRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, CgmRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(CgmRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("version 5", FIBytes("00 20 10 22 00 05"), 381_row);

@@ -1,7 +1,7 @@
 // Three records of three classes.
 #include "graphics/class_records.h"
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
@@ -71,18 +71,18 @@ TEST(ClassRecords, SeekBehindTheLastRecordMayBeRefused) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"ClassRecords",               R"(w:0x0800 w:0 w:0x0900 w:0 w:0x0A00 w:0)",                                     1601, 113_row},
     {"ClassRecordsWithTopBits",    R"(w:0x8A00 w:0 w:0x0901 w:0 w:0x8800 w:0)",                                     1601, 113_row},
     // clang-format on
 };
 
-class ClassRecordsRequest : public testing::TestWithParam<FileCase> {};
+class ClassRecordsRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(ClassRecordsRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(ClassRecordsRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, ClassRecordsRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, ClassRecordsRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(ClassRecordsRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("class 8 twice", FIBytes("w:0x0800 w:0 w:0x0800 w:0 w:0x0900 w:0"), 113_row);

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
@@ -79,7 +79,7 @@ TEST(CorelRiff, OnlyTheSecondRewindCounts) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"CorelDraw9",                 R"("RIFF" d:100 "CDR9vrsn")",                                                    1598, 222_row},
     {"CorelDraw11",                R"("RIFF" d:100 "CDRBvrsn")",                                                    1630, 222_row},
@@ -87,11 +87,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class CorelRequest : public testing::TestWithParam<FileCase> {};
+class CorelRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(CorelRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(CorelRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, CorelRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, CorelRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(CorelRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("CorelDRAW 3", FIBytes(R"("RIFF" d:100 "CDR3vrsn")"), 222_row);

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "file_case.h"
 #include "platform/base_utility.h"
 #include "reader/reader.h"
 #include "reader/text_line.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -350,7 +350,7 @@ TEST(Pdf, OnlyTheSecondRewindCounts) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"Dxf",                          R"("  0" 0D 0A "SECTION" 0D 0A "  2" 0D 0A "HEADER" 0D 0A)",                    1544,  88_row},
     {"DxfInSmallLetters",            R"("0" 0A "section  " 0A "2" 0A "header" 0A)",                                  1544,  88_row},
@@ -370,11 +370,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class DrawingRequest : public testing::TestWithParam<FileCase> {};
+class DrawingRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(DrawingRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(DrawingRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, DrawingRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, DrawingRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(DrawingRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("group code 1", FIBytes(R"("1" 0A "SECTION" 0A)"), 88_row);

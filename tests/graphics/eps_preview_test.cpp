@@ -1,7 +1,7 @@
 // Encapsulated PostScript with a preview.
 #include "graphics/eps_preview.h"
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
@@ -44,7 +44,7 @@ TEST(EpsPreview, FailingRewindIsNoAnswer) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"EpsWithPreview",             R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0 d:34 d:4 FF FF "%!PSII*" 00)",                   1504, 173_row},
     {"EpsOf20Bytes",               R"(C5 D0 D3 C6 d:30 d:4 d:0 d:0)",                                               1504, 173_row},
@@ -52,10 +52,10 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class EpsPreviewRequest : public testing::TestWithParam<FileCase> {};
+class EpsPreviewRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(EpsPreviewRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(EpsPreviewRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, EpsPreviewRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, EpsPreviewRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 }  // namespace

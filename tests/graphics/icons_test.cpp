@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
@@ -61,18 +61,18 @@ TEST(IconFile, EachFailingSeekIsNoAnswer) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"Icon",                       R"(00 00 01 00 01 00 10 10 10 00 00 00 00 00 d:296 d:22 d:40 d:16 d:32 00*284)", 1515, 171_row},
     {"Cursor",                     R"(00 00 02 00 01 00 10 10 10 00 00 00 00 00 d:296 d:22 d:40 d:16 d:32 00*284)", 1516, 171_row},
     // clang-format on
 };
 
-class IconRequest : public testing::TestWithParam<FileCase> {};
+class IconRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(IconRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(IconRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, IconRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, IconRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(IconRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("icon of a PNG", FIBytes(R"(00 00 01 00 01 00 00*12 d:22 89 "PNG" 0D 0A 1A 0A)"), 171_row);

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -116,7 +116,7 @@ TEST(Jpeg, FailingSeekIsTheAnswerOfTheWholeRequest) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"Jpeg",                       R"(FF D8 FF E0 W:16 "JFIF" 00 01 01 00 00 01 00 01 00 00 FF DB W:4 00 00 FF DA)", 1535, 166_row},
     {"ProgressiveJpeg",            R"(FF D8 FF E0 W:16 "JFIF" 00 01 01 00 00 01 00 01 00 00 FF DB W:4 00 00 FF C2)", 1599, 166_row},
@@ -124,11 +124,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class JpegRequest : public testing::TestWithParam<FileCase> {};
+class JpegRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(JpegRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(JpegRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, JpegRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, JpegRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(JpegRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("FF D8 FF DA", FIBytes("FF D8 FF DA 00 08 01 01 00 00 3F 00"), 166_row);

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -135,7 +135,7 @@ TEST(MacPaint, RewindsTheReader) { EXPECT_EQ(FIAnswerOf(FIProbeMacPaint, FIBytes
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"MacPaint",                    R"(00*512 (B9 00)*11)",                                    1518, 361_row},
     {"MacPaintOfAllGroups",         R"(00*512 (00 11 0E 22*15 C9 33)*11 00*20)",               1518, 361_row},
@@ -143,11 +143,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class MacPaintRequest : public testing::TestWithParam<FileCase> {};
+class MacPaintRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(MacPaintRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(MacPaintRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, MacPaintRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, MacPaintRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(MacPaintRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("a line of 73", FIBytes("00*512 (B8 00) (B9 00)*10"), 361_row);

@@ -1,7 +1,7 @@
 // A chain of marked records.
 #include "graphics/marked_records.h"
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -81,17 +81,17 @@ INSTANTIATE_TEST_SUITE_P(MarkedRecords, ProbeMarkedRecords, testing::ValuesIn(ma
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"MarkedRecords",             R"(02 02 00 00 02 02 01 7E 02 02 01 7F 02 02 02 7E)",                                               1570, 244_row},
     // clang-format on
 };
 
-class MarkedRecordsRequest : public testing::TestWithParam<FileCase> {};
+class MarkedRecordsRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(MarkedRecordsRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(MarkedRecordsRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, MarkedRecordsRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, MarkedRecordsRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(MarkedRecordsRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("no closing mark", FIBytes("02 02 01 7E 02 02 01 7F"), 244_row);

@@ -1,7 +1,7 @@
 // The Netpbm formats.
 #include "graphics/netpbm.h"
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -73,7 +73,7 @@ TEST(Netpbm, FailingRewindIsNoAnswer) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"Pbm",                       R"("P1" 0A "2 2" 0A "1 0" 0A "0 1" 0A)",                                                            1588, 359_row},
     {"PgmRaw",                    R"("P5" 0A "# by hand" 0A "2 2" 0A "255" 0A 01 02 03 04)",                                          1589, 359_row},
@@ -81,11 +81,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class NetpbmRequest : public testing::TestWithParam<FileCase> {};
+class NetpbmRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(NetpbmRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(NetpbmRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, NetpbmRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, NetpbmRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(NetpbmRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("P7", "P7\n1 1\n", 359_row);

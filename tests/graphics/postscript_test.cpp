@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -149,7 +149,7 @@ TEST(PostScript, ReadsNoFurtherThanALinesLimit) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"PostScript",                    R"("%!PS" 0A "showpage" 0A)",                                      1580, 387_row},
     {"AdobesCommentHasALaterRow",     R"("%!PS-Adobe-3.0" 0A "showpage" 0A)",                            1580, 387_row},
@@ -160,11 +160,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class PostScriptRequest : public testing::TestWithParam<FileCase> {};
+class PostScriptRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(PostScriptRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(PostScriptRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, PostScriptRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, PostScriptRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(PostScriptRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("text in front", "some text\n%!PS\n", 387_row);

@@ -16,9 +16,9 @@
 #include <string_view>
 #include <vector>
 
-#include "file_case.h"
 #include "graphics/fax_codes.h"
 #include "reader/reader.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 #include "support/process_heap.h"
 

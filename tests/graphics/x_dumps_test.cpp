@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
@@ -66,17 +66,17 @@ TEST(Xwd, EachFailingSeekIsNoAnswer) {
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"Xwd",                        R"(D:101 D:7 D:2 D:8 D:1 D:1 D:0 D:1 D:32 D:1 D:32 D:8 D:4 D:3 00*44)",          1575, 247_row},
     // clang-format on
 };
 
-class XwdRequest : public testing::TestWithParam<FileCase> {};
+class XwdRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(XwdRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(XwdRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, XwdRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, XwdRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(XwdRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("a dump of depth 16", FIBytes("D:101 D:7 D:2 D:16 D:1 D:1 D:0 D:1 D:32 D:1 D:32 D:8 D:4 D:3"),

@@ -1,7 +1,7 @@
 // X bitmaps and pixmaps.
 #include "graphics/x_images.h"
 
-#include "file_case.h"
+#include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
@@ -132,7 +132,7 @@ INSTANTIATE_TEST_SUITE_P(Xpm, ProbeXpm, testing::ValuesIn(xpmCases), FICaseName)
 
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
-const FileCase fileCases[] = {
+const DecidedCase fileCases[] = {
     // clang-format off
     {"Xbm",                       R"("#define x_width 8" 0A "#define x_height 8" 0A "static char x_bits[] = {" 0A "0x00, 0x01, 0x02" 0A)", 1571, 245_row},
     {"XbmWithHotSpot",            R"("#define w 8" 0A "#define h 8" 0A "#define x 1" 0A "#define y 1" 0A "static char b[] = {" 0A)",   1571, 245_row},
@@ -142,11 +142,11 @@ const FileCase fileCases[] = {
     // clang-format on
 };
 
-class XImageRequest : public testing::TestWithParam<FileCase> {};
+class XImageRequest : public testing::TestWithParam<DecidedCase> {};
 
-TEST_P(XImageRequest, Answers) { FIExpectFileCase(GetParam()); }
+TEST_P(XImageRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, XImageRequest, testing::ValuesIn(fileCases), FIFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Files, XImageRequest, testing::ValuesIn(fileCases), FIDecidedName);
 
 TEST(XImageRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("thirteen tokens", "#define x_width 8 #define x_height 8 static char x_bits[] = { a b",
