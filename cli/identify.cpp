@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr std::uint32_t openMode = 1;
-
 std::string ReasonOf(int reason) { return reason == 0 ? "can't be read" : std::strerror(reason); }
 
 std::string DescribeOpenFailure(const std::string& path, int reason) {
@@ -52,7 +50,7 @@ void IdentifyHandle(HIOFILE handle, std::uint32_t flags, Record& record) {
 void IdentifyDescriptor(const IODescriptorSpec& specification, const std::string& inputName, std::uint32_t flags,
                         Record& record) {
     HIOFILE handle = nullptr;
-    if (IOOpen(&handle, IOSpecDescriptor, &specification, openMode) != 0) {
+    if (IOOpen(&handle, IOSpecDescriptor, &specification, IOOpenRead) != 0) {
         record.error = inputName + ": " + ReasonOf(errno);
         return;
     }
@@ -78,7 +76,7 @@ Record IdentifyPath(const std::string& path, std::uint32_t flags) {
     Record record;
     record.path = path;
     HIOFILE handle = nullptr;
-    if (IOOpen(&handle, IOSpecNarrow, path.c_str(), openMode) != 0) {
+    if (IOOpen(&handle, IOSpecNarrow, path.c_str(), IOOpenRead) != 0) {
         record.error = DescribeOpenFailure(path, errno);
         return record;
     }

@@ -8,6 +8,7 @@
 #include "catalogue/format_not_known.h"
 #include "core/interpreter.h"
 #include "platform/base_utility.h"
+#include "reader/ascii_case.h"
 #include "reader/reader.h"
 #include "signatures/table.h"
 #include "text/encoded_text.h"
@@ -26,13 +27,6 @@ union FIFileName {
     std::uint16_t wide[nameBytes / sizeof(std::uint16_t)];
 };
 
-// Only ASCII letters change, on every machine. A locale's toupper could change bytes of 128 and above, but none of them
-// stands in an extension that the table tests for.
-char FIUpperAscii(std::uint8_t character) {
-    const bool lower = character >= 'a' && character <= 'z';
-    return static_cast<char>(lower ? character - 'a' + 'A' : character);
-}
-
 // Copies the characters behind the last dot, upper-cased, at most four; the rest is dropped. Directories are not known
 // here: a dot in one counts if it is the last. Of a 16-bit unit only the low byte is kept, so U+0144 counts as 'D'.
 template <typename Unit>
@@ -43,7 +37,7 @@ void FICutExtension(const Unit* name, std::size_t capacity, char (&extension)[ex
     while (start > 0 && name[start - 1] != '.') --start;
     if (start == 0) return;
     for (std::size_t index = 0; index < extensionLength && start + index < end; ++index) {
-        extension[index] = FIUpperAscii(static_cast<std::uint8_t>(name[start + index]));
+        extension[index] = FIUpperAscii(static_cast<char>(name[start + index] & 0xFF));
     }
 }
 

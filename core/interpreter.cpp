@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "core/routines.h"
+#include "reader/file_end.h"
 #include "reader/little_endian.h"
 #include "reader/reader.h"
 
@@ -49,12 +50,10 @@ bool FITakeEither(FIReader& reader, const std::uint8_t* operand) {
     return byte == operand[0] || byte == operand[1];
 }
 
-// Moves the handle to the place, asks where that is, and lets the reader go there: in its buffer if it can.
+// Asks the handle for the place, and lets the reader go there: in its buffer if it can.
 bool FISeekFromEnd(FIReader& reader, std::int32_t offset) {
-    const HIOFILE file = reader.file;
     std::uint32_t position = 0;
-    return file->operations.IOSeek(file, IOOriginEnd, offset) == 0 && file->operations.IOTell(file, &position) == 0 &&
-           FIReaderSeek(reader, position) == 0;
+    return FITellFromEnd(reader.file, offset, position) && FIReaderSeek(reader, position) == 0;
 }
 
 // Compares the text with the start of the extension and moves on in it: a longer extension passes, a shorter one fails

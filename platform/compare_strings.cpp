@@ -2,20 +2,19 @@
 #include <cstdint>
 
 #include "platform/base_utility.h"
+#include "reader/ascii_case.h"
 
 namespace {
 
-std::int32_t UTLowerAscii(char character) {
-    const auto byte = static_cast<std::uint8_t>(character);
-    return byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte;
-}
+// As a byte: letters above ASCII come behind all others, whatever char is.
+std::uint8_t UTLowerByte(char character) { return static_cast<std::uint8_t>(FILowerAscii(character)); }
 
 }  // namespace
 
 extern "C" std::int32_t lstrcmpiA(const char* first, const char* second) {
-    while (*first != '\0' && UTLowerAscii(*first) == UTLowerAscii(*second)) {
+    while (*first != '\0' && UTLowerByte(*first) == UTLowerByte(*second)) {
         ++first;
         ++second;
     }
-    return UTLowerAscii(*first) - UTLowerAscii(*second);
+    return UTLowerByte(*first) - UTLowerByte(*second);
 }

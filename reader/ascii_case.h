@@ -1,5 +1,5 @@
-// ascii_case.h - small letters for capitals, and capitals for small letters. ASCII letters alone: every other value stays what it is, also letters of
-// other alphabets, whatever the locale.
+// ascii_case.h - small letters for capitals, and capitals for small letters. ASCII letters alone: every other value stays
+// what it is, also letters of other alphabets, whatever the locale.
 #pragma once
 
 #include <cstdint>

@@ -17,16 +17,10 @@ constexpr std::uint16_t encryptedFlag = 1;
 constexpr std::uint16_t storedMethod = 0;
 constexpr std::uint16_t deflatedMethod = 8;
 
-// An archive and a stored member hold nothing but their record.
-void UTReleaseNothing(UTHandle&) {}
-
 struct UTArchive {
-    UTHandle handle;  // first
+    UTHandle handle;
     ZADirectory directory;
 };
-
-// A record's handle is its first member.
-UTArchive& UTArchiveOf(UTHandle& handle) { return reinterpret_cast<UTArchive&>(handle); }
 
 std::int32_t UTReadArchive(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                            std::uint32_t& count) {
@@ -35,22 +29,20 @@ std::int32_t UTReadArchive(UTHandle& handle, std::uint64_t offset, void* destina
 
 std::uint64_t UTArchiveSize(UTHandle& handle) { return UTGetSize(*handle.parent); }
 
-constexpr UTHandleKind archiveKind = {UTReadArchive, UTArchiveSize, UTReleaseNothing};
+constexpr UTHandleKind archiveKind = {UTReadArchive, UTArchiveSize, nullptr};
 
 // ---- Stored members ------------------------------------------------------------------------------------------------
 
 struct UTStoredMember {
-    UTHandle handle;  // first
+    UTHandle handle;
     std::uint64_t start;
     std::uint64_t size;       // the packed one
     std::uint64_t available;  // bytes of it that the file has
 };
 
-UTStoredMember& UTStoredOf(UTHandle& handle) { return reinterpret_cast<UTStoredMember&>(handle); }
-
 std::int32_t UTReadStored(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                           std::uint32_t& count) {
-    const UTStoredMember& member = UTStoredOf(handle);
+    const UTStoredMember& member = UTRecordOf<UTStoredMember>(handle);
     count = 0;
     if (size == 0 || offset >= member.size) return 0;
     if (offset >= member.available) return -1;  // the file was cut
@@ -58,49 +50,45 @@ std::int32_t UTReadStored(UTHandle& handle, std::uint64_t offset, void* destinat
     return UTReadAt(*handle.parent, member.start + offset, destination, wanted, count);
 }
 
-std::uint64_t UTStoredSize(UTHandle& handle) { return UTStoredOf(handle).size; }
+std::uint64_t UTStoredSize(UTHandle& handle) { return UTRecordOf<UTStoredMember>(handle).size; }
 
-constexpr UTHandleKind storedKind = {UTReadStored, UTStoredSize, UTReleaseNothing};
+constexpr UTHandleKind storedKind = {UTReadStored, UTStoredSize, nullptr};
 
 UTHandle* UTOpenStored(UTHandle& archive, const ZAEntry& entry, std::uint64_t dataOffset) {
-    UTHandle* const handle = UTNewHandle(storedKind, sizeof(UTStoredMember), &archive);
-    if (handle == nullptr) return nullptr;
+    auto* const member = UTNewHandleRecord<UTStoredMember>(storedKind, &archive);
+    if (member == nullptr) return nullptr;
     const std::uint64_t fileSize = UTGetSize(archive);
-    UTStoredMember& member = UTStoredOf(*handle);
-    member.start = dataOffset;
-    member.size = entry.packedSize;
-    member.available = dataOffset < fileSize ? std::min(entry.packedSize, fileSize - dataOffset) : 0;
-    return handle;
+    member->start = dataOffset;
+    member->size = entry.packedSize;
+    member->available = dataOffset < fileSize ? std::min(entry.packedSize, fileSize - dataOffset) : 0;
+    return &member->handle;
 }
 
 // ---- Deflated members ----------------------------------------------------------------------------------------------
 
 struct UTPackedMember {
-    UTHandle handle;  // first
+    UTHandle handle;
     std::uint64_t sizeTold;
     ZAUnpacker unpacker;
 };
 
-UTPackedMember& UTPackedOf(UTHandle& handle) { return reinterpret_cast<UTPackedMember&>(handle); }
-
 std::int32_t UTReadPacked(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                           std::uint32_t& count) {
-    return ZAReadUnpacked(UTPackedOf(handle).unpacker, offset, destination, size, count);
+    return ZAReadUnpacked(UTRecordOf<UTPackedMember>(handle).unpacker, offset, destination, size, count);
 }
 
-std::uint64_t UTPackedSize(UTHandle& handle) { return UTPackedOf(handle).sizeTold; }
+std::uint64_t UTPackedSize(UTHandle& handle) { return UTRecordOf<UTPackedMember>(handle).sizeTold; }
 
-void UTReleasePacked(UTHandle& handle) { ZAStopUnpacker(UTPackedOf(handle).unpacker); }
+void UTReleasePacked(UTHandle& handle) { ZAStopUnpacker(UTRecordOf<UTPackedMember>(handle).unpacker); }
 
 constexpr UTHandleKind packedKind = {UTReadPacked, UTPackedSize, UTReleasePacked};
 
 UTHandle* UTOpenPacked(UTHandle& archive, const ZAEntry& entry, std::uint64_t dataOffset) {
-    UTHandle* const handle = UTNewHandle(packedKind, sizeof(UTPackedMember), &archive);
-    if (handle == nullptr) return nullptr;
-    UTPackedMember& member = UTPackedOf(*handle);
-    member.sizeTold = entry.size;
-    if (ZAStartUnpacker(member.unpacker, archive, entry, dataOffset) == 0) return handle;
-    UTCloseHandle(*handle);
+    auto* const member = UTNewHandleRecord<UTPackedMember>(packedKind, &archive);
+    if (member == nullptr) return nullptr;
+    member->sizeTold = entry.size;
+    if (ZAStartUnpacker(member->unpacker, archive, entry, dataOffset) == 0) return &member->handle;
+    UTCloseHandle(member->handle);
     return nullptr;
 }
 
@@ -109,7 +97,7 @@ UTHandle* UTOpenPacked(UTHandle& archive, const ZAEntry& entry, std::uint64_t da
 UTHandle* UTOpenEntry(UTHandle& archive, const ZAEntry& entry) {
     std::uint64_t dataOffset = 0;
     if ((entry.flags & encryptedFlag) != 0) return nullptr;
-    if (!ZAFindData(archive, UTArchiveOf(archive).directory, entry, dataOffset)) return nullptr;
+    if (!ZAFindData(archive, UTRecordOf<UTArchive>(archive).directory, entry, dataOffset)) return nullptr;
     switch (entry.method) {
         case storedMethod:
             return UTOpenStored(archive, entry, dataOffset);
@@ -132,7 +120,7 @@ void UTNameMember(UTHandle& member, std::string_view name) {
 UTHandle* UTOpenNamed(UTHandle& archive, std::string_view name, bool anyCase) {
     if (!UTIsArchive(archive)) return nullptr;
     ZAEntry entry;
-    if (!ZAFindEntry(archive, UTArchiveOf(archive).directory, name, anyCase, entry)) return nullptr;
+    if (!ZAFindEntry(archive, UTRecordOf<UTArchive>(archive).directory, name, anyCase, entry)) return nullptr;
     UTHandle* const member = UTOpenEntry(archive, entry);
     if (member != nullptr) UTNameMember(*member, name);
     return member;
@@ -145,18 +133,18 @@ UTHandle* UTOpenArchive(UTHandle& parent) {
     if (!ZAFindDirectory(parent, directory)) return nullptr;
     // The package routine leaves this handle open on one path, where its setting is refused. It is a child of the
     // file's handle, which frees it when it is closed.
-    UTHandle* const handle = UTNewHandle(archiveKind, sizeof(UTArchive), &parent);
-    if (handle == nullptr) return nullptr;
-    UTArchiveOf(*handle).directory = directory;
-    handle->name = parent.name;
-    return handle;
+    auto* const archive = UTNewHandleRecord<UTArchive>(archiveKind, &parent);
+    if (archive == nullptr) return nullptr;
+    archive->directory = directory;
+    archive->handle.name = parent.name;
+    return &archive->handle;
 }
 
 bool UTIsArchive(const UTHandle& handle) { return handle.kind == &archiveKind; }
 
 bool UTHasMember(UTHandle& archive, std::string_view name) {
     ZAEntry entry;
-    return UTIsArchive(archive) && ZAFindEntry(archive, UTArchiveOf(archive).directory, name, true, entry);
+    return UTIsArchive(archive) && ZAFindEntry(archive, UTRecordOf<UTArchive>(archive).directory, name, true, entry);
 }
 
 UTHandle* UTOpenMember(UTHandle& archive, const char* name) { return UTOpenNamed(archive, name, false); }

@@ -28,6 +28,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "reader/ascii_case.h"
+#include "reader/little_endian.h"
+
 namespace {
 
 constexpr std::uint32_t endRecordSize = 22;
@@ -50,43 +53,15 @@ constexpr std::uint16_t zip64BlockKind = 1;
 constexpr std::uint32_t zip64NumberSize = 8;
 constexpr std::uint32_t zip64Mark = 0xFFFFFFFF;
 
-std::uint16_t ZAWord(const std::uint8_t* bytes) { return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8); }
-
-std::uint32_t ZADWord(const std::uint8_t* bytes) {
-    return ZAWord(bytes) | static_cast<std::uint32_t>(ZAWord(bytes + 2)) << 16;
-}
-
-std::uint64_t ZAQWord(const std::uint8_t* bytes) {
-    return ZADWord(bytes) | static_cast<std::uint64_t>(ZADWord(bytes + 4)) << 32;
-}
-
 bool ZAHasSignature(const std::uint8_t* bytes, const std::uint8_t (&signature)[signatureSize]) {
     return std::equal(signature, signature + signatureSize, bytes);
 }
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
-// Reads at most size bytes at an offset, and stops as soon as it has the needed ones. Returns how many came; fewer than
-// needed when the file ends or fails in front of them.
-std::uint32_t ZARead(UTHandle& file, std::uint64_t offset, std::uint8_t* bytes, std::uint32_t needed,
-                     std::uint32_t size) {
-    std::uint32_t filled = 0;
-    while (filled < needed) {
-        std::uint32_t came = 0;
-        if (UTReadAt(file, offset + filled, bytes + filled, size - filled, came) != 0 || came == 0) break;
-        filled += came;
-    }
-    return filled;
-}
-
-// Reads exactly size bytes.
-bool ZAReadFully(UTHandle& file, std::uint64_t offset, std::uint8_t* bytes, std::uint32_t size) {
-    return ZARead(file, offset, bytes, size, size) == size;
-}
-
 bool ZALocalHeaderStandsAt(UTHandle& file, std::uint64_t offset) {
     std::uint8_t bytes[signatureSize];
-    return ZAReadFully(file, offset, bytes, signatureSize) && ZAHasSignature(bytes, localHeaderSignature);
+    return UTReadFully(file, offset, bytes, signatureSize) && ZAHasSignature(bytes, localHeaderSignature);
 }
 
 constexpr std::uint32_t scannerBytes = 16384;
@@ -120,8 +95,8 @@ const std::uint8_t* ZALook(ZAScanner& scanner, std::uint32_t size) {
         scanner.begin = 0;
         const auto room = static_cast<std::uint32_t>(
             std::min<std::uint64_t>(scannerBytes - scanner.filled, scanner.end - scanner.next));
-        const std::uint32_t came =
-            ZARead(*scanner.file, scanner.next, scanner.buffer + scanner.filled, size - scanner.filled, room);
+        std::uint32_t came = 0;
+        if (UTReadAt(*scanner.file, scanner.next, scanner.buffer + scanner.filled, room, came) != 0) return nullptr;
         scanner.next += came;
         scanner.filled += came;
         if (scanner.filled < size) return nullptr;
@@ -146,10 +121,6 @@ struct ZAWanted {
 
 enum class ZAWalk { Found, NotThere, Broken };
 
-char ZALower(char character) {
-    return static_cast<char>(character >= 'A' && character <= 'Z' ? character - 'A' + 'a' : character);
-}
-
 // Passes over a name of the wanted one's length and tells whether it is the wanted one.
 bool ZAMatchName(ZAScanner& scanner, const ZAWanted& wanted) {
     std::string_view rest = wanted.name;
@@ -159,7 +130,7 @@ bool ZAMatchName(ZAScanner& scanner, const ZAWanted& wanted) {
         const auto* const bytes = reinterpret_cast<const char*>(ZALook(scanner, piece));
         if (bytes == nullptr) return false;
         equal = equal && std::equal(bytes, bytes + piece, rest.begin(), [&](char one, char other) {
-                    return wanted.anyCase ? ZALower(one) == ZALower(other) : one == other;
+                    return wanted.anyCase ? FILowerAscii(one) == FILowerAscii(other) : one == other;
                 });
         rest.remove_prefix(piece);
         ZAPass(scanner, piece);
@@ -170,7 +141,7 @@ bool ZAMatchName(ZAScanner& scanner, const ZAWanted& wanted) {
 // Replaces a number that did not fit into the entry by the next one of the zip64 block.
 void ZAWiden(std::uint64_t& number, const std::uint8_t*& block, std::uint32_t& blockLeft) {
     if (number != zip64Mark || blockLeft < zip64NumberSize) return;
-    number = ZAQWord(block);
+    number = FILoadQWordLE(block);
     block += zip64NumberSize;
     blockLeft -= zip64NumberSize;
 }
@@ -180,8 +151,8 @@ void ZAReadExtraField(ZAScanner& scanner, std::uint32_t length, ZAEntry& entry) 
     while (length >= blockHeaderSize) {
         const std::uint8_t* const header = ZALook(scanner, blockHeaderSize);
         if (header == nullptr) return;
-        const std::uint16_t kind = ZAWord(header);
-        const std::uint32_t size = ZAWord(header + 2);
+        const std::uint16_t kind = FILoadWordLE(header);
+        const std::uint32_t size = FILoadWordLE(header + 2);
         length -= blockHeaderSize;
         ZAPass(scanner, blockHeaderSize);
         if (size > length) return;
@@ -200,11 +171,11 @@ void ZAReadExtraField(ZAScanner& scanner, std::uint32_t length, ZAEntry& entry) 
 }
 
 void ZAReadEntry(const std::uint8_t* header, ZAEntry& entry) {
-    entry.flags = ZAWord(header + 8);
-    entry.method = ZAWord(header + 10);
-    entry.packedSize = ZADWord(header + 20);
-    entry.size = ZADWord(header + 24);
-    entry.headerOffset = ZADWord(header + 42);
+    entry.flags = FILoadWordLE(header + 8);
+    entry.method = FILoadWordLE(header + 10);
+    entry.packedSize = FILoadDWordLE(header + 20);
+    entry.size = FILoadDWordLE(header + 24);
+    entry.headerOffset = FILoadDWordLE(header + 42);
 }
 
 // Walks the entries until the wanted one, or all of them when wanted is null.
@@ -215,9 +186,9 @@ ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry)
         const std::uint8_t* const header = ZALook(scanner, entryHeaderSize);
         if (header == nullptr || !ZAHasSignature(header, entrySignature)) return ZAWalk::Broken;
         ZAReadEntry(header, entry);
-        const std::uint32_t nameLength = ZAWord(header + 28);
-        const std::uint32_t extraLength = ZAWord(header + 30);
-        const std::uint32_t commentLength = ZAWord(header + 32);
+        const std::uint32_t nameLength = FILoadWordLE(header + 28);
+        const std::uint32_t extraLength = FILoadWordLE(header + 30);
+        const std::uint32_t commentLength = FILoadWordLE(header + 32);
         ZAPass(scanner, entryHeaderSize);
         if (nameLength + extraLength + commentLength > ZALeft(scanner)) return ZAWalk::Broken;
         if (wanted != nullptr && wanted->name.size() == nameLength) {
@@ -279,13 +250,13 @@ bool ZAReadZip64EndRecord(UTHandle& file, std::uint64_t endPosition, ZAEndRecord
     std::uint8_t bytes[zip64EndRecordSize];
     if (endPosition < zip64LocatorSize) return false;
     const std::uint64_t locator = endPosition - zip64LocatorSize;
-    if (!ZAReadFully(file, locator, bytes, zip64LocatorSize) || !ZAHasSignature(bytes, zip64LocatorSignature))
+    if (!UTReadFully(file, locator, bytes, zip64LocatorSize) || !ZAHasSignature(bytes, zip64LocatorSignature))
         return false;
-    const std::uint64_t places[] = {ZAQWord(bytes + 8), locator - zip64EndRecordSize};
+    const std::uint64_t places[] = {FILoadQWordLE(bytes + 8), locator - zip64EndRecordSize};
     for (const std::uint64_t place : places) {
-        if (place > locator || !ZAReadFully(file, place, bytes, zip64EndRecordSize)) continue;
+        if (place > locator || !UTReadFully(file, place, bytes, zip64EndRecordSize)) continue;
         if (!ZAHasSignature(bytes, zip64EndRecordSignature)) continue;
-        record = {place, ZAQWord(bytes + 40), ZAQWord(bytes + 48)};
+        record = {place, FILoadQWordLE(bytes + 40), FILoadQWordLE(bytes + 48)};
         return true;
     }
     return false;
@@ -294,10 +265,10 @@ bool ZAReadZip64EndRecord(UTHandle& file, std::uint64_t endPosition, ZAEndRecord
 // The length of the comment that follows the record is not looked at: a comment that was cut is of no harm.
 bool ZATryEndPosition(UTHandle& file, std::uint64_t position, std::uint64_t& budget, ZADirectory& directory) {
     std::uint8_t bytes[endRecordSize];
-    if (!ZAReadFully(file, position, bytes, endRecordSize)) return false;
+    if (!UTReadFully(file, position, bytes, endRecordSize)) return false;
     ZAEndRecord record;
     if (ZAReadZip64EndRecord(file, position, record) && ZATryEndRecord(file, record, budget, directory)) return true;
-    record = {position, ZADWord(bytes + 12), ZADWord(bytes + 16)};
+    record = {position, FILoadDWordLE(bytes + 12), FILoadDWordLE(bytes + 16)};
     return ZATryEndRecord(file, record, budget, directory);
 }
 
@@ -315,7 +286,7 @@ bool ZAFindDirectory(UTHandle& file, ZADirectory& directory) {
     for (std::uint64_t behind = last + 1; behind > first;) {
         const std::uint64_t start = behind - std::min<std::uint64_t>(behind - first, windowBytes);
         const auto starts = static_cast<std::uint32_t>(behind - start);
-        if (!ZAReadFully(file, start, window, starts + signatureSize - 1)) return false;
+        if (!UTReadFully(file, start, window, starts + signatureSize - 1)) return false;
         for (std::uint32_t index = starts; index-- > 0;) {
             if (!ZAHasSignature(window + index, endRecordSignature)) continue;
             if (ZATryEndPosition(file, start + index, budget, directory)) return true;
@@ -335,8 +306,8 @@ bool ZAFindEntry(UTHandle& file, const ZADirectory& directory, std::string_view 
 bool ZAFindData(UTHandle& file, const ZADirectory& directory, const ZAEntry& entry, std::uint64_t& offset) {
     const std::uint64_t position = entry.headerOffset + directory.shift;
     std::uint8_t header[localHeaderSize];
-    if (!ZAReadFully(file, position, header, localHeaderSize) || !ZAHasSignature(header, localHeaderSignature))
+    if (!UTReadFully(file, position, header, localHeaderSize) || !ZAHasSignature(header, localHeaderSignature))
         return false;
-    offset = position + localHeaderSize + ZAWord(header + 26) + ZAWord(header + 28);
+    offset = position + localHeaderSize + FILoadWordLE(header + 26) + FILoadWordLE(header + 28);
     return true;
 }

@@ -45,8 +45,7 @@ std::string NameOf(const std::string& fiid) {
     return "no such format";
 }
 
-// ---- Paths
-// ------------------------------------------------------------------------------------------------------------
+// ---- Paths ----------------------------------------------------------------------------------------------------------
 
 TEST_F(Program, TellsAFile) {
     Write("a.gif", "GIF89a");
@@ -86,8 +85,7 @@ TEST_F(Program, FileOf5GiBIsIdentified) {
     EXPECT_EQ(Run("$FIID --format tsv large zeros | cut -f 1,2").output, "path\tfiid\nlarge\t1503\nzeros\t1999\n");
 }
 
-// ---- Failures
-// ---------------------------------------------------------------------------------------------------------
+// ---- Failures -------------------------------------------------------------------------------------------------------
 
 TEST_F(Program, UnreadablePathsGetAMessageAndTheOthersTheirAnswers) {
     Write("a.gif", "GIF89a");
@@ -193,8 +191,7 @@ TEST_F(Program, ClosedStandardErrorLosesTheMessagesAlone) {
     EXPECT_EQ(ReadWholeFile(directory_ + "/a.gif"), "GIF89a");
 }
 
-// ---- Lists and standard input
-// ------------------------------------------------------------------------------------------
+// ---- Lists and standard input ---------------------------------------------------------------------------------------
 
 TEST_F(Program, ReadsAListOfPaths) {
     Run("mkdir d; printf GIF89a > d/b; printf GIF89a > 'a  b'; printf %%PDF-1.4 > c");
@@ -408,8 +405,7 @@ TEST_F(Program, SignalEndsBehindAWholeRecordAndIsPassedOn) {
     }
 }
 
-// ---- Output formats
-// ----------------------------------------------------------------------------------------------------
+// ---- Output formats -------------------------------------------------------------------------------------------------
 
 TEST_F(Program, WritesNdjson) {
     Write("a.gif", "GIF89a");

@@ -8,6 +8,7 @@
 #include "platform/base_utility.h"
 #include "support/probe_case.h"
 #include "support/process_heap.h"
+#include "support/row_number.h"
 #include "support/test_handle.h"
 
 namespace {
@@ -79,9 +80,8 @@ TEST(Driver, WideDotIsComparedInAllBits) {
     EXPECT_EQ(Identify(*handle), formatNotKnown);
 }
 
-TEST(Driver, ExtensionTxt2ComesFromTxt2x) {
-    // The rows for JSH and DAT and the like compare a prefix; the routine for news articles gets the extension cut
-    // to 4.
+TEST(Driver, RoutineGetsTheExtensionCutToFourCharacters) {
+    // What the routine for news articles takes for its own is NWS2, not NWS2X.
     const auto handle = FIMakeTestHandle("Newsgroups: a\nMessage-ID: b\n", "report.nws2x");
     EXPECT_EQ(Identify(*handle), 1194);
 }
@@ -144,9 +144,9 @@ TEST(Driver, NameOfATypeThatIsNotKnownIsNarrow) {
 TEST(Driver, FirstRowWithAResultDecides) {
     std::uint16_t row = 0;
     EXPECT_EQ(FIIdentifyBytes("%PDF-1.4", "a.ai", 0, &row), 1611);
-    EXPECT_EQ(row, 99);
+    EXPECT_EQ(row, 99_row);
     EXPECT_EQ(FIIdentifyBytes("%PDF-1.4", "a.pdf", 0, &row), 1557);
-    EXPECT_EQ(row, 101);
+    EXPECT_EQ(row, 101_row);
 }
 
 TEST(Driver, HandleStandsAtTheStartAfterwards) {

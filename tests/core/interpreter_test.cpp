@@ -166,8 +166,7 @@ TEST(Interpreter, SeekEndInsideTheBufferMovesOnlyTheCursor) {
     EXPECT_EQ(handle->reads, 1U);
 }
 
-// ---- Extensions
-// -------------------------------------------------------------------------------------------------------
+// ---- Extensions -----------------------------------------------------------------------------------------------------
 
 FIID RunWithExtension(const std::string& code, const std::string& extension) {
     Machine machine;
@@ -197,8 +196,7 @@ TEST(Interpreter, ExtensionReadsNothingOfTheFile) {
     EXPECT_EQ(handle->reads + handle->seeks, 0U);
 }
 
-// ---- Class identifiers
-// ------------------------------------------------------------------------------------------------
+// ---- Class identifiers ----------------------------------------------------------------------------------------------
 
 TEST(Interpreter, ClassIdIsComparedByteByByte) {
     Machine machine;
@@ -218,8 +216,7 @@ TEST(Interpreter, ClassIdFailsAtOnceForAPlainFile) {
     EXPECT_EQ(handle->reads + handle->seeks, 0U);
 }
 
-// ---- XML namespaces
-// ---------------------------------------------------------------------------------------------------
+// ---- XML namespaces -------------------------------------------------------------------------------------------------
 
 void SetNamespace(Machine& machine, const std::string& text) {
     for (std::size_t index = 0; index < text.size(); ++index) {
@@ -273,8 +270,7 @@ TEST(Interpreter, NamespaceIsScannedOnce) {
     EXPECT_EQ(handle->reads, reads);
 }
 
-// ---- Calls
-// ------------------------------------------------------------------------------------------------------------
+// ---- Calls ----------------------------------------------------------------------------------------------------------
 
 TEST(Interpreter, CallEndsTheRowWithTheRoutinesResult) {
     // 1141, vCards; what stands behind the call is never run.

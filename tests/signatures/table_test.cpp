@@ -86,8 +86,7 @@ TEST(Table, RepeatsOneRowAndOneClassIdentifier) {
     EXPECT_EQ(FIFindSignatureRow(401_row)->signature, FIFindSignatureRow(402_row)->signature);
 }
 
-// ---- The class tables behind the table
-// -------------------------------------------------------------------------------
+// ---- The class tables behind the table ------------------------------------------------------------------------------
 
 constexpr std::uint8_t highestValue = 63;
 

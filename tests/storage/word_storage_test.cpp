@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "storage/sub_objects.h"
-#include "support/one_failure.h"
+#include "support/probe_case.h"
 
 namespace {
 
@@ -151,7 +151,7 @@ decltype(IOOperations::IOOpenSub) plainOpenSub = nullptr;
 
 std::int32_t OpenWithOneFailure(HIOFILE* out, std::uint32_t kind, const void* specification, std::uint32_t flags) {
     const std::int32_t status = plainOpenSub(out, kind, specification, flags);
-    if (status == 0) FIFailOneRead(*reinterpret_cast<TestHandle*>(*out), 0);
+    if (status == 0) reinterpret_cast<TestHandle*>(*out)->failRead = 0;
     return status;
 }
 

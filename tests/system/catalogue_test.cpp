@@ -14,8 +14,7 @@
 
 namespace {
 
-// ---- Files that neither a skeleton nor a sample stands for
-// ------------------------------------------------------------
+// ---- Files that neither a skeleton nor a sample stands for ----------------------------------------------------------
 
 struct MadeFile {
     FIID fiid;
@@ -127,8 +126,7 @@ FIID IdentifyBinaryPackage() {
         {{.name = "_rels/.rels", .bytes = relationships}, {.name = "b.bin", .bytes = FIBytes("83 01 00 80 01")}}));
 }
 
-// ---- Identifiers that no file gets
-// ------------------------------------------------------------------------------------
+// ---- Identifiers that no file gets ----------------------------------------------------------------------------------
 
 const std::map<FIID, const char*> unreachable = {
     {1056,
