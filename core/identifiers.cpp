@@ -1,4 +1,4 @@
-// catalogue.cpp - the three entries that list identifiers and tell their names.
+// identifiers.cpp - the three entries that list identifiers and tell their names.
 //
 // An identifier has a name when the string service has one under its key: the catalogue has no other notion of a
 // format.
