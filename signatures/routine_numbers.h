@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <iterator>
 
 // The numbers of all routines, in ascending order.
 inline constexpr std::uint16_t routineNumbers[] = {
@@ -11,4 +10,3 @@ inline constexpr std::uint16_t routineNumbers[] = {
     1504, 1505, 1515, 1518, 1528, 1535, 1544, 1557, 1569, 1570, 1571, 1572, 1575, 1579, 1580, 1588,
     1597, 1598, 1601, 1631, 1705, 1708, 1709, 1710, 1802, 1803, 1807, 1814, 1999, 4050,
 };
-static_assert(std::size(routineNumbers) == 62);
