@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "catalogue/format_catalogue.h"
 #include "cli/run_program.h"
 
 namespace {
