@@ -6,7 +6,7 @@
 //   memory        millions of names or of elements that are open at once
 //   tags          a declared default value is an attribute of every element of that name
 //   declarations  expat follows a chain of entities by recursion, and searches a list of attributes from its start
-//   amplification expat's own guard against entities that multiply, set more strictly
+//   expansion     from here on expat guards against entities that multiply, and more strictly than by itself
 //   address       expat puts a namespace's address in front of the name of each prefixed attribute
 //   work          so it does with shorter addresses, and it goes through the open elements and the declared attributes
 #include "platform/xml/xml_parser.h"
@@ -25,13 +25,13 @@
 namespace {
 
 constexpr std::uint64_t smallestFeed = 4096;
-// Text with its expanded entities may be so many times as long as the text alone, once it is longer than expat's own
-// threshold of 8 MiB.
+// Text with its expanded entities may be so many times as long as the text alone, once it is longer than the limit of
+// expansion.
 constexpr float largestAmplification = 4.0F;
 
 // What expat may still allocate, and what became of it.
 struct UTXmlBudget {
-    std::uint64_t left = xmlMemoryLimit;
+    std::uint64_t left = 0;
     const void* lastBlock = nullptr;  // allocated last; only compared, never looked into
     bool heapExhausted = false;
 };
@@ -48,15 +48,15 @@ struct UTXmlParser {
     HIOFILE file = nullptr;
     UTXmlHandlers handlers = {};
     void* context = nullptr;
+    UTXmlLimits limits = {};
     XML_Parser expat = nullptr;
     UTXmlBudget budget = {};
     std::uint64_t fed = 0;  // bytes of text given to expat
     std::uint64_t work = 0;
-    std::uint64_t workLimit = 0;
     std::uint64_t openElements = 0;
     UTXmlDeclared declared = {};
-    std::uint32_t tagsLeft = xmlTagLimit;
-    std::uint32_t declarationsLeft = xmlDeclarationLimit;
+    std::uint32_t tagsLeft = 0;
+    std::uint32_t declarationsLeft = 0;
     bool paused = false;
     bool lastFed = false;  // expat was told that no more comes
     bool ended = false;
@@ -123,7 +123,7 @@ constexpr XML_Memory_Handling_Suite memoryFunctions = {UTXmlAllocate, UTXmlReall
 // ---- Work ----------------------------------------------------------------------------------------------------------
 
 std::uint64_t UTXmlWorkLeft(const UTXmlParser& parser) {
-    return parser.workLimit - std::min(parser.work, parser.workLimit);
+    return parser.limits.work - std::min(parser.work, parser.limits.work);
 }
 
 // Counts work that expat has done or is about to do. Where it goes beyond the limit, the document ends.
@@ -188,7 +188,7 @@ void XMLCALL UTXmlOnNamespace(void* context, const XML_Char* prefix, const XML_C
     UTXmlParser& parser = *static_cast<UTXmlParser*>(context);
     const std::uint64_t length = UTXmlLength(address);
     UTXmlCountWork(parser, UTXmlLength(prefix) + length + parser.declared.attributes * xmlStepWork);
-    if (length > xmlAddressLimit) UTXmlStop(parser);
+    if (length > parser.limits.address) UTXmlStop(parser);
 }
 
 void XMLCALL UTXmlOnStartTag(void* context, const XML_Char* name, const XML_Char** attributes) {
@@ -224,8 +224,10 @@ std::uint64_t UTXmlPendingBytes(const UTXmlParser& parser) {
 // The size of the next portion; 0 where a limit ends the text. With a long token the portions grow, for expat may scan
 // it from its start for each.
 std::uint64_t UTXmlNextPortion(const UTXmlParser& parser, std::uint64_t pending) {
-    if (pending >= xmlTokenLimit) return 0;
-    const std::uint64_t portion = std::min(std::clamp(pending, smallestFeed, xmlTokenLimit), xmlTextLimit - parser.fed);
+    const UTXmlLimits& limits = parser.limits;
+    if (pending >= limits.token) return 0;
+    const std::uint64_t wanted = std::max(pending, std::min(smallestFeed, limits.token));
+    const std::uint64_t portion = std::min(wanted, limits.text - parser.fed);
     return pending + portion <= UTXmlWorkLeft(parser) ? portion : 0;
 }
 
@@ -242,7 +244,7 @@ std::uint32_t UTXmlRead(HIOFILE file, std::byte* buffer, std::uint32_t size) {
 // Gives expat the next bytes.
 XML_Status UTXmlFeed(UTXmlParser& parser) {
     const std::uint64_t pending = UTXmlPendingBytes(parser);
-    const auto portion = static_cast<std::uint32_t>(UTXmlNextPortion(parser, pending));  // not above xmlTokenLimit
+    const auto portion = static_cast<std::uint32_t>(UTXmlNextPortion(parser, pending));  // not above the token limit
     std::uint32_t came = 0;
     if (portion > 0) {
         void* const buffer = XML_GetBuffer(parser.expat, static_cast<int>(portion));
@@ -269,18 +271,22 @@ bool UTXmlMakeExpat(UTXmlParser& parser) {
     XML_SetAttlistDeclHandler(parser.expat, UTXmlOnAttributeList);
     static_cast<void>(XML_SetParamEntityParsing(parser.expat, XML_PARAM_ENTITY_PARSING_NEVER));
     static_cast<void>(XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser.expat, largestAmplification));
+    static_cast<void>(XML_SetBillionLaughsAttackProtectionActivationThreshold(parser.expat, parser.limits.expansion));
     return true;
 }
 
 }  // namespace
 
-UTXmlParser* UTXmlNewParser(HIOFILE file, const UTXmlHandlers& handlers, void* context, std::uint64_t workLimit) {
+UTXmlParser* UTXmlNewParser(HIOFILE file, const UTXmlHandlers& handlers, void* context, const UTXmlLimits& limits) {
     auto* const parser = UTNewRecord<UTXmlParser>();
     if (parser == nullptr) return nullptr;
     parser->file = file;
     parser->handlers = handlers;
     parser->context = context;
-    parser->workLimit = workLimit;
+    parser->limits = limits;
+    parser->budget.left = limits.memory;
+    parser->tagsLeft = limits.tags;
+    parser->declarationsLeft = limits.declarations;
     if (UTXmlMakeExpat(*parser)) return parser;
     UTDeleteRecord(*parser);
     return nullptr;

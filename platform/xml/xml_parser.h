@@ -10,24 +10,28 @@
 
 #include "fiid.h"
 
-// A document ends for the parser, as at an error, where it would go beyond one of these.
+// The bounds of a document. It ends for the parser, as at an error, where it would go beyond one of them.
+struct UTXmlLimits {
+    // Bytes of XML text read in all.
+    std::uint64_t text = std::uint64_t{64} << 20;
+    // Bytes of one token, such as a tag or a comment. One of this size always passes, one of twice the size never.
+    std::uint64_t token = std::uint64_t{1} << 20;
+    // Bytes that expat holds at a time: names, elements that are open, the token.
+    std::uint64_t memory = std::uint64_t{16} << 20;
+    // Start tags and attributes, with those that have their value from the DTD.
+    std::uint32_t tags = 4000000;
+    // Entities and attributes that the DTD declares.
+    std::uint32_t declarations = 1000;
+    // Bytes of a namespace's address.
+    std::size_t address = 1024;
+    // Work: bytes that expat reads, copies and compares, as UTXmlWorkOf counts them. Elements, and attributes without a
+    // prefix, cost about what their text is long. Before a prefixed attribute's name expat puts the namespace's
+    // address: with addresses of 60 bytes, text full of such attributes costs four to five times its length.
+    std::uint64_t work = std::uint64_t{6 * 64} << 20;
+    // Bytes of text with its expanded entities up to which they may multiply as they like.
+    std::uint64_t expansion = std::uint64_t{8} << 20;
+};
 
-// Bytes of XML text read in all.
-inline constexpr std::uint64_t xmlTextLimit = std::uint64_t{64} << 20;
-// Bytes of one token, such as a tag or a comment. One of this size always passes, one of twice the size never.
-inline constexpr std::uint64_t xmlTokenLimit = std::uint64_t{1} << 20;
-// Bytes that expat holds at a time: names, elements that are open, the token.
-inline constexpr std::uint64_t xmlMemoryLimit = std::uint64_t{16} << 20;
-// Start tags and attributes, with those that have their value from the DTD.
-inline constexpr std::uint32_t xmlTagLimit = 4000000;
-// Entities and attributes that the DTD declares.
-inline constexpr std::uint32_t xmlDeclarationLimit = 1000;
-// Bytes of a namespace's address.
-inline constexpr std::size_t xmlAddressLimit = 1024;
-// Work: bytes that expat reads, copies and compares, as UTXmlWorkOf counts them. Elements, and attributes without a
-// prefix, cost about what their text is long. Before a prefixed attribute's name expat puts the namespace's address:
-// with addresses of 60 bytes, text full of such attributes costs four to five times its length.
-inline constexpr std::uint64_t xmlWorkLimit = 6 * xmlTextLimit;
 // What an element or a declaration that expat passes in a list counts for.
 inline constexpr std::uint64_t xmlStepWork = 32;
 
@@ -44,10 +48,8 @@ struct UTXmlHandlers {
     void (*endTag)(void* context, const char* name);  // null when not wanted
 };
 
-// A parser that reads a handle from where it stands. Returns null when memory is exhausted. Only tests set another
-// limit of work.
-UTXmlParser* UTXmlNewParser(HIOFILE file, const UTXmlHandlers& handlers, void* context,
-                            std::uint64_t workLimit = xmlWorkLimit);
+// A parser that reads a handle from where it stands. Returns null when memory is exhausted. Only tests set other limits.
+UTXmlParser* UTXmlNewParser(HIOFILE file, const UTXmlHandlers& handlers, void* context, const UTXmlLimits& limits = {});
 
 // Goes on with the document. Returns true when a handler asked for a pause, and false when there is no more: at the
 // end, at an error, when a handler asked for the end, and in every call from then on.

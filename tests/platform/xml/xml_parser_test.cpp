@@ -1,4 +1,5 @@
-// The bounds of the XML parser: both sides of each, and documents that are made to cost much.
+// The bounds of the XML parser: both sides of each, and documents that are made to cost much. Most run with limits much
+// smaller than those that hold by default, and so with small documents.
 #include "platform/xml/xml_parser.h"
 
 #include <gtest/gtest.h>
@@ -70,59 +71,109 @@ void CountEnd(void* context, const char*) { ++static_cast<Counts*>(context)->end
 
 // Runs the parser over a document to the end that it finds.
 Counts CountsOf(std::string head, std::string piece, std::uint64_t pieces, std::string tail,
-                std::uint64_t workLimit = xmlWorkLimit) {
+                const UTXmlLimits& limits = {}) {
     LongDocument document = {{}, std::move(head), std::move(piece), pieces, std::move(tail)};
     const std::size_t blocks = FIHeapBlocks();
     document.file.operations.IORead = Read;
     Counts counts;
-    UTXmlParser* const parser = UTXmlNewParser(&document.file, {CountStart, CountEnd}, &counts, workLimit);
+    UTXmlParser* const parser = UTXmlNewParser(&document.file, {CountStart, CountEnd}, &counts, limits);
+    if (parser == nullptr) return counts;
     EXPECT_FALSE(UTXmlGoOn(*parser));
     EXPECT_FALSE(UTXmlGoOn(*parser));
     counts.work = UTXmlWorkOf(*parser);
     UTXmlFreeParser(*parser);
     EXPECT_EQ(FIHeapBlocks(), blocks);
-    EXPECT_LE(document.delivered, xmlTextLimit);
+    EXPECT_LE(document.delivered, limits.text);
     return counts;
 }
 
 // ---- Limits --------------------------------------------------------------------------------------------------------
 
+constexpr UTXmlLimits defaults;
+
+TEST(XmlParser, LimitsByDefault) {
+    EXPECT_EQ(defaults.text, 67108864U);
+    EXPECT_EQ(defaults.token, 1048576U);
+    EXPECT_EQ(defaults.memory, 16777216U);
+    EXPECT_EQ(defaults.tags, 4000000U);
+    EXPECT_EQ(defaults.declarations, 1000U);
+    EXPECT_EQ(defaults.address, 1024U);
+    EXPECT_EQ(defaults.work, 402653184U);
+    EXPECT_EQ(defaults.expansion, 8388608U);
+}
+
 TEST(XmlParser, TextCountsToTheLimit) {
     const std::string head = "<a>";
     const std::string last = "<b/>";
-    const std::uint64_t blanks = xmlTextLimit - head.size() - last.size();
-    EXPECT_EQ(CountsOf(head, " ", blanks, last + "</a>").lastStart, "b");
-    EXPECT_EQ(CountsOf(head, " ", blanks + 1, last + "</a>").lastStart, "a");
+    // Below the smallest portion, of two whole ones, and in the middle of the third.
+    for (const std::uint64_t text : {100U, 4095U, 4096U, 4097U, 8192U, 10000U}) {
+        const UTXmlLimits limits = {.text = text};
+        const std::uint64_t blanks = text - head.size() - last.size();
+        EXPECT_EQ(CountsOf(head, " ", blanks, last, limits).lastStart, "b") << text;
+        EXPECT_EQ(CountsOf(head, " ", blanks, last + "</a>", limits).lastStart, "b") << text;
+        EXPECT_EQ(CountsOf(head, " ", blanks + 1, last + "</a>", limits).lastStart, "a") << text;
+    }
+    EXPECT_EQ(CountsOf("", "<a/>", 1, "", {.text = 0}).starts, 0U);
 }
 
 TEST(XmlParser, ATokenOfTheLimitPassesAndOneOfTwiceTheLimitDoesNot) {
     const std::string head = "<a><b x='";
     const std::string tail = "'/></a>";
     const std::uint64_t rest = std::strlen("<b x=''/>");
-    EXPECT_EQ(CountsOf(head, "v", xmlTokenLimit - rest, tail).starts, 2U);
-    EXPECT_EQ(CountsOf(std::string(5000, ' ') + head, "v", xmlTokenLimit - rest, tail).starts, 2U);
-    EXPECT_EQ(CountsOf(head, "v", xmlTokenLimit * 2, tail).starts, 1U);
-    EXPECT_EQ(CountsOf("<a><!-- ", "c", xmlTokenLimit * 2, "--><b/></a>").starts, 1U);
-    EXPECT_EQ(CountsOf("<a><", "n", xmlTokenLimit * 2, "/></a>").starts, 1U);
+    for (const std::uint64_t token : {1000U, 4096U, 10000U}) {
+        const UTXmlLimits limits = {.token = token};
+        for (const std::size_t blanks : {0U, 1U, 1000U, 3000U, 4080U, 4090U, 5000U, 9000U}) {
+            const std::string front(blanks, ' ');
+            SCOPED_TRACE(std::to_string(token) + " behind " + std::to_string(blanks));
+            EXPECT_EQ(CountsOf(front + head, "v", token - rest, tail, limits).starts, 2U);
+            EXPECT_EQ(CountsOf(front + head, "v", 2 * token - rest, tail, limits).starts, 1U);
+            EXPECT_EQ(CountsOf(front + "<a><!-- ", "c", token * 2, "--><b/></a>", limits).starts, 1U);
+            EXPECT_EQ(CountsOf(front + "<a><", "n", token * 2, "/></a>", limits).starts, 1U);
+        }
+    }
 }
 
 TEST(XmlParser, TextBetweenTagsIsNoToken) {
-    EXPECT_EQ(CountsOf("<a>", "text", xmlTokenLimit, "<b/></a>").starts, 2U);
-    EXPECT_EQ(CountsOf("<a><![CDATA[", "text", xmlTokenLimit, "]]><b/></a>").starts, 2U);
+    const UTXmlLimits limits = {.token = 5000};
+    EXPECT_EQ(CountsOf("<a>", "text", limits.token, "<b/></a>", limits).starts, 2U);
+    EXPECT_EQ(CountsOf("<a><![CDATA[", "text", limits.token, "]]><b/></a>", limits).starts, 2U);
+}
+
+TEST(XmlParser, MemoryCountsToTheLimit) {
+    const auto passes = [](std::uint64_t elements, std::uint64_t memory) {
+        return CountsOf("", "<a>", elements, "", {.memory = memory}).starts == elements;
+    };
+    std::uint64_t least[2] = {};  // for 1,000 open elements and for 2,000
+    for (const std::uint64_t elements : {1000U, 2000U}) {
+        std::uint64_t tooLittle = 0;
+        std::uint64_t enough = defaults.memory;
+        while (enough - tooLittle > 1) {
+            const std::uint64_t middle = tooLittle + (enough - tooLittle) / 2;
+            (passes(elements, middle) ? enough : tooLittle) = middle;
+        }
+        EXPECT_TRUE(passes(elements, enough));
+        EXPECT_FALSE(passes(elements, enough - 1));
+        least[elements / 1000 - 1] = enough;
+    }
+    EXPECT_GT(least[1] - least[0], 1000U * 32);
+    EXPECT_LT(least[1] - least[0], 1000U * 512);
 }
 
 TEST(XmlParser, TagsCountToTheLimit) {
-    EXPECT_EQ(CountsOf("<a>", "<b/>", xmlTagLimit - 1, "</a>").ends, xmlTagLimit);
-    EXPECT_EQ(CountsOf("<a>", "<b/>", xmlTagLimit, "</a>").starts, xmlTagLimit);
+    const UTXmlLimits limits = {.tags = 3000};
+    EXPECT_EQ(CountsOf("<a>", "<b/>", limits.tags - 1, "</a>", limits).ends, limits.tags);
+    EXPECT_EQ(CountsOf("<a>", "<b/>", limits.tags, "</a>", limits).starts, limits.tags);
     // An element with an attribute counts for two.
-    EXPECT_EQ(CountsOf("<a>", "<b c=''/>", xmlTagLimit, "</a>").starts, 1 + (xmlTagLimit - 1) / 2);
+    EXPECT_EQ(CountsOf("<a>", "<b c=''/>", limits.tags, "</a>", limits).starts, 1 + (limits.tags - 1) / 2);
+    EXPECT_EQ(CountsOf("<a/>", "", 0, "", {.tags = 0}).starts, 0U);
 }
 
 TEST(XmlParser, DefaultedAttributesCountAsTags) {
     std::string head = "<!DOCTYPE a [<!ATTLIST b";
     for (int index = 0; index < 999; ++index) head += " x" + std::to_string(index) + " CDATA ''";
-    const Counts counts = CountsOf(head + ">]><a>", "<b/>", 1000000, "</a>");
-    EXPECT_EQ(counts.starts, 1 + (xmlTagLimit - 1) / 1000);
+    const UTXmlLimits limits = {.tags = 50000};
+    const Counts counts = CountsOf(head + ">]><a>", "<b/>", 1000, "</a>", limits);
+    EXPECT_EQ(counts.starts, 1 + (limits.tags - 1) / 1000);
     EXPECT_EQ(counts.attributes, 999 * (counts.starts - 1));
 }
 
@@ -135,14 +186,14 @@ TEST(XmlParser, DeclarationsCountToTheLimit) {
         }
         return head + "]>";
     };
-    EXPECT_EQ(CountsOf(declare(xmlDeclarationLimit, 0), "", 0, "<a/>").starts, 1U);
-    EXPECT_EQ(CountsOf(declare(xmlDeclarationLimit + 1, 0), "", 0, "<a/>").starts, 0U);
-    EXPECT_EQ(CountsOf(declare(400, xmlDeclarationLimit - 400), "", 0, "<a/>").starts, 1U);
-    EXPECT_EQ(CountsOf(declare(400, xmlDeclarationLimit - 399), "", 0, "<a/>").starts, 0U);
+    EXPECT_EQ(CountsOf(declare(defaults.declarations, 0), "", 0, "<a/>").starts, 1U);
+    EXPECT_EQ(CountsOf(declare(defaults.declarations + 1, 0), "", 0, "<a/>").starts, 0U);
+    EXPECT_EQ(CountsOf(declare(400, defaults.declarations - 400), "", 0, "<a/>").starts, 1U);
+    EXPECT_EQ(CountsOf(declare(400, defaults.declarations - 399), "", 0, "<a/>").starts, 0U);
 }
 
 TEST(XmlParser, AnAddressCountsToTheLimit) {
-    const std::string address(xmlAddressLimit, 'n');
+    const std::string address(defaults.address, 'n');
     EXPECT_EQ(CountsOf("<a><b xmlns='" + address + "'/>", "<c/>", 1, "</a>").starts, 3U);
     EXPECT_EQ(CountsOf("<a><b xmlns='" + address + "n'/>", "<c/>", 1, "</a>").starts, 1U);
     EXPECT_EQ(CountsOf("<a><b xmlns:p='" + address + "'/>", "<c/>", 1, "</a>").starts, 3U);
@@ -160,8 +211,8 @@ TEST(XmlParser, AnAddressIsMeasuredInBytesOfUtf8) {
         for (std::size_t index = 0; index < letters; ++index) address += "\xC3\xA4";
         return "<b xmlns:p='" + address + "'/>";
     };
-    EXPECT_EQ(CountsOf("<a>" + declare(xmlAddressLimit / 2), "", 0, "</a>").starts, 2U);
-    EXPECT_EQ(CountsOf("<a>" + declare(xmlAddressLimit / 2 + 1), "", 0, "</a>").starts, 1U);
+    EXPECT_EQ(CountsOf("<a>" + declare(defaults.address / 2), "", 0, "</a>").starts, 2U);
+    EXPECT_EQ(CountsOf("<a>" + declare(defaults.address / 2 + 1), "", 0, "</a>").starts, 1U);
 }
 
 // ---- Work ----------------------------------------------------------------------------------------------------------
@@ -197,7 +248,7 @@ TEST(XmlParser, WorkCountsToTheLimit) {
     const std::uint64_t work = document.size() + 3 + 3 + 1 + 3;
     EXPECT_EQ(CountsOf(document, "", 0, "").work, work);
     const auto tags = [&](std::uint64_t limit) {
-        const Counts counts = CountsOf(document, "", 0, "", limit);
+        const Counts counts = CountsOf(document, "", 0, "", {.work = limit});
         return std::to_string(counts.starts) + "+" + std::to_string(counts.ends);
     };
     const std::uint64_t portion = 4096;  // room for the first one is wanted, whatever comes
@@ -205,7 +256,7 @@ TEST(XmlParser, WorkCountsToTheLimit) {
     EXPECT_EQ(tags(portion), "2+2");
     const std::string blanks(portion - document.size(), ' ');
     const auto tagsInAPortion = [&](std::uint64_t beyond) {
-        const Counts counts = CountsOf(blanks + document, "", 0, "", portion + beyond);
+        const Counts counts = CountsOf(blanks + document, "", 0, "", {.work = portion + beyond});
         return std::to_string(counts.starts) + "+" + std::to_string(counts.ends);
     };
     EXPECT_EQ(tagsInAPortion(2), "0+0");
@@ -217,21 +268,23 @@ TEST(XmlParser, WorkCountsToTheLimit) {
     EXPECT_EQ(tagsInAPortion(10), "2+2");
 }
 
-constexpr std::uint64_t relationshipCount = 400000;
+// A hundredth of the limits that grow with the text.
+constexpr UTXmlLimits hundredth = {
+    .text = defaults.text / 100, .tags = defaults.tags / 100, .work = defaults.work / 100};
 
 TEST(XmlParser, OrdinaryTextPassesToItsLimit) {
     const std::string relationship =
         "<Relationship Id='rId1' Target='word/document.xml' "
         "Type='http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument'/>\n";
     const std::string relationships = "<r xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>";
-    std::uint64_t pieces = (xmlTextLimit - relationships.size()) / relationship.size();
-    EXPECT_GT(pieces, relationshipCount);
-    EXPECT_EQ(CountsOf(relationships, relationship, pieces, "").ends, pieces);
+    std::uint64_t pieces = (hundredth.text - relationships.size()) / relationship.size();
+    EXPECT_GT(pieces, 4000U);
+    EXPECT_EQ(CountsOf(relationships, relationship, pieces, "", hundredth).ends, pieces);
     const std::string paragraph =
         "<w:p w:rsidR='00A77427' w:rsidRDefault='007F1D13'><w:r><w:t>a little text</w:t></w:r></w:p>";
     const std::string body = "<w:body xmlns:w='http://schemas.openxmlformats.org/wordprocessingml/2006/main'>";
-    pieces = (xmlTextLimit - body.size()) / paragraph.size();
-    EXPECT_EQ(CountsOf(body, paragraph, pieces, "").ends, 3 * pieces);
+    pieces = (hundredth.text - body.size()) / paragraph.size();
+    EXPECT_EQ(CountsOf(body, paragraph, pieces, "", hundredth).ends, 3 * pieces);
 }
 
 // ---- Documents that are made to cost much --------------------------------------------------------------------------
@@ -251,43 +304,48 @@ TEST(XmlParser, ALongAddressCostsNoMoreThanItsText) {
 }
 
 TEST(XmlParser, ManyAttributesWithTheLongestAddressEndWithTheWork) {
-    const Counts counts = CountsOf(ManyPrefixedAttributes(xmlAddressLimit), prefixedTag, 600000, "</a>");
-    const std::uint64_t each = 6 * (xmlAddressLimit + 2);
-    EXPECT_LE(counts.starts, 1 + xmlWorkLimit / each);
-    EXPECT_GT(counts.starts, xmlWorkLimit / (each + 100));
-    EXPECT_LT(counts.work, xmlWorkLimit + each + 100);
+    const Counts counts = CountsOf(ManyPrefixedAttributes(defaults.address), prefixedTag, 6000, "</a>", hundredth);
+    const std::uint64_t each = 6 * (defaults.address + 2);
+    EXPECT_LE(counts.starts, 1 + hundredth.work / each);
+    EXPECT_GT(counts.starts, hundredth.work / (each + 100));
+    EXPECT_LT(counts.work, hundredth.work + each + 100);
 }
 
 TEST(XmlParser, AddressesThatMoveBelowManyElementsEndWithTheWork) {
     // Every prefix is new, and every name too long for the room behind its address.
-    const Counts counts = CountsOf("", "<p:" + std::string(30, 'a') + " xmlns:p='u'>", 60000, "");
-    EXPECT_LT(counts.starts * counts.starts / 2 * xmlStepWork, xmlWorkLimit + xmlWorkLimit / 100);
-    EXPECT_GT(counts.starts, 1000U);
+    const std::string longName = std::string(30, 'a');
+    const Counts counts = CountsOf("", "<p:" + longName + " xmlns:p='u'>", 6000, "", hundredth);
+    EXPECT_LT(counts.starts * counts.starts / 2 * xmlStepWork, hundredth.work + hundredth.work / 100);
+    EXPECT_GT(counts.starts, 300U);
     // The same address moves once.
-    EXPECT_GT(CountsOf("<p:a xmlns:p='u'>", "<p:" + std::string(30, 'a') + ">", 20000, "").starts, 15000U);
+    EXPECT_EQ(CountsOf("<p:a xmlns:p='u'>", "<p:" + longName + ">", 5000, "", hundredth).starts, 5001U);
 }
 
 TEST(XmlParser, PassedDeclarationsEndWithTheWork) {
     std::string head = "<!DOCTYPE a [<!ATTLIST b";
     for (int index = 0; index < 1000; ++index) head += " x" + std::to_string(index) + " NMTOKEN #IMPLIED";
-    const Counts counts = CountsOf(head + ">]><a>", "<b/>", 1000000, "</a>");
-    EXPECT_LT(counts.starts, xmlWorkLimit / (1000 * xmlStepWork) + 2);
-    EXPECT_GT(counts.starts, xmlWorkLimit / (1000 * xmlStepWork + 5000));
-    EXPECT_LT(CountsOf(head + ">]><a>", "<b x1=' 1 ' x2=' 2 ' x3=' 3 '/>", 1000000, "</a>").starts, counts.starts / 3);
+    const Counts counts = CountsOf(head + ">]><a>", "<b/>", 10000, "</a>", hundredth);
+    EXPECT_LT(counts.starts, hundredth.work / (1000 * xmlStepWork) + 2);
+    EXPECT_GT(counts.starts, hundredth.work / (1000 * xmlStepWork + 5000));
+    const std::string several = "<b x1=' 1 ' x2=' 2 ' x3=' 3 '/>";
+    EXPECT_LT(CountsOf(head + ">]><a>", several, 10000, "</a>", hundredth).starts, counts.starts / 3);
 }
 
 TEST(XmlParser, LongNamesOfDefaultedAttributesEndWithTheWork) {
     // The name has a long prefix, of which the expanded name tells nothing.
     const std::string prefix(100000, 'p');
     const Counts counts = CountsOf("<!DOCTYPE a [<!ATTLIST b " + prefix + ":x CDATA ''>]><a xmlns:" + prefix + "='n'>",
-                                   "<b/>", 1000000, "</a>");
-    EXPECT_LT(counts.starts, xmlWorkLimit / prefix.size() + 2);
+                                   "<b/>", 10000, "</a>", hundredth);
+    EXPECT_GT(counts.starts, 1U);
+    EXPECT_LT(counts.starts, hundredth.work / prefix.size() + 2);
 }
 
 TEST(XmlParser, LongDefaultValuesEndWithTheWork) {
     const std::string value(100000, 'v');
-    const Counts counts = CountsOf("<!DOCTYPE a [<!ATTLIST b x CDATA '" + value + "'>]><a>", "<b/>", 1000000, "</a>");
-    EXPECT_LT(counts.starts, xmlWorkLimit / value.size() / 2 + 2);
+    const std::string head = "<!DOCTYPE a [<!ATTLIST b x CDATA '" + value + "'>]><a>";
+    const Counts counts = CountsOf(head, "<b/>", 10000, "</a>", hundredth);
+    EXPECT_GT(counts.starts, 1U);
+    EXPECT_LT(counts.starts, hundredth.work / value.size() / 2 + 2);
     const Counts twice = CountsOf("<!DOCTYPE a [<!ATTLIST b xmlns CDATA 'nnnnnnn'>]><a>", "<b/>", 1000, "</a>");
     EXPECT_EQ(twice.starts, 1001U);
 }
@@ -310,50 +368,67 @@ TEST(XmlParser, AHandleThatDeliversLittleAtATimeCostsNoMore) {
 }
 
 TEST(XmlParser, ElementsThatAllStayOpenEndWithTheMemory) {
-    const Counts counts = CountsOf("", "<a>", xmlTextLimit / 3, "");
-    EXPECT_GT(counts.starts, 10000U);
-    EXPECT_LT(counts.starts, xmlMemoryLimit / 32);
+    const UTXmlLimits limits = {.memory = defaults.memory / 16};
+    const Counts counts = CountsOf("", "<a>", limits.memory / 32, "", limits);
+    EXPECT_GT(counts.starts, 10000U / 16);
+    EXPECT_LT(counts.starts, limits.memory / 32);
 }
 
 TEST(XmlParser, NamesThatAllDifferEndWithTheMemory) {
+    const UTXmlLimits limits = {.memory = defaults.memory / 16};
     std::string names;
-    for (std::uint32_t index = 0; index < 300000; ++index) names += "<n" + std::to_string(index) + "/>";
-    const Counts counts = CountsOf("<a>" + names, "", 0, "</a>");
-    EXPECT_GT(counts.starts, 10000U);
-    EXPECT_LT(counts.starts, xmlMemoryLimit / 32);
+    for (std::uint32_t index = 0; index < limits.memory / 32; ++index) names += "<n" + std::to_string(index) + "/>";
+    const Counts counts = CountsOf("<a>" + names, "", 0, "</a>", limits);
+    EXPECT_GT(counts.starts, 10000U / 16);
+    EXPECT_LT(counts.starts, limits.memory / 32);
 }
 
 TEST(XmlParser, EntitiesThatMultiplyEnd) {
+    const UTXmlLimits limits = {.expansion = defaults.expansion / 16};
     std::string head = "<!DOCTYPE a [<!ENTITY e0 'laugh'>";
     for (int index = 1; index < 40; ++index) {
         const std::string inner = "&e" + std::to_string(index - 1) + ";";
         head += "<!ENTITY e" + std::to_string(index) + " '" + inner + inner + inner + inner + "'>";
     }
-    EXPECT_EQ(CountsOf(head + "]><a>&e39;", "", 0, "<b/></a>").starts, 1U);
-    EXPECT_EQ(CountsOf(head + "]><a x='&e39;'>", "", 0, "<b/></a>").starts, 0U);
+    EXPECT_EQ(CountsOf(head + "]><a>&e39;", "", 0, "<b/></a>", limits).starts, 1U);
+    EXPECT_EQ(CountsOf(head + "]><a x='&e39;'>", "", 0, "<b/></a>", limits).starts, 0U);
+    EXPECT_EQ(CountsOf(head + "]><a>&e5;", "", 0, "<b/></a>", limits).starts, 2U);
+}
+
+TEST(XmlParser, EntitiesMayMultiplyToTheLimitOfExpansion) {
+    // Text of 2,100 bytes becomes one of more than 20,000.
+    const std::string head = "<!DOCTYPE a [<!ENTITY e '" + std::string(1000, 'e') + "'>]><a>";
+    const auto starts = [&](std::uint64_t expansion) {
+        return CountsOf(head + std::string(1000, ' '), "&e;", 20, "<b/></a>", {.expansion = expansion}).starts;
+    };
+    EXPECT_EQ(starts(20000), 1U);
+    EXPECT_EQ(starts(25000), 2U);
+    // Text that becomes no more than three times as long may go beyond it.
+    EXPECT_EQ(CountsOf(head + std::string(10000, ' '), "&e;", 20, "<b/></a>", {.expansion = 100}).starts, 2U);
 }
 
 TEST(XmlParser, TagsInEntitiesThatMultiplyEndWithTheTags) {
     std::string tags;
     for (int index = 0; index < 1000; ++index) tags += "<b/>";
-    const Counts counts = CountsOf("<!DOCTYPE a [<!ENTITY e '" + tags + "'>]><a>", "&e;", 1000000, "</a>");
-    EXPECT_GT(counts.starts, 1000000U);
-    EXPECT_LE(counts.starts, xmlTagLimit);
+    const std::string head = "<!DOCTYPE a [<!ENTITY e '" + tags + "'>]><a>";
+    EXPECT_EQ(CountsOf(head, "&e;", 19, "</a>", {.tags = 20000}).starts, 19001U);
+    EXPECT_EQ(CountsOf(head, "&e;", 10000, "</a>", {.tags = 20000}).starts, 20000U);
 }
 
 TEST(XmlParser, AChainOfEntitiesComesBack) {
     std::string head = "<!DOCTYPE a [<!ENTITY e0 '<b/>'>";
-    for (std::uint32_t index = 1; index < xmlDeclarationLimit; ++index) {
+    for (std::uint32_t index = 1; index < defaults.declarations; ++index) {
         head += "<!ENTITY e" + std::to_string(index) + " '&e" + std::to_string(index - 1) + ";'>";
     }
-    const std::string last = "&e" + std::to_string(xmlDeclarationLimit - 1) + ";";
+    const std::string last = "&e" + std::to_string(defaults.declarations - 1) + ";";
     EXPECT_EQ(CountsOf(head + "]><a>" + last, "", 0, "</a>").starts, 2U);
     EXPECT_EQ(CountsOf(head + "]><a x='" + last + "'>", "", 0, "</a>").starts, 0U);  // no tag may stand in a value
 }
 
 TEST(XmlParser, AttributesWithoutEndAreATokenWithoutEnd) {
-    EXPECT_EQ(CountsOf("<a ", "x='' ", 1000000, "/>").starts, 0U);
-    EXPECT_EQ(CountsOf("<!DOCTYPE a [<!ELEMENT a ", "(", 1000000, ">]><a/>").starts, 0U);
+    const UTXmlLimits limits = {.token = 10000};
+    EXPECT_EQ(CountsOf("<a ", "x='' ", 10000, "/>", limits).starts, 0U);
+    EXPECT_EQ(CountsOf("<!DOCTYPE a [<!ELEMENT a ", "(", 10000, ">]><a/>", limits).starts, 0U);
 }
 
 // ---- Pausing -------------------------------------------------------------------------------------------------------
@@ -416,7 +491,7 @@ TEST(XmlParser, TellsWhetherTheHeapHadNoBlock) {
         UTXmlFreeParser(*parser);
     }
     // The parser's own bound is no such thing.
-    const auto handle = FIMakeTestHandle("<a " + std::string(xmlTokenLimit * 2, 'x'));
+    const auto handle = FIMakeTestHandle("<a " + std::string(defaults.token * 2, 'x'));
     Counts counts;
     UTXmlParser* const parser = UTXmlNewParser(FIFileOf(*handle), {CountStart, nullptr}, &counts);
     EXPECT_FALSE(UTXmlGoOn(*parser));
