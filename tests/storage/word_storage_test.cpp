@@ -45,9 +45,8 @@ struct Summary {
 };
 
 std::string DWord(std::uint32_t value) {
-    std::string bytes;
-    for (std::uint32_t shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
-    return bytes;
+    return {static_cast<char>(value & 0xFF), static_cast<char>(value >> 8 & 0xFF),
+            static_cast<char>(value >> 16 & 0xFF), static_cast<char>(value >> 24)};
 }
 
 std::string Bytes(const Summary& summary) {
@@ -483,9 +482,12 @@ FIID AnswerForWalk(std::uint32_t sectionSize, std::uint32_t others, bool withNam
     Summary summary;
     summary.sectionSize = sectionSize;
     const std::uint32_t valueOffset = 8 + 8 * (others + 1);
-    summary.properties.assign(others, {title, 0});
-    if (withName) summary.properties.push_back({applicationName, valueOffset});
     std::string bytes = Bytes(summary);
+    const std::size_t firstPair = bytes.size();
+    bytes.replace(firstPair - 4, 4, DWord(others + (withName ? 1 : 0)));
+    bytes.resize(firstPair + std::size_t{8} * others, '\0');
+    for (std::size_t pair = firstPair; pair < bytes.size(); pair += 8) bytes[pair] = static_cast<char>(title);
+    if (withName) bytes += DWord(applicationName) + DWord(valueOffset);
     if (withName) bytes = WithText(bytes, summary, valueOffset, NameWith("11."));
     return AnswerFor(bytes, build4000);
 }

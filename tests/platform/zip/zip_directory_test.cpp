@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
+#include <span>
+#include <string_view>
 
 #include "platform/base_utility.h"
 #include "support/bytes.h"
@@ -285,27 +288,28 @@ struct Endless {
     std::string tail;  // the end record
 };
 
-std::uint8_t EntryByte(std::uint64_t offset, std::uint64_t directorySize) {
-    const std::uint64_t entry = offset / entrySize;
-    const std::uint64_t place = offset % entrySize;
-    const std::uint64_t length = std::min(entrySize, directorySize - entry * entrySize);
-    const std::uint64_t comment = length - 46;
-    constexpr std::uint8_t signature[] = {'P', 'K', 1, 2};
-    if (place < 4) return signature[place];
-    if (place == 32) return static_cast<std::uint8_t>(comment & 0xFF);
-    if (place == 33) return static_cast<std::uint8_t>(comment >> 8);
-    return 0;
+// Puts the part of a text that lies in a window of a file there; the text begins at a place of the file.
+void PutInWindow(std::string_view text, std::uint64_t place, std::uint64_t windowStart, std::span<char> window) {
+    const std::uint64_t first = std::max(place, windowStart);
+    const std::uint64_t end = std::min(place + text.size(), windowStart + window.size());
+    if (first < end) std::ranges::copy(text.substr(first - place, end - first), window.data() + (first - windowStart));
 }
 
 std::int32_t ReadEndless(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                          std::uint32_t& count) {
     const auto& endless = reinterpret_cast<Endless&>(handle);
-    auto* const bytes = static_cast<std::uint8_t*>(destination);
-    for (count = 0; count < size && offset < endless.directorySize + endless.tail.size(); ++count, ++offset) {
-        bytes[count] = offset < endless.directorySize
-                           ? EntryByte(offset, endless.directorySize)
-                           : static_cast<std::uint8_t>(endless.tail[offset - endless.directorySize]);
+    const std::uint64_t end = endless.directorySize + endless.tail.size();
+    count = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, end - std::min(offset, end)));
+    const std::span<char> window(static_cast<char*>(destination), count);
+    std::memset(destination, 0, count);
+    for (std::uint64_t entry = offset / entrySize; entry * entrySize < offset + count; ++entry) {
+        if (entry * entrySize >= endless.directorySize) break;
+        const std::uint64_t comment = std::min(entrySize, endless.directorySize - entry * entrySize) - 46;
+        const char commentLength[] = {static_cast<char>(comment & 0xFF), static_cast<char>(comment >> 8)};
+        PutInWindow("PK\1\2", entry * entrySize, offset, window);
+        PutInWindow({commentLength, 2}, entry * entrySize + 32, offset, window);
     }
+    PutInWindow(endless.tail, endless.directorySize, offset, window);
     return 0;
 }
 
