@@ -214,11 +214,14 @@ class StorageImage {
 
     // Writes the numbers of a table into its sectors; what is left of the last sector stands for free sectors.
     void WriteTable(const std::vector<std::uint32_t>& tableSectors, const std::vector<std::uint32_t>& numbers) {
+        static_assert(storageNone == 0xFFFFFFFF);
+        for (const std::uint32_t sector : tableSectors) {
+            written_.bytes.replace(written_.SectorOffset(sector), sectorBytes_, sectorBytes_, '\xFF');
+        }
         const std::size_t perSector = sectorBytes_ / numberBytes;
-        for (std::size_t index = 0; index < tableSectors.size() * perSector; ++index) {
+        for (std::size_t index = 0; index < numbers.size(); ++index) {
             const std::size_t offset = written_.SectorOffset(tableSectors[index / perSector]);
-            written_.Put32(offset + index % perSector * numberBytes,
-                           index < numbers.size() ? numbers[index] : storageNone);
+            written_.Put32(offset + index % perSector * numberBytes, numbers[index]);
         }
     }
 

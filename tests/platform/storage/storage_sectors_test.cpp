@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 
 #include "platform/handle.h"
 #include "platform/operations.h"
@@ -14,13 +15,16 @@
 
 namespace {
 
-// Bytes that tell where they stand.
+// Bytes that tell where they stand. Those that were made once are kept: the tests ask for the same ones again and again.
 std::string Pattern(std::size_t size, std::uint32_t seed = 1) {
-    std::string bytes(size, '\0');
-    for (std::size_t index = 0; index < size; ++index) {
-        bytes[index] = static_cast<char>((index * 2654435761U + seed * 40503U) >> 13 & 0xFF);
+    static std::map<std::uint32_t, std::string> made;
+    std::string& bytes = made[seed];
+    std::size_t index = bytes.size();
+    bytes.resize(std::max(index, size));
+    for (char* const data = bytes.data(); index < size; ++index) {
+        data[index] = static_cast<char>((index * 2654435761U + seed * 40503U) >> 13 & 0xFF);
     }
-    return bytes;
+    return bytes.substr(0, size);
 }
 
 // A generator of numbers that is the same on every machine.
@@ -174,16 +178,33 @@ TEST(StorageStream, TheSizeOfTheRootDoesNotBoundTheMiniStream) {
     }
 }
 
+// A file of a large stream and a small one. 109 sectors of the FAT in the header reach 7 MB; these take more than 236 and
+// so two sectors of the DIFAT.
+struct LargeFile {
+    std::string stream;
+    WrittenStorage written;
+};
+
+LargeFile MakeLargeFile(bool scattered) {
+    StorageLayout layout;
+    layout.scattered = scattered;
+    StorageWriter writer(layout);
+    LargeFile file = {Pattern(15600000), {}};
+    static_cast<void>(writer.AddStream(u"large", file.stream));
+    static_cast<void>(writer.AddStream(u"small", "small"));
+    file.written = writer.Write();
+    return file;
+}
+
+// Made once for all tests.
+const LargeFile& LargeFileOf(bool scattered) {
+    static const LargeFile files[] = {MakeLargeFile(false), MakeLargeFile(true)};
+    return files[scattered ? 1 : 0];
+}
+
 TEST(StorageStream, FarSectorsAreFoundThroughTheDifat) {
     for (const bool scattered : {false, true}) {
-        // 109 sectors of the FAT in the header reach 7 MB; these take 236 and so two sectors of the DIFAT and a bit.
-        StorageLayout layout;
-        layout.scattered = scattered;
-        const std::string bytes = Pattern(15400000);
-        StorageWriter writer(layout);
-        static_cast<void>(writer.AddStream(u"large", bytes));
-        static_cast<void>(writer.AddStream(u"small", "small"));
-        const WrittenStorage written = writer.Write();
+        const auto& [bytes, written] = LargeFileOf(scattered);
         ASSERT_GE(written.difat.size(), 2U);
         const OpenHandle storage = FIOpenBytes(written.bytes);
         EXPECT_EQ(storage.Stream("small").ReadToEnd(), "small");
@@ -213,8 +234,8 @@ struct VirtualFile {
 };
 
 void PutNumberAt(std::string& bytes, std::size_t place, std::uint32_t number) {
-    for (std::uint32_t index = 0; index < 4; ++index)
-        bytes[place + index] = static_cast<char>(number >> (8 * index) & 0xFF);
+    char* const at = bytes.data() + place;
+    for (std::uint32_t index = 0; index < 4; ++index) at[index] = static_cast<char>(number >> (8 * index) & 0xFF);
 }
 
 std::uint32_t VirtualNumber(std::uint32_t sector, std::uint32_t place) {
@@ -442,10 +463,7 @@ TEST(StorageChains, APartialLastSectorEndsTheChainBehindItsBytes) {
 }
 
 TEST(StorageChains, ADifatThatLoopsEndsWhereItStarted) {
-    const std::string bytes = Pattern(15600000);
-    StorageWriter writer;
-    static_cast<void>(writer.AddStream(u"large", bytes));
-    WrittenStorage written = writer.Write();
+    WrittenStorage written = LargeFileOf(false).written;
     ASSERT_GE(written.difat.size(), 2U);
     // The first sector of the DIFAT leads to itself: 109 and 127 sectors of the FAT are left, 128 sectors to each.
     written.Put32(written.SectorOffset(written.difat[0]) + 508, written.difat[0]);
@@ -710,10 +728,7 @@ TEST(StorageCost, APlainFileTakesOneRead) {
 }
 
 TEST(StorageCost, TheHeadOfALargeStreamTakesItsSectors) {
-    StorageWriter writer;
-    static_cast<void>(writer.AddStream(u"large", Pattern(15400000)));
-    const WrittenStorage written = writer.Write();
-    const auto host = FIMakeTestHandle(written.bytes);
+    const auto host = FIMakeTestHandle(LargeFileOf(false).written.bytes);
     const OpenHandle storage = FIOpenOver(*host);
     const OpenHandle stream = storage.Stream("large");
     Meter meter = {*host};
@@ -726,12 +741,7 @@ TEST(StorageCost, TheHeadOfALargeStreamTakesItsSectors) {
 
 TEST(StorageCost, SeekingToAndFroFollowsTheChainOnce) {
     for (const bool scattered : {false, true}) {
-        StorageLayout layout;
-        layout.scattered = scattered;
-        const std::string bytes = Pattern(15400000);
-        StorageWriter writer(layout);
-        static_cast<void>(writer.AddStream(u"large", bytes));
-        const WrittenStorage written = writer.Write();
+        const auto& [bytes, written] = LargeFileOf(scattered);
         const auto host = FIMakeTestHandle(written.bytes);
         const OpenHandle storage = FIOpenOver(*host);
         const OpenHandle stream = storage.Stream("large");
