@@ -50,8 +50,9 @@ typedef uint16_t FIID;
  *     storage, an archive or XML        answer
  *   memory for the reader (FIIdSpecial) 0
  *   reading or seeking                  status 0: what can't be read counts as the end of the file. An object of which
- *                                       nothing can be read is told as an empty file: by its name's extension, or 1999
- *                                       (4022 with FIFlagExtendedText)
+ *                                       nothing can be read is told by its name's extension, or 1999. With
+ *                                       FIFlagExtendedText it is 4022 like an empty file, or 4005 when its handle tells
+ *                                       a size of 2 bytes or more
  */
 
 /* ---- The handle contract ------------------------------------------------------------------------------------------ */
@@ -94,9 +95,9 @@ typedef struct IOFile {
 
 /* Note for hosts with handles of their own: one routine, the one for FrameMaker interchange text (1168), reads on until
  * it meets a line end, '#', '>' or a digit and has no test for the end of the file. Handles made by IOOpen deliver one
- * line feed after 65,536 reads in a row that found nothing at the end of the object, so the call comes back. A host
- * whose handle reports the end for ever should do the same, or a file that ends behind "<MIFFile" will keep the call
- * busy. */
+ * line feed after 65,536 reads in a row that delivered nothing, at the end of the object or by a failure, so the call
+ * comes back. A host whose handle reports the end or a failure for ever should do the same, or a file that ends behind
+ * "<MIFFile" will keep the call busy. */
 
 /* Selectors of IOGetInfo. No other selector is asked for. */
 enum {

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# exported_symbols.sh LIBRARY EXPECTED: fails unless the library's dynamic symbols, with their version nodes, are exactly
-# the expected ones, its soname is set, and it looks for its sibling library beside itself.
+# exported_symbols.sh LIBRARY EXPECTED [SIBLING]: fails unless the library's dynamic symbols, with their version nodes, are exactly
+# the expected ones, its soname is set, and it needs its sibling library, if one is named.
 set -euo pipefail
-diff <(nm --dynamic --defined-only --with-symbol-versions --format=posix "$1" | cut -d' ' -f1 | LC_ALL=C sort) "$2"
+symbols=$(nm --dynamic --defined-only --with-symbol-versions --format=posix "$1" | cut -d' ' -f1 | LC_ALL=C sort)
+diff <(echo "$symbols") "$2"
 [ -z "${3:-}" ] || readelf --dynamic "$1" | grep -qF "Shared library: [$3]"
 readelf --dynamic "$1" | grep -qF "Library soname: [$(basename "$1" | sed 's/\.so.*/.so.1/')]"

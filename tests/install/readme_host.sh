@@ -8,6 +8,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cmake --install "$build" --prefix "$work/prefix" >/dev/null
 libraries=$(dirname "$(find "$work/prefix" -name 'libfiid.so')")
+readelf --dynamic "$libraries/libfiid.so" | grep -qF 'RUNPATH' && readelf --dynamic "$libraries/libfiid.so" | grep -qF '[$ORIGIN]'
 cd "$work"
 [ "$libraries" = "$work/prefix/lib" ] || ln -s "$libraries" "$work/prefix/lib"
 sed -n '/^```c$/,/^```$/p' "$readme" | sed '1d;$d' >tell.c
