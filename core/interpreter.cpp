@@ -78,86 +78,74 @@ std::size_t FITakeNamespace(FIReader& reader, std::uint16_t* units, const std::u
     return namespaceCompareLimit;
 }
 
+// Runs a test: the opcode's operand starts at code, which is moved behind it. Returns whether the test passed.
+inline bool FITakeItem(FIOpcode opcode, const std::uint8_t*& code, FIReader& reader, FIRequest& request,
+                       const char*& extension) {
+    const std::uint8_t* const operand = code;
+    switch (opcode) {
+        case FIOpcode::Seek:
+            code += 4;
+            return FIReaderSeek(reader, FILoadDWordLE(operand)) == 0;
+        case FIOpcode::Not:
+            code += 1;
+            return FITakeNot(reader, *operand);
+        case FIOpcode::Range:
+            code += 3;
+            return FITakeRange(reader, operand);
+        case FIOpcode::Outside:
+            code += 5;
+            return FITakeOutside(reader, operand);
+        case FIOpcode::Skip:
+            code += 1;
+            return FIReaderSkip(*operand, reader) == 0;
+        case FIOpcode::Rewind:
+            return FIReaderSeek(reader, 0) == 0;
+        case FIOpcode::Either:
+            code += 2;
+            return FITakeEither(reader, operand);
+        case FIOpcode::Ext:
+            code += 1 + *operand;
+            return FITakeExtension(extension, operand + 1, *operand);
+        case FIOpcode::SeekEnd:
+            code += 4;
+            return FISeekFromEnd(reader, static_cast<std::int32_t>(FILoadDWordLE(operand)));
+        case FIOpcode::ClassId:
+            code += classIdSize;
+            return request.hasClassId && std::equal(operand, operand + classIdSize, request.classId);
+        case FIOpcode::XmlNs: {
+            const std::size_t length = FITakeNamespace(reader, request.xmlNamespace, operand);
+            code += length;
+            return length != 0;
+        }
+        case FIOpcode::Literal:
+            return FITakeLiteral(reader, opcodePrefix);
+        default:  // RowEnd, TableEnd and what is no opcode
+            return true;
+    }
+}
+
 }  // namespace
 
 FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, FIRequest& request) {
     const char* extension = request.extension;
     const std::uint8_t* code = row;
     while (true) {
-        bool passed = true;
         if (*code != opcodePrefix) {
-            passed = FITakeLiteral(reader, *code);
+            if (!FITakeLiteral(reader, *code)) return 0;
             ++code;
-            if (!passed) return 0;
             continue;
         }
-        const std::uint8_t* const operand = code + 2;
-        code = operand;
-        switch (static_cast<FIOpcode>(operand[-1])) {
-            case FIOpcode::Seek:
-                passed = FIReaderSeek(reader, FILoadDWordLE(operand)) == 0;
-                code += 4;
-                break;
-            case FIOpcode::Not:
-                passed = FITakeNot(reader, *operand);
-                code += 1;
-                break;
-            case FIOpcode::Range:
-                passed = FITakeRange(reader, operand);
-                code += 3;
-                break;
-            case FIOpcode::Outside:
-                passed = FITakeOutside(reader, operand);
-                code += 5;
-                break;
-            case FIOpcode::Skip:
-                passed = FIReaderSkip(*operand, reader) == 0;
-                code += 1;
-                break;
-            case FIOpcode::Id:
-                return FILoadWordLE(operand);
-            case FIOpcode::Rewind:
-                passed = FIReaderSeek(reader, 0) == 0;
-                break;
-            case FIOpcode::Call: {
-                const FIRoutine* const routine = FIFindRoutine(FILoadWordLE(operand));
-                if (routine != nullptr) return FIRunRoutine(*routine, reader, extension);
-                // Quirk: the number's high byte is taken as the start of the next item. The three rows for PICT data
-                // hold FF 0C 00 FF 08: a call of the unknown routine 0xFF00, whose high byte then reads as the FF of
-                // Id.
-                code += 1;
-                break;
-            }
-            case FIOpcode::Either:
-                passed = FITakeEither(reader, operand);
-                code += 2;
-                break;
-            case FIOpcode::Ext:
-                passed = FITakeExtension(extension, operand + 1, *operand);
-                code += 1 + *operand;
-                break;
-            case FIOpcode::SeekEnd:
-                passed = FISeekFromEnd(reader, static_cast<std::int32_t>(FILoadDWordLE(operand)));
-                code += 4;
-                break;
-            case FIOpcode::ClassId:
-                passed = request.hasClassId && std::equal(operand, operand + classIdSize, request.classId);
-                code += classIdSize;
-                break;
-            case FIOpcode::XmlNs: {
-                const std::size_t length = FITakeNamespace(reader, request.xmlNamespace, operand);
-                passed = length != 0;
-                code += length;
-                break;
-            }
-            case FIOpcode::Literal:
-                passed = FITakeLiteral(reader, opcodePrefix);
-                break;
-            case FIOpcode::RowEnd:
-            case FIOpcode::TableEnd:
-            default:  // every other opcode is a no-op too
-                break;
+        const auto opcode = static_cast<FIOpcode>(code[1]);
+        code += 2;
+        if (opcode == FIOpcode::Id) return FILoadWordLE(code);
+        if (opcode == FIOpcode::Call) {
+            const FIRoutine* const routine = FIFindRoutine(FILoadWordLE(code));
+            if (routine != nullptr) return FIRunRoutine(*routine, reader, extension);
+            // Quirk: the number's high byte is taken as the start of the next item. The three rows for PICT data hold
+            // FF 0C 00 FF 08: a call of the unknown routine 0xFF00, whose high byte then reads as the FF of Id.
+            code += 1;
+            continue;
         }
-        if (!passed) return 0;
+        if (!FITakeItem(opcode, code, reader, request, extension)) return 0;
     }
 }
