@@ -10,9 +10,6 @@
 
 namespace {
 
-// Operand bounds of XmlNs: 255 units that match without a terminator count as a whole match.
-constexpr std::size_t namespaceCompareLimit = 255;
-
 // The literal FF is compared with the 16-bit value, so the end of the file, whose low byte is FF, does not pass.
 bool FITakeLiteral(FIReader& reader, std::uint8_t literal) { return FIReaderGetByte(reader) == literal; }
 
@@ -67,15 +64,15 @@ bool FITakeExtension(const char*& extension, const std::uint8_t* text, std::uint
 }
 
 // Compares the operand with the file's XML namespace, for equality. Returns the operand's length with its NUL, or 0
-// when they differ.
+// when they differ. namespaceOperandLimit units that match without a terminator count as a whole match.
 std::size_t FITakeNamespace(FIReader& reader, std::uint16_t* units, const std::uint8_t* operand) {
     if (units[0] == xmlNamespaceNotScanned) FIScanXmlNamespace(reader, units);
     if (units[0] == xmlNamespaceNotFound) return 0;
-    for (std::size_t index = 0; index < namespaceCompareLimit; ++index) {
+    for (std::size_t index = 0; index < namespaceOperandLimit; ++index) {
         if (units[index] != operand[index]) return 0;
         if (operand[index] == 0) return index + 1;
     }
-    return namespaceCompareLimit;
+    return namespaceOperandLimit;
 }
 
 // Runs a test: the opcode's operand starts at code, which is moved behind it. Returns whether the test passed.

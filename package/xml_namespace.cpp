@@ -23,8 +23,8 @@ namespace {
 
 constexpr std::string_view declarationStart = "<?xml";
 constexpr std::string_view attributeName = "xmlns";
-constexpr std::uint32_t scanLimit = 1024;  // bytes of the file that are looked at for the attribute
-constexpr std::size_t longestText = 255;   // of a word and of a value
+constexpr std::uint32_t scanLimit = 1024;                   // bytes of the file that are looked at for the attribute
+constexpr std::size_t longestText = xmlNamespaceUnits - 1;  // of a word and of a value; a 0 unit comes behind it
 
 // Holds the word, then the value.
 using TextBuffer = std::array<char, longestText + 1>;

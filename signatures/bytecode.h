@@ -30,3 +30,6 @@ enum class FIOpcode : std::uint8_t {
 
 inline constexpr std::uint8_t opcodePrefix = 0xFF;
 inline constexpr std::size_t classIdSize = 16;
+
+// XmlNs compares at most so many units: an operand, its NUL not counted, is shorter.
+inline constexpr std::size_t namespaceOperandLimit = 255;

@@ -45,11 +45,8 @@ struct FISignatureRow {
     std::uint16_t row;           // 1 to 404, without a gap
     std::string_view signature;  // in the notation above
     FIRowResult result;
-    std::string_view format;  // what the signature is, as far as it says so itself; for a call the routine's function
+    std::string_view format;  // what the signature is, as far as it says so itself; empty where it says nothing more
 };
-
-// The longest operand of XmlNs, the NUL not counted, stays below this: the comparison ends at 255 units.
-inline constexpr std::size_t namespaceOperandLimit = 255;
 
 // Not constexpr, so that the compiler stops at a wrong notation and shows the reason.
 [[noreturn]] void FINotationError(const char* reason);
