@@ -27,7 +27,6 @@
 
 namespace {
 
-constexpr std::uint32_t openFlags = 1;
 constexpr std::size_t classIdBytes = 16;
 
 // How much is looked at in one input; what hangs together in a damaged file can be endless.
@@ -178,7 +177,7 @@ bool LookUp(HIOFILE storage, std::uint32_t kind, const char* name) {
     specification.parent = storage;
     std::strcpy(specification.name, name);
     HIOFILE object = nullptr;
-    const bool found = storage->operations.IOOpenSub(&object, kind, &specification, openFlags) == 0;
+    const bool found = storage->operations.IOOpenSub(&object, kind, &specification, IOSubOpenRead) == 0;
     Require(found == (object != nullptr), "a handle comes with success alone");
     if (found) object->operations.IOClose(object);
     return found;

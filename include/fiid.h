@@ -121,13 +121,16 @@ enum {
 
 /* Kinds of sub-objects for IOOpenSub. */
 enum {
-    IOSUB_RANGE = 8,    /* a stretch of the parent; IOSubRangeSpec, flags 1 */
-    IOSUB_STREAM = 11,  /* a stream of a compound storage; IOSubSpec, flags 1 */
-    IOSUB_STORAGE = 12, /* a sub-storage of a compound storage; IOSubSpec, flags 1 */
-    IOSUB_DERIVED = 19, /* a stream derived from the parent by a transformation; IOSubDerivedSpec, flags 1 */
+    IOSUB_RANGE = 8,    /* a stretch of the parent; IOSubRangeSpec, flags IOSubOpenRead */
+    IOSUB_STREAM = 11,  /* a stream of a compound storage; IOSubSpec, flags IOSubOpenRead */
+    IOSUB_STORAGE = 12, /* a sub-storage of a compound storage; IOSubSpec, flags IOSubOpenRead */
+    IOSUB_DERIVED = 19, /* a transformation of the parent, as a stream; IOSubDerivedSpec, flags IOSubOpenRead */
     IOSUB_ARCHIVE = 39, /* the file seen as a ZIP archive; null, flags 0; the file's handle in *out on entry */
     IOSUB_MEMBER = 40   /* a member of such an archive; IOSubMemberSpec, flags 0 */
 };
+
+/* What sub-objects other than archives and their members are opened for: the flags of IOOpenSub. */
+enum { IOSubOpenRead = 1 };
 
 /* Names a stream or a sub-storage: kinds 11 and 12. The name holds 8-bit characters and is NUL-terminated. */
 typedef struct IOSubSpec {

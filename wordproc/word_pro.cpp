@@ -29,7 +29,6 @@ constexpr std::uint32_t headerSize = 16;
 constexpr std::uint32_t versionInFile = 48;
 constexpr std::int32_t versionInBody = 32;
 
-constexpr std::uint32_t openFlags = 1;
 constexpr std::uint32_t bodyMethod = 10;  // the transformation, by its number
 
 void FICloseIfOpen(HIOFILE handle) {
@@ -42,7 +41,7 @@ HIOFILE FIOpenBody(HIOFILE file, std::uint32_t end) {
     range.start = headerSize;
     range.end = end;
     HIOFILE body = nullptr;
-    static_cast<void>(file->operations.IOOpenSub(&body, IOSUB_RANGE, &range, openFlags));  // a failure leaves null
+    static_cast<void>(file->operations.IOOpenSub(&body, IOSUB_RANGE, &range, IOSubOpenRead));  // a failure leaves null
     return body;
 }
 
@@ -52,7 +51,7 @@ HIOFILE FIOpenPlainBody(HIOFILE body) {
     derivation.parent = body;
     derivation.method = bodyMethod;
     HIOFILE plain = nullptr;
-    return body->operations.IOOpenSub(&plain, IOSUB_DERIVED, &derivation, openFlags) == 0 ? plain : nullptr;
+    return body->operations.IOOpenSub(&plain, IOSUB_DERIVED, &derivation, IOSubOpenRead) == 0 ? plain : nullptr;
 }
 
 // Neither status is looked at: a version that can't be read is 0.
