@@ -19,12 +19,10 @@ constexpr std::int16_t success = 0;
 constexpr std::int16_t failure = -1;
 constexpr std::int16_t encodedTextTest = 4050;
 
-constexpr std::size_t nameBytes = 256;
-
 // The file's name as the handle gives it, in 8-bit or in 16-bit characters.
 union FIFileName {
-    char narrow[nameBytes];
-    std::uint16_t wide[nameBytes / sizeof(std::uint16_t)];
+    char narrow[IONameBytes];
+    std::uint16_t wide[IONameBytes / sizeof(std::uint16_t)];
 };
 
 // Copies the characters behind the last dot, upper-cased, at most four; the rest is dropped. Directories are not known
@@ -49,9 +47,9 @@ void FIReadExtension(HIOFILE handle, char (&extension)[extensionLength + 1]) {
     static_cast<void>(handle->operations.IOGetInfo(handle, IOInfoName, &name));
     static_cast<void>(handle->operations.IOGetInfo(handle, IOInfoNameType, &nameType));
     if (nameType == IONameWide) {
-        FICutExtension(name.wide, nameBytes / sizeof(std::uint16_t), extension);
+        FICutExtension(name.wide, IONameBytes / sizeof(std::uint16_t), extension);
     } else {
-        FICutExtension(name.narrow, nameBytes, extension);
+        FICutExtension(name.narrow, IONameBytes, extension);
     }
 }
 

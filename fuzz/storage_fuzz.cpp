@@ -27,8 +27,6 @@
 
 namespace {
 
-constexpr std::size_t classIdBytes = 16;
-
 // How much is looked at in one input; what hangs together in a damaged file can be endless.
 constexpr std::uint32_t deepestStorage = 4;
 constexpr std::uint32_t mostObjects = 200;
@@ -166,7 +164,7 @@ void CheckSubStorageBytes(UTHandle& storage, UTHandle& sub, Walk& walk) {
     }
 }
 
-bool GetClassId(HIOFILE file, std::uint8_t (&classId)[classIdBytes]) {
+bool GetClassId(HIOFILE file, std::uint8_t (&classId)[IOClassIdBytes]) {
     std::memset(classId, 0, sizeof(classId));
     return file->operations.IOGetInfo(file, IOInfoClassId, classId) == 0;
 }
@@ -184,8 +182,8 @@ bool LookUp(HIOFILE storage, std::uint32_t kind, const char* name) {
 }
 
 void CheckStorage(HIOFILE file, Walk& walk, std::uint32_t depth) {
-    std::uint8_t classId[classIdBytes];
-    std::uint8_t again[classIdBytes];
+    std::uint8_t classId[IOClassIdBytes];
+    std::uint8_t again[IOClassIdBytes];
     const bool isStorage = file->operations.IOGetInfo(file, IOInfoIsStorage, nullptr) == 0;
     Require(GetClassId(file, classId) == isStorage, "a storage has a class identifier, anything else has none");
     for (const char* const name : names) {

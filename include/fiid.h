@@ -101,17 +101,20 @@ typedef struct IOFile {
 
 /* Selectors of IOGetInfo. No other selector is asked for. */
 enum {
-    /* value: buffer of 256 bytes, its first two zeroed by the caller. Writes the file's name, NUL-terminated, in the
-     * type that IOInfoNameType reports: at most 255 bytes, or 127 16-bit units, and the terminator. A name that fills
-     * the buffer without one is cut there. An object without a name: write nothing and fail. */
+    /* value: buffer of IONameBytes, its first two bytes zeroed by the caller. Writes the file's name, NUL-terminated,
+     * in the type that IOInfoNameType reports: at most 255 bytes, or 127 16-bit units, and the terminator. A name that
+     * fills the buffer without one is cut there. An object without a name: write nothing and fail. */
     IOInfoName = 3,
     /* value: null. Status 0: the handle is a compound storage. Any other status: a plain stream of bytes. */
     IOInfoIsStorage = 4,
-    /* value: 16 bytes. Writes a storage's class identifier as it lies in the file: a GUID in its memory form. */
+    /* value: buffer of IOClassIdBytes. Writes a storage's class identifier as in the file: a GUID in memory form. */
     IOInfoClassId = 5,
     /* value: uint32_t, set to IONameNarrow by the caller. Writes IONameNarrow or IONameWide. */
     IOInfoNameType = 14
 };
+
+/* The buffers for a name, with the room for its terminator, and for a class identifier. */
+enum { IONameBytes = 256, IOClassIdBytes = 16 };
 
 /* Types of a name. */
 enum {

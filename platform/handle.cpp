@@ -163,7 +163,7 @@ void UTSetNarrowName(UTHandle& handle, const char* path) {
     const char* const slash = std::strrchr(path, '/');
     const char* name = slash != nullptr ? slash + 1 : path;
     const std::size_t length = std::strlen(name);
-    if (length >= handleNameBytes) name += length - (handleNameBytes - 1);
+    if (length >= IONameBytes) name += length - (IONameBytes - 1);
     std::strcpy(handle.name.narrow, name);
 }
 

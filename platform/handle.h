@@ -32,15 +32,12 @@ struct UTAttachment {
     void (*end)(UTAttachment& attachment);
 };
 
-// The capacity of a name, in bytes with its terminator.
-inline constexpr std::size_t handleNameBytes = 256;
-
 // The name that a handle reports: 8-bit characters, or 16-bit units when wide.
 struct UTHandleName {
     bool wide;
     union {
-        char narrow[handleNameBytes];
-        std::uint16_t units[handleNameBytes / sizeof(std::uint16_t)];
+        char narrow[IONameBytes];
+        std::uint16_t units[IONameBytes / sizeof(std::uint16_t)];
     };
 };
 

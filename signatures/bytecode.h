@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "fiid.h"
+
 // The byte behind FF. Any other value is a no-op of two bytes.
 enum class FIOpcode : std::uint8_t {
     Seek = 0x01,      // u32 offset: seeks there; a failing seek fails the row
@@ -29,7 +31,7 @@ enum class FIOpcode : std::uint8_t {
 };
 
 inline constexpr std::uint8_t opcodePrefix = 0xFF;
-inline constexpr std::size_t classIdSize = 16;
+inline constexpr std::size_t classIdSize = IOClassIdBytes;
 
 // XmlNs compares at most so many units: an operand, its NUL not counted, is shorter.
 inline constexpr std::size_t namespaceOperandLimit = 255;

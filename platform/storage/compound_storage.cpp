@@ -23,7 +23,7 @@ struct CFVolume {
 struct CFStorage : UTAttachment {
     CFVolume* volume;
     bool ownsVolume;  // the storage of the whole file does; it outlives those inside it
-    std::uint8_t classId[classIdBytes];
+    std::uint8_t classId[IOClassIdBytes];
     CFChildren children;
 };
 

@@ -101,7 +101,7 @@ bool CFReadEntry(CFSectors& sectors, CFChain& directory, std::uint32_t number, C
     entry.left = FILoadDWordLE(bytes + 68);
     entry.right = FILoadDWordLE(bytes + 72);
     entry.child = FILoadDWordLE(bytes + 76);
-    std::copy_n(bytes + 80, classIdBytes, entry.classId);
+    std::copy_n(bytes + 80, IOClassIdBytes, entry.classId);
     entry.firstSector = FILoadDWordLE(bytes + 116);
     entry.size = FILoadDWordLE(bytes + 120);
     if (sectors.header.majorVersion > 3) entry.size |= std::uint64_t{FILoadDWordLE(bytes + 124)} << 32;

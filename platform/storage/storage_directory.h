@@ -19,7 +19,6 @@
 
 inline constexpr std::uint32_t rootEntryNumber = 0;
 inline constexpr std::size_t entryNameUnits = 32;
-inline constexpr std::size_t classIdBytes = 16;
 
 // The types of entries. Other values mark entries that are not in use, or damage.
 enum class CFEntryType : std::uint8_t { Storage = 1, Stream = 2, Root = 5 };
@@ -32,7 +31,7 @@ struct CFEntry {
     std::uint32_t left;  // numbers of entries, or a number that names none
     std::uint32_t right;
     std::uint32_t child;
-    std::uint8_t classId[classIdBytes];  // as it lies in the file
+    std::uint8_t classId[IOClassIdBytes];  // as it lies in the file
     std::uint32_t firstSector;
     std::uint64_t size;  // of a stream, in bytes
 };

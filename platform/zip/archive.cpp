@@ -112,7 +112,7 @@ UTHandle* UTOpenEntry(UTHandle& archive, const ZAEntry& entry) {
 void UTNameMember(UTHandle& member, std::string_view name) {
     const std::size_t slash = name.rfind('/');
     if (slash != std::string_view::npos) name.remove_prefix(slash + 1);
-    if (name.size() >= handleNameBytes) name.remove_prefix(name.size() - (handleNameBytes - 1));
+    if (name.size() >= IONameBytes) name.remove_prefix(name.size() - (IONameBytes - 1));
     std::copy(name.begin(), name.end(), member.name.narrow);
     member.name.narrow[name.size()] = '\0';
 }

@@ -18,11 +18,10 @@
 
 namespace {
 
-constexpr std::size_t classIdBytes = 16;
 constexpr std::uint32_t deepestStorage = 64;  // a damaged file may nest without end
 
 std::string HexClassId(HIOFILE storage) {
-    std::uint8_t classId[classIdBytes] = {};
+    std::uint8_t classId[IOClassIdBytes] = {};
     static_cast<void>(storage->operations.IOGetInfo(storage, IOInfoClassId, classId));
     std::string text;
     for (const std::uint8_t byte : classId) {
