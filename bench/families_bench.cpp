@@ -34,7 +34,7 @@ std::string FamilyOf(bool storage, std::uint16_t row) {
 
 void AddToFamily(const std::string& path, std::map<std::string, Paths>& families) {
     HIOFILE handle = nullptr;
-    if (IOOpen(&handle, IOSpecNarrow, path.c_str(), 1) != 0) return;
+    if (IOOpen(&handle, IOSpecNarrow, path.c_str(), IOOpenRead) != 0) return;
     const bool storage = handle->operations.IOGetInfo(handle, IOInfoIsStorage, nullptr) == 0;
     FIVerdict verdict = {0, 0};
     FIIdHandleWithRow(handle, FIFlagExtendedText, verdict);

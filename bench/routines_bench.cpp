@@ -29,7 +29,7 @@ const std::string& UnclaimedBytes() {
 HIOFILE OpenUnclaimed() {
     const IOMemorySpec memory = {UnclaimedBytes().data(), UnclaimedBytes().size(), "file.bin"};
     HIOFILE handle = nullptr;
-    IOOpen(&handle, IOSpecMemory, &memory, 1);
+    IOOpen(&handle, IOSpecMemory, &memory, IOOpenRead);
     return handle;
 }
 

@@ -73,7 +73,7 @@ FIID RunOver(const FuzzRoutine& routine, HIOFILE file, const char* extension) {
 HIOFILE OpenMemory(const FuzzFile& file) {
     const IOMemorySpec specification = {file.bytes.data(), file.bytes.size(), file.name};
     HIOFILE handle = nullptr;
-    FuzzRequire(IOOpen(&handle, IOSpecMemory, &specification, 1) == 0, "IOOpen", "a block of memory opens");
+    FuzzRequire(IOOpen(&handle, IOSpecMemory, &specification, IOOpenRead) == 0, "IOOpen", "a block of memory opens");
     return handle;
 }
 

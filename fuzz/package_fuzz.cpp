@@ -31,7 +31,7 @@ void Require(bool law) {
 HIOFILE OpenMemory(const std::uint8_t* data, std::size_t size) {
     const IOMemorySpec memory = {data, size, "input"};
     HIOFILE file = nullptr;
-    Require(IOOpen(&file, IOSpecMemory, &memory, 1) == 0);
+    Require(IOOpen(&file, IOSpecMemory, &memory, IOOpenRead) == 0);
     return file;
 }
 

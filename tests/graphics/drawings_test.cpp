@@ -289,7 +289,7 @@ TEST(Mif, ComesBackOverAPlatformHandleThanksToTheRunawayGuard) {
         const std::string bytes = text;
         const IOMemorySpec memory = {bytes.data(), bytes.size(), "page.mif"};
         HIOFILE handle = nullptr;
-        ASSERT_EQ(IOOpen(&handle, IOSpecMemory, &memory, 1), 0);
+        ASSERT_EQ(IOOpen(&handle, IOSpecMemory, &memory, IOOpenRead), 0);
         FIReader* const reader = FIReaderNew(handle);
         EXPECT_EQ(FIReaderSeek(*reader, behindMifWord), 0);
         EXPECT_EQ(FIProbeMif(*reader), 1168U) << text;

@@ -28,7 +28,7 @@ static void identify_handle(void) {
     HIOFILE handle = NULL;
     FIID fiid = 0;
     FIReader reader;
-    expect(IOOpen(&handle, IOSpecMemory, &memory, 1) == 0, "IOOpen opens memory");
+    expect(IOOpen(&handle, IOSpecMemory, &memory, IOOpenRead) == 0, "IOOpen opens memory");
     expect(FIIdHandle(handle, FIFlagExtendedText, &fiid) == 0 && fiid == 4022, "FIIdHandle tells text");
     expect(FIIdHandle(handle, 0, &fiid) == 0 && fiid == 1999, "and does not without the flag");
     expect(FIIdSpecial(handle, 4050) == 0, "FIIdSpecial finds no encoded text");

@@ -42,7 +42,7 @@ class TemporaryDirectory {
 class Handle {
  public:
     explicit Handle(HIOFILE file) : file_(file) {}
-    Handle(std::uint32_t type, const void* specification) { status_ = IOOpen(&file_, type, specification, 1); }
+    Handle(std::uint32_t type, const void* specification) { status_ = IOOpen(&file_, type, specification, IOOpenRead); }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     ~Handle() {
@@ -83,7 +83,7 @@ class Handle {
 Handle OverMemory(const std::string& bytes, const char* name = nullptr) {
     const IOMemorySpec memory = {bytes.data(), bytes.size(), name};
     HIOFILE file = nullptr;
-    EXPECT_EQ(IOOpen(&file, IOSpecMemory, &memory, 1), 0);
+    EXPECT_EQ(IOOpen(&file, IOSpecMemory, &memory, IOOpenRead), 0);
     return Handle(file);
 }
 
@@ -277,20 +277,21 @@ TEST(Open, RefusesWhatIsNoFileWithoutBlocking) {
     ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     for (const char* name : {"fifo", "dir", "dangling", "socket", "missing"}) {
         HIOFILE handle = reinterpret_cast<HIOFILE>(&address);
-        EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, directory.Path(name).c_str(), 1), -1) << name;
+        EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, directory.Path(name).c_str(), IOOpenRead), -1) << name;
         EXPECT_EQ(handle, nullptr) << name;
     }
     HIOFILE handle = nullptr;
-    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, "/dev/null", 1), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, "/dev/null", IOOpenRead), -1);
     close(listener);
 }
 
 TEST(Open, RefusesWhatItDoesNotKnow) {
     HIOFILE handle = nullptr;
-    for (const std::uint32_t type : {0U, 1U, 3U, 8U, 0xFFFFFFFFU}) EXPECT_EQ(IOOpen(&handle, type, "x", 1), -1);
-    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, nullptr, 1), -1);
+    for (const std::uint32_t type : {0U, 1U, 3U, 8U, 0xFFFFFFFFU})
+        EXPECT_EQ(IOOpen(&handle, type, "x", IOOpenRead), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, nullptr, IOOpenRead), -1);
     const IODescriptorSpec closed = {-1, nullptr};
-    EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &closed, 1), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &closed, IOOpenRead), -1);
 }
 
 TEST(Open, FollowsSymbolicLinksAndNamesTheLink) {
@@ -308,9 +309,9 @@ TEST(Open, FailsWithoutMemory) {
     const IOMemorySpec memory = {"xyz", 3, nullptr};
     FIFailAllocationsFrom(0);
     HIOFILE handle = nullptr;
-    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, path.c_str(), 1), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, path.c_str(), IOOpenRead), -1);
     EXPECT_EQ(errno, ENOMEM);
-    EXPECT_EQ(IOOpen(&handle, IOSpecMemory, &memory, 1), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecMemory, &memory, IOOpenRead), -1);
     FIHeapNeverFails();
 }
 
@@ -336,7 +337,7 @@ TEST(Open, DescriptorThatCannotBeReadIsRefused) {
         ASSERT_GE(specification.descriptor, 0) << flags;
         HIOFILE handle = nullptr;
         errno = 0;
-        EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, 1), -1) << flags;
+        EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, IOOpenRead), -1) << flags;
         EXPECT_EQ(errno, EBADF) << flags;
         EXPECT_EQ(handle, nullptr);
         close(specification.descriptor);
@@ -351,7 +352,7 @@ TEST(Open, DescriptorOfAPipeIsRefused) {
     ASSERT_EQ(pipe(ends), 0);
     const IODescriptorSpec specification = {ends[0], nullptr};
     HIOFILE handle = nullptr;
-    EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, 1), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, IOOpenRead), -1);
     close(ends[0]);
     close(ends[1]);
 }
@@ -589,7 +590,7 @@ TEST(ForeignHandle, FailsWithoutMemory) {
     HIOFILE handle = FIFileOf(*host);
     FIFailAllocationsFrom(0);
     errno = 0;
-    EXPECT_EQ(IOOpen(&handle, IOSpecHandle, FIFileOf(*host), 1), -1);
+    EXPECT_EQ(IOOpen(&handle, IOSpecHandle, FIFileOf(*host), IOOpenRead), -1);
     FIHeapNeverFails();
     EXPECT_EQ(errno, ENOMEM);
     EXPECT_EQ(handle, nullptr);

@@ -106,7 +106,7 @@ HIOFILE OpenAsBlockDevice(int descriptor) {
     const IODescriptorSpec specification = {descriptor, nullptr};
     HIOFILE file = nullptr;
     pretendedType = S_IFBLK;
-    const std::int32_t status = IOOpen(&file, IOSpecDescriptor, &specification, 1);
+    const std::int32_t status = IOOpen(&file, IOSpecDescriptor, &specification, IOOpenRead);
     pretendedType = 0;
     EXPECT_EQ(status == 0, file != nullptr);
     return file;

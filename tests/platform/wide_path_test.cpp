@@ -93,7 +93,7 @@ TEST_P(WidePath, OpensTheFileOfTheNarrowPath) {
     std::ofstream(path) << "bytes";
     const std::u16string wide = std::u16string(directory.begin(), directory.end()) + u"/f" + GetParam().wide;
     HIOFILE file = nullptr;
-    EXPECT_EQ(IOOpen(&file, IOSpecWide, wide.c_str(), 1), 0);
+    EXPECT_EQ(IOOpen(&file, IOSpecWide, wide.c_str(), IOOpenRead), 0);
     if (file != nullptr) {
         char bytes[8] = "";
         std::uint32_t count = 0;
@@ -122,7 +122,7 @@ TEST(WidePathMemory, ExhaustedHeapIsAFailureAndNothingIsThrown) {
     FIFailAllocationsFrom(0);
     newThrows = true;
     errno = 0;
-    const std::int32_t status = IOOpen(&file, IOSpecWide, wide.c_str(), 1);
+    const std::int32_t status = IOOpen(&file, IOSpecWide, wide.c_str(), IOOpenRead);
     const int reason = errno;
     newThrows = false;
     FIHeapNeverFails();
@@ -138,9 +138,9 @@ TEST(WidePathMemory, NothingIsTakenFromOutsideTheProcessHeap) {
     HIOFILE file = nullptr;
     newThrows = true;
     errno = 0;
-    const std::int32_t missing = IOOpen(&file, IOSpecWide, wide.c_str(), 1);
+    const std::int32_t missing = IOOpen(&file, IOSpecWide, wide.c_str(), IOOpenRead);
     const int reason = errno;
-    const std::int32_t found = IOOpen(&file, IOSpecWide, u"/proc/self/./././././././status", 1);
+    const std::int32_t found = IOOpen(&file, IOSpecWide, u"/proc/self/./././././././status", IOOpenRead);
     newThrows = false;
     EXPECT_EQ(missing, -1);
     EXPECT_EQ(reason, ENOENT) << "the reason of the open, not of what came behind it";

@@ -204,7 +204,7 @@ TEST_F(Reader, EndsWhereItsOffsetsEnd) {
     std::ofstream(path) << "head";
     ASSERT_EQ(truncate(path.c_str(), 5LL << 30), 0);
     HIOFILE handle = nullptr;
-    ASSERT_EQ(IOOpen(&handle, IOSpecNarrow, path.c_str(), 1), 0);
+    ASSERT_EQ(IOOpen(&handle, IOSpecNarrow, path.c_str(), IOOpenRead), 0);
     std::remove(path.c_str());
     FIReader reader;
     FIReaderStart(reader, handle);

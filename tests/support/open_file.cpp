@@ -8,7 +8,7 @@
 
 OpenFile::OpenFile(std::string bytes, const char* name) : bytes_(std::move(bytes)) {
     const IOMemorySpec memory = {bytes_.data(), bytes_.size(), name};
-    EXPECT_EQ(IOOpen(&file_, IOSpecMemory, &memory, 1), 0);
+    EXPECT_EQ(IOOpen(&file_, IOSpecMemory, &memory, IOOpenRead), 0);
 }
 
 OpenFile::~OpenFile() { Close(); }

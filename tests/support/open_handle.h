@@ -90,13 +90,13 @@ class OpenHandle {
 inline OpenHandle FIOpenBytes(const std::string& bytes) {
     const IOMemorySpec memory = {bytes.data(), bytes.size(), ""};
     HIOFILE file = nullptr;
-    EXPECT_EQ(IOOpen(&file, IOSpecMemory, &memory, 1), 0);
+    EXPECT_EQ(IOOpen(&file, IOSpecMemory, &memory, IOOpenRead), 0);
     return OpenHandle(file);
 }
 
 // A handle of the platform layer over a handle of the test's own, which counts what is done.
 inline OpenHandle FIOpenOver(TestHandle& handle) {
     HIOFILE file = nullptr;
-    EXPECT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(handle), 1), 0);
+    EXPECT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(handle), IOOpenRead), 0);
     return OpenHandle(file);
 }

@@ -78,7 +78,7 @@ FIID FIAnswerOver(FIProbeWithExtension probe, TestHandle& handle, const char* ex
 FIID FIIdentifyBytes(std::string_view bytes, const char* name, std::uint32_t flags, std::uint16_t* row) {
     const IOMemorySpec memory = {bytes.data(), bytes.size(), name};
     HIOFILE handle = nullptr;
-    EXPECT_EQ(IOOpen(&handle, IOSpecMemory, &memory, 1), 0);
+    EXPECT_EQ(IOOpen(&handle, IOSpecMemory, &memory, IOOpenRead), 0);
     FIVerdict verdict = {0, 0};
     EXPECT_EQ(FIIdHandleWithRow(handle, flags, verdict), 0);
     std::uint32_t position = 1;

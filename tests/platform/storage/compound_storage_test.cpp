@@ -580,7 +580,7 @@ TEST(StorageNames, AreThoseOfTheEntries) {
     const WrittenStorage written = writer.Write();
     const IOMemorySpec memory = {written.bytes.data(), written.bytes.size(), "file.ppt"};
     HIOFILE file = nullptr;
-    ASSERT_EQ(IOOpen(&file, IOSpecMemory, &memory, 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecMemory, &memory, IOOpenRead), 0);
     const OpenHandle storage(file);
     EXPECT_EQ(NarrowNameOf(storage), "file.ppt");
     EXPECT_EQ(NarrowNameOf(storage.Stream("a/b.doc")), "a/b.doc") << "an entry's name has no directories";
@@ -730,7 +730,7 @@ TEST(StorageHandles, ClosingTheFileEndsWhatNobodyClosed) {
     const Sample sample = MakeSample();
     HIOFILE file = nullptr;
     const IOMemorySpec memory = {sample.written.bytes.data(), sample.written.bytes.size(), ""};
-    ASSERT_EQ(IOOpen(&file, IOSpecMemory, &memory, 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecMemory, &memory, IOOpenRead), 0);
     UTHandle& storage = *UTFindHandle(file);
     ASSERT_NE(UTOpenStream(storage, "Large"), nullptr);
     UTHandle* const sub = UTOpenSubStorage(storage, "Sub");
@@ -745,7 +745,7 @@ TEST(StorageHandles, ClosingTheFileEndsWhatNobodyClosed) {
 std::string UseSample(const std::string& bytes) {
     HIOFILE file = nullptr;
     const IOMemorySpec memory = {bytes.data(), bytes.size(), ""};
-    if (IOOpen(&file, IOSpecMemory, &memory, 1) != 0) return "";
+    if (IOOpen(&file, IOSpecMemory, &memory, IOOpenRead) != 0) return "";
     const OpenHandle storage(file);
     std::string came = storage.ClassId();
     const auto readStream = [&came](const OpenHandle& stream) {

@@ -83,7 +83,7 @@ TEST(Archive, OpensInAHostsHandleThroughOneOfThisLayer) {
     host->bytesPerRead = 7;
     EXPECT_EQ(FIOpenArchive(FIFileOf(*host)), nullptr);  // the host's own operation knows no archives
     HIOFILE file = nullptr;
-    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
     const HIOFILE archive = FIOpenArchive(file);
     ASSERT_NE(archive, nullptr);
     for (const ZipMember& member : members) {
@@ -295,7 +295,7 @@ TEST(Member, IsUnpackedAsItIsRead) {
         FIMakeTestHandle(FIWriteZip({{.name = "m", .bytes = std::string(20000000, 'z'), .method = zipDeflated}}));
     ASSERT_GT(host->bytes.size(), 15000U);
     HIOFILE file = nullptr;
-    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
     const HIOFILE member = FIOpenMember(FIOpenArchive(file), "m");
     ASSERT_NE(member, nullptr);
     host->bytesDelivered = 0;
@@ -347,7 +347,7 @@ TEST(Member, ReadsOfNothingAreNothing) {
 TEST(Member, OfAFileThatFailsIsDamaged) {
     const auto host = FIMakeTestHandle(archiveBytes);
     HIOFILE file = nullptr;
-    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
     const HIOFILE archive = FIOpenArchive(file);
     const HIOFILE packed = FIOpenMember(archive, "packed.txt");
     const HIOFILE stored = FIOpenMember(archive, "stored.txt");

@@ -153,7 +153,7 @@ class UnpackerOverHost : public testing::Test {
     void Open(const std::string& packed, std::uint64_t size) {
         if (file_ != nullptr) FICloseFile(file_);
         host_ = FIMakeTestHandle(Archive(packed, size));
-        ASSERT_EQ(IOOpen(&file_, IOSpecHandle, FIFileOf(*host_), 1), 0);
+        ASSERT_EQ(IOOpen(&file_, IOSpecHandle, FIFileOf(*host_), IOOpenRead), 0);
         member_ = FIOpenMember(FIOpenArchive(file_), "m");
         ASSERT_NE(member_, nullptr);
         host_->bytesDelivered = 0;

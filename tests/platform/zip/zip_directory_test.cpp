@@ -238,7 +238,7 @@ std::string FullOfLongWalks(std::uint32_t records) {
 TEST(DirectorySearch, AllWalksTogetherStayWithin256Mebibytes) {
     const auto host = FIMakeTestHandle(FullOfLongWalks(2900));  // walks of 273 million bytes
     HIOFILE file = nullptr;
-    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
     ZADirectory directory;
     EXPECT_FALSE(ZAFindDirectory(*UTFindHandle(file), directory));
     EXPECT_GT(host->bytesDelivered, largestZipDirectory / 10 * 9);
@@ -253,7 +253,7 @@ TEST(DirectorySearch, APlaceInFrontOfTheRecordThatWasToldIsTriedOnce) {
     zip[DirectoryStart(zip) + 93 * 1000] = 'Q';
     const auto host = FIMakeTestHandle(zip);
     HIOFILE file = nullptr;
-    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
     ZADirectory directory;
     EXPECT_FALSE(ZAFindDirectory(*UTFindHandle(file), directory));
     EXPECT_GT(host->bytesDelivered, 94000U);
@@ -268,7 +268,7 @@ TEST(DirectorySearch, AnArchiveInFrontOfWalksWithinTheBoundIsFound) {
 TEST(DirectorySearch, AFileThatCanNotBeReadHasNone) {
     const auto host = FIMakeTestHandle(plainZip);
     HIOFILE file = nullptr;
-    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), 1), 0);
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
     ZADirectory directory;
     host->failReadsFrom = 0;
     EXPECT_FALSE(ZAFindDirectory(*UTFindHandle(file), directory));
