@@ -30,6 +30,8 @@ constexpr FIID lhaStubFormat = 1814;
 
 // ---- ZIP -----------------------------------------------------------------------------------------------------------
 
+// 'P' 'K' 03 04 as a number. platform/zip/zip_directory.cpp names the same bytes for itself: it belongs to the platform
+// library, which a host may replace.
 constexpr std::uint32_t localHeaderSignature = 0x04034B50;
 constexpr std::uint32_t shortStub = 12784;
 constexpr std::uint32_t mediumStub = 15512;
