@@ -1,4 +1,6 @@
-// extended_text.cpp - text told by its characters: line ends, blanks, at-signs, high bytes and control characters.
+// extended_text.cpp - FIExtTextID: text told by its characters alone, the last resort when no signature row fits.
+//
+// What counts are line ends, blanks, at-signs, high bytes and control characters.
 //
 //   Answer   Meaning
 //     4022   text without bytes of 80 and above
@@ -8,12 +10,11 @@
 //
 // The sample is the first 4,096 bytes, or a smaller file whole. A control character ends it; only a sample that holds
 // one can be no text. Bytes 08, 09 and 0C, CR and LF are no control characters here, and 7F is a plain text byte.
-#include "text/extended_text.h"
-
 #include <algorithm>
 #include <cstdint>
 
 #include "catalogue/format_not_known.h"
+#include "fiid.h"
 #include "reader/file_end.h"
 #include "reader/reader.h"
 
