@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,6 +31,9 @@ bool IsOpenForReading(int descriptor);
 
 // Opens a file, without waiting for the other end of a FIFO. Returns the descriptor, or -1 with errno set.
 int OpenForReading(const std::string& path);
+
+// A block that takes whatever a pipe holds in one read.
+inline constexpr std::size_t readBlockBytes = 65536;
 
 // Reads what there is, and waits when there is nothing yet. Returns the count of bytes, 0 at the end, or -1 with errno
 // set: EINTR only when a signal ends the program.

@@ -16,7 +16,6 @@
 namespace {
 
 constexpr int successExitStatus = 0;
-constexpr int failedExitStatus = 1;
 
 void ListFormats(const Options& options) {
     RecordWriter writer(options.format, options.explain);

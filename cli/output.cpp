@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr int failedExitStatus = 1;
-
 // A write to a pipe is atomic up to here. Larger ones to a file would save little beside the cost of opening the files
 // that the records tell of.
 constexpr std::size_t gatheredBytes = PIPE_BUF;

@@ -14,12 +14,11 @@
 
 namespace {
 
-constexpr std::size_t blockBytes = 65536;
 constexpr const char* standardInputName = "-";
 
 std::optional<std::string> ReadEntries(int descriptor, char separator,
                                        const std::function<void(const std::string&)>& visit) {
-    std::array<char, blockBytes> block;
+    std::array<char, readBlockBytes> block;
     std::string entry;
     while (true) {
         const ssize_t came = ReadAvailable(descriptor, block);

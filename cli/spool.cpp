@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::size_t blockBytes = 65536;
-
 std::string TemporaryDirectory() {
     const char* const directory = std::getenv("TMPDIR");
     return directory != nullptr && directory[0] != '\0' ? directory : "/tmp";
@@ -44,7 +42,7 @@ bool SpooledInput::Open(int source, const std::string& sourceName, std::optional
         error = directory + ": no temporary file: " + std::strerror(errno);
         return false;
     }
-    std::array<char, blockBytes> block;
+    std::array<char, readBlockBytes> block;
     while (true) {
         const ssize_t came = ReadAvailable(source, block);
         if (came == 0) return true;
