@@ -26,9 +26,6 @@ constexpr FIID atSignText = 1184;
 
 constexpr std::uint32_t largestSample = 4096;
 
-constexpr std::uint16_t backspace = 0x08;
-constexpr std::uint16_t tab = 0x09;
-constexpr std::uint16_t formFeed = 0x0C;
 constexpr std::uint16_t firstPrintable = 0x20;
 constexpr std::uint16_t firstHighByte = 0x80;
 
@@ -99,7 +96,7 @@ std::uint32_t FICountCarriageReturn(TextScan& scan) {
 void FICountCharacter(std::uint16_t character, TextCounts& counts) {
     if (character == '\n') {
         FICountLineEnd(counts.loneLf, counts);
-    } else if (character < firstPrintable && character != backspace && character != tab && character != formFeed) {
+    } else if (character < firstPrintable && character != '\b' && character != '\t' && character != '\f') {
         counts.control = true;
     } else if (character >= firstHighByte) {
         ++counts.highBytes;

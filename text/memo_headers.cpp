@@ -14,11 +14,6 @@
 
 namespace {
 
-constexpr std::uint16_t tab = 0x09;
-constexpr std::uint16_t lineFeed = 0x0A;
-constexpr std::uint16_t carriageReturn = 0x0D;
-constexpr std::uint16_t blank = 0x20;
-
 constexpr std::uint16_t memoHits = 2;
 constexpr std::uint16_t memoLines = 15;
 constexpr std::uint16_t memoLineLimit = 1000;
@@ -53,8 +48,8 @@ bool FITakeMemoLine(FIReader& reader, std::uint16_t& hits) {
     std::uint16_t column = 0;
     while (column < memoLineLimit) {
         const std::uint16_t character = FIReaderGetByte(reader);
-        if (character == carriageReturn) return column != 0 && FIReaderGetByte(reader) == lineFeed;
-        if (character == endOfFile || (character < blank && character != tab)) return false;
+        if (character == '\r') return column != 0 && FIReaderGetByte(reader) == '\n';
+        if (character == endOfFile || (character < ' ' && character != '\t')) return false;
         const std::string_view head = column == 0 ? FIMemoHeadOf(character) : std::string_view();
         column = head.empty() ? static_cast<std::uint16_t>(column + 1) : FITakeMemoHead(reader, head, hits);
     }

@@ -15,9 +15,6 @@
 
 namespace {
 
-constexpr std::uint16_t tab = 0x09;
-constexpr std::uint16_t blank = 0x20;
-
 constexpr std::string_view beginWord = "begin";
 constexpr std::string_view calendarWord = "calendar";
 constexpr std::string_view cardWord = "card";
@@ -35,7 +32,7 @@ std::uint16_t FITakeBehindBlanks(FIReader& reader) {
     std::uint16_t character;
     do {
         character = FIReaderGetByte(reader);
-    } while (character == tab || character == blank);
+    } while (character == '\t' || character == ' ');
     return character;
 }
 

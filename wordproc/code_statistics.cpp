@@ -21,10 +21,6 @@
 
 namespace {
 
-constexpr std::uint16_t lineFeed = 0x0A;
-constexpr std::uint16_t carriageReturn = 0x0D;
-constexpr std::uint16_t blank = 0x20;
-
 // ---- FIProbeCommandCounts ----
 
 constexpr FIID threeByteLineEnds = 1022;
@@ -84,13 +80,13 @@ void FICountCode(FICommandScan& scan, std::uint16_t current) {
     };
     switch (current) {
         case 0x52:
-            if (behind(lineFeed, 0x0B)) ++scan.votes1022;
+            if (behind('\n', 0x0B)) ++scan.votes1022;
             break;
-        case lineFeed:
-            if (behind(0x0E, carriageReturn)) ++scan.votes1022;
+        case '\n':
+            if (behind(0x0E, '\r')) ++scan.votes1022;
             break;
         case 0x0F:
-            if (behind(carriageReturn, lineFeed)) ++scan.votes1022;
+            if (behind('\r', '\n')) ++scan.votes1022;
             break;
         case 0xD1:
         case 0xD2:
@@ -165,18 +161,18 @@ void FIShiftView(FIFiveBytes& view, FIReader& reader) {
     view = {view.previous, view.middle, view.next, view.afterNext, FITakeFoldedByte(reader)};
 }
 
-bool FIIsWordBreak(std::int16_t byte) { return byte == blank || byte == bindingBlank || byte == softHyphen; }
+bool FIIsWordBreak(std::int16_t byte) { return byte == ' ' || byte == bindingBlank || byte == softHyphen; }
 
 // Counts the middle byte, whose top bit is set. The first rule that fits applies.
 void FICountMark(FIFiveBytes& view, FIMarkedLine& line) {
-    const bool lineEnds = view.next == carriageReturn && view.afterNext == lineFeed;
+    const bool lineEnds = view.next == '\r' && view.afterNext == '\n';
     if (FIIsWordBreak(view.next) || lineEnds) {
         const bool endsWord =
             FIIsWordBreak(view.previous) || (view.previous <= lastPlain && view.beforePrevious <= lastPlain);
         if (endsWord && !lineEnds) ++line.goodMarks;  // at the end of a line the mark says nothing
     } else if (view.previous == extendedStart && view.next == extendedEnd) {
         ++line.goodMarks;
-    } else if (view.afterNext == blank) {
+    } else if (view.afterNext == ' ') {
         // Quirk: not counted, and from here on it is seen as a plain character by the bytes behind it.
         view.middle = static_cast<std::int16_t>(view.middle - topBit);
     } else {
@@ -214,9 +210,9 @@ FIID FIProbeHighBitWords(FIReader& reader) {
     for (std::uint16_t visited = 0; visited < middleBytes && view.middle != -1; ++visited) {
         if (view.middle > lastPlain) {
             FICountMark(view, line);
-        } else if (view.middle == blank) {
+        } else if (view.middle == ' ') {
             if (view.previous >= firstPrintable && view.previous <= lastPlain) line.plainGap = true;
-        } else if (view.middle == carriageReturn && view.next == lineFeed) {
+        } else if (view.middle == '\r' && view.next == '\n') {
             if (line.badMarks > line.goodMarks) return 0;  // one such line, however many clean ones came before
             if (FISpeaksForFormat(line)) ++markedLines;
             line = {};
@@ -231,9 +227,9 @@ std::uint16_t FIReadFoldedByte(FIReader& reader) {
     constexpr std::uint16_t foldedTopBit = 0x80;
     const std::uint16_t byte = FIReaderGetByte(reader);
     switch (byte) {
-        case foldedTopBit | blank:
-        case foldedTopBit | carriageReturn:
-        case foldedTopBit | lineFeed:
+        case foldedTopBit | ' ':
+        case foldedTopBit | '\r':
+        case foldedTopBit | '\n':
             return static_cast<std::uint16_t>(byte - foldedTopBit);
         default:
             return byte;

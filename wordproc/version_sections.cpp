@@ -12,9 +12,6 @@
 
 namespace {
 
-constexpr std::uint16_t lineFeed = 0x0A;
-constexpr std::uint16_t carriageReturn = 0x0D;
-
 constexpr std::string_view versionHead = "[ver]\r\n";
 constexpr std::string_view styleHead = "[sty]\r\n";
 constexpr std::uint16_t decidingDigit = '4';
@@ -25,7 +22,7 @@ std::uint16_t FITakeVersionLine(FIReader& reader) {
     while (true) {
         const std::uint16_t character = FIReaderGetByte(reader);
         if (character == endOfFile) return endOfFile;
-        if (character == carriageReturn) return digit;
+        if (character == '\r') return digit;
         if (character >= '0' && character <= '9') digit = character;
     }
 }
@@ -35,6 +32,6 @@ std::uint16_t FITakeVersionLine(FIReader& reader) {
 FIID FIProbeVersionSections(FIReader& reader) {
     if (FIReaderSeek(reader, 0) != 0 || !FITakeText(reader, versionHead)) return 0;
     const std::uint16_t digit = FITakeVersionLine(reader);
-    if (digit == endOfFile || FIReaderGetByte(reader) != lineFeed || !FITakeText(reader, styleHead)) return 0;
+    if (digit == endOfFile || FIReaderGetByte(reader) != '\n' || !FITakeText(reader, styleHead)) return 0;
     return digit == decidingDigit ? 1057 : 1056;
 }
