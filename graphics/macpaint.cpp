@@ -93,7 +93,7 @@ bool FITakeGroup(FIReader& reader, FIPaintLines& lines) {
     return true;
 }
 
-bool FITakeLine(FIReader& reader, FIPaintLines& lines) {
+bool FITakeScanLine(FIReader& reader, FIPaintLines& lines) {
     lines.lineBytes = 0;
     while (lines.lineBytes < lineSize) {
         if (!FITakeGroup(reader, lines)) return false;
@@ -111,7 +111,7 @@ FIID FIProbeMacPaint(FIReader& reader) {
     if (FIReaderSeek(reader, linesOffset) != 0) return 0;
     FIPaintLines lines;
     for (std::uint32_t line = 0; line < linesLookedAt; ++line) {
-        if (!FITakeLine(reader, lines)) return 0;
+        if (!FITakeScanLine(reader, lines)) return 0;
     }
     return macPaintFormat;
 }
