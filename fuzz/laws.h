@@ -2,8 +2,7 @@
 //
 // - A routine's answer is 0 or one of its own.
 // - It is the same over short reads and over a handle of the platform layer, unless the routine reads the handle itself
-// in
-//   blocks.
+//   in blocks.
 // - A routine is delivered no more bytes than its bound.
 // - A whole identification gives the same answer twice, never 0, and leaves the handle at offset 0.
 #pragma once

@@ -41,7 +41,7 @@ namespace {
 
 constexpr std::uint32_t positionLimit = 512;
 
-// ---- Encodings
+// ---- Encodings ------------------------------------------------------------------------------------------------------
 
 constexpr std::uint16_t eightBit = 0x001;
 constexpr std::uint16_t sixteenBitHighFirst = 0x00A;
@@ -78,7 +78,7 @@ constexpr EncodingRow encodingRows[] = {
     // clang-format on
 };
 
-// ---- Texts in normal form
+// ---- Texts in normal form -------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t bytesPerCharacter = 2;
 
@@ -100,7 +100,7 @@ constexpr auto endOfTag = FINormalForm(">");
 constexpr auto endOfInstruction = FINormalForm("?>");
 constexpr auto endOfComment = FINormalForm("-->");
 
-// ---- The walk
+// ---- The walk -------------------------------------------------------------------------------------------------------
 
 enum class PrologState : std::uint8_t { Between, AfterBracket, InMarkup, InDoctype, Finished };
 

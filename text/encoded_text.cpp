@@ -52,7 +52,7 @@ constexpr std::string_view yEndKeyword = "=yend ";
 constexpr std::string_view binHexNotice = "(this file must be converted with binhex 4.0)";
 static_assert(binHexNotice.size() == 45);
 
-// ---- Lines
+// ---- Lines ----------------------------------------------------------------------------------------------------------
 
 bool FIIsHighByte(char character) { return static_cast<std::uint8_t>(character) >= 0x80; }
 
@@ -81,7 +81,7 @@ bool FIChecksumFits(std::string_view line) {
     return (sum & sixBits) == static_cast<std::uint32_t>(line.back()) - ' ';
 }
 
-// ---- The scan
+// ---- The scan -------------------------------------------------------------------------------------------------------
 
 struct EncodedScan {
     FIReader& reader;
@@ -175,7 +175,7 @@ bool FILowerLine(EncodedScan& scan) {
     return true;
 }
 
-// ---- uuencode and xxencode with a header
+// ---- uuencode and xxencode with a header ----------------------------------------------------------------------------
 
 // Quirk: a digit 7 does not qualify, so that the usual mode 755 makes no header.
 bool FIIsBeginHeader(const EncodedScan& scan) {
@@ -199,7 +199,7 @@ FIID FIFollowBeginHeader(EncodedScan& scan) {
     return FIIsXxLine(scan.line) || FILineStartsWith(scan, endKeyword) ? xxWithHeader : FIID{0};
 }
 
-// ---- yEnc
+// ---- yEnc -----------------------------------------------------------------------------------------------------------
 
 // Reads a number and takes it off the text.
 // Quirk: only the digits 1 to 8 count, so that 128 is 128, but 100 is 1 and 90 is 0. The value wraps in 16 bits.
@@ -257,7 +257,7 @@ FIID FIFollowYEncHeader(EncodedScan& scan) {
     return header.part > 1 ? yEncLaterPart : yEncSinglePart;
 }
 
-// ---- BinHex 4.0 with its notice
+// ---- BinHex 4.0 with its notice -------------------------------------------------------------------------------------
 
 bool FIIsBinHexNotice(const EncodedScan& scan) {
     return scan.length <= longestBinHexLine && FILineStartsWith(scan, binHexNotice);
@@ -282,7 +282,7 @@ FIID FIFollowBinHexStart(EncodedScan& scan) {
     return FILastByte(scan) == ':' || FIReadBinHexLine(scan) ? binHexWithNotice : FIID{0};
 }
 
-// ---- The line loop
+// ---- The line loop --------------------------------------------------------------------------------------------------
 
 StepAnswer FITryHeaders(EncodedScan& scan) {
     if (scan.length < shortestHeader) return std::nullopt;

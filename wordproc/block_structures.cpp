@@ -52,7 +52,7 @@
 
 namespace {
 
-// ---- FIProbeBlockHeader ----
+// ---- FIProbeBlockHeader ---------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t firstTellOffset = 420;
 constexpr std::uint32_t smallNumberOffset = 440;
@@ -125,7 +125,7 @@ bool FITakeMarker(FIReader& reader) {
     return FIReaderGetByte(reader) == 0xFF && FIReaderGetByte(reader) == 0x03 && FIReaderGetByte(reader) == 0xB3;
 }
 
-// ---- FIProbeEntryTable ----
+// ---- FIProbeEntryTable ----------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t entriesOffset = 4;
 constexpr std::uint32_t entrySize = 14;
@@ -147,7 +147,7 @@ bool FIEntryLeadsToMark(FIReader& reader, std::uint32_t tableBase) {
     return FIReaderSeek(reader, tableBase + offset) == 0 && FIReaderGetByte(reader) == entryDataMark;
 }
 
-// ---- FIProbeBlockList ----
+// ---- FIProbeBlockList -----------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t listHeaderOffset = 256;
 constexpr std::uint32_t blockNumbersOffset = 266;
@@ -171,7 +171,7 @@ std::int16_t FIReadBlockCount(FIReader& reader) {
     return blocks < mostBlocks ? blocks : mostBlocks;
 }
 
-// ---- FIProbeMirroredLengths ----
+// ---- FIProbeMirroredLengths -----------------------------------------------------------------------------------------
 
 constexpr std::uint16_t recordsToFollow = 4;
 constexpr std::uint16_t lastOffset = 2048;

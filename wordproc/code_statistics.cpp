@@ -21,7 +21,7 @@
 
 namespace {
 
-// ---- FIProbeCommandCounts ----
+// ---- FIProbeCommandCounts -------------------------------------------------------------------------------------------
 
 constexpr FIID threeByteLineEnds = 1022;
 constexpr FIID commandsBehindMark = 1033;
@@ -110,7 +110,7 @@ FIID FIJudgeVotes(const FICommandScan& scan, bool firstNonZero) {
     return 0;
 }
 
-// ---- FIProbeHighBitWords ----
+// ---- FIProbeHighBitWords --------------------------------------------------------------------------------------------
 
 constexpr FIID highBitWords = 1003;
 

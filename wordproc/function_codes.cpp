@@ -95,7 +95,7 @@ bool FIHasShown(const FICodeWalk& walk, FIDialect dialect) {
     return (dialect == first && walk.showsFirst) || (dialect == second && walk.showsSecond);
 }
 
-// ---- The steps ----
+// ---- The steps ------------------------------------------------------------------------------------------------------
 
 bool FISkip(FICodeWalk& walk, std::uint16_t bytes) { return FIReaderSkip(bytes, walk.reader) == 0; }
 
@@ -136,7 +136,7 @@ bool FICloseOpenGroup(FICodeWalk& walk, bool& open) {
     return true;
 }
 
-// ---- The rules of the codes ----
+// ---- The rules of the codes -----------------------------------------------------------------------------------------
 
 bool FIRefuse(FICodeWalk&, const FICodeRow&) { return false; }
 
@@ -378,7 +378,7 @@ bool FITake234(FICodeWalk& walk, const FICodeRow&) {
 
 bool FITake245(FICodeWalk& walk, const FICodeRow&) { return FIPair(walk); }
 
-// ---- The codes, by the lowest of each row ----
+// ---- The codes, by the lowest of each row ---------------------------------------------------------------------------
 
 constexpr FICodeRow codeRows[] = {
     // clang-format off
@@ -453,7 +453,7 @@ constexpr auto rowOfCode = [] {
     return rows;
 }();
 
-// ---- The walk ----
+// ---- The walk -------------------------------------------------------------------------------------------------------
 
 bool FITakeGroup(FICodeWalk& walk) {
     const FICodeRow& row = *rowOfCode[walk.code - firstFunctionCode];

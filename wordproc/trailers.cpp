@@ -28,7 +28,7 @@
 
 namespace {
 
-// ---- FIProbeLayoutTrailer ----
+// ---- FIProbeLayoutTrailer -------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t strideSize = 128;
 constexpr std::uint32_t largestRemainder = 1;
@@ -103,11 +103,11 @@ bool FIFindFilledMarker(FIReader& reader) {
     return fill == FIFill::complete;
 }
 
-// ---- FIProbeEscapeHeader ----
+// ---- FIProbeEscapeHeader --------------------------------------------------------------------------------------------
 
 constexpr std::uint16_t escape = 0x1B;
 
-// ---- FIProbePipeCodes ----
+// ---- FIProbePipeCodes -----------------------------------------------------------------------------------------------
 
 constexpr std::uint16_t pipeBytes = 100;
 constexpr std::uint32_t pipeOffset1021 = 120;
@@ -140,7 +140,7 @@ FIPipeState FINextPipeState(FIPipeState state, std::uint16_t byte) {
     return FIPipeState::complete;
 }
 
-// ---- FIProbeWordChecksum ----
+// ---- FIProbeWordChecksum --------------------------------------------------------------------------------------------
 
 constexpr std::uint32_t rangeEndOffset = 4;
 constexpr std::uint32_t rangeStartOffset = 6;
