@@ -4,7 +4,6 @@
 #include <random>
 
 #include "bench/benchmarks.h"
-#include "core/driver.h"
 #include "core/routines.h"
 #include "platform/base_utility.h"
 #include "reader/reader.h"

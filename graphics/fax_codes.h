@@ -7,7 +7,6 @@
 // are the same for both colours).
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>

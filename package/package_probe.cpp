@@ -21,7 +21,6 @@
 #include "package/package_probe.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <iterator>

@@ -1,9 +1,6 @@
 // byte_objects.h - handles over plain files, open descriptors, blocks of memory and other handles.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
 #include "platform/base_utility.h"
 #include "platform/handle.h"
 

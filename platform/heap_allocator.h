@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <limits>
 #include <new>
-#include <utility>
 #include <vector>
 
 #include "platform/base_utility.h"

@@ -13,10 +13,8 @@
 // FF FF FF 7F.
 #include "sheets/rbf_records.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <iterator>
 
 #include "reader/file_end.h"
 #include "reader/reader.h"

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
-#include <utility>
 
 #include "platform/heap_allocator.h"
 #include "platform/storage/storage_directory.h"
