@@ -51,68 +51,68 @@ namespace {
 
 constexpr FIRoutine routines[] = {
     // clang-format off
-    {1003, FIProbeHighBitWords, nullptr},                                               // wordproc/code_statistics.h
-    {1007, FIProbeBlockHeader, nullptr},                                                // wordproc/block_structures.h
-    {1010, FIProbeWordChecksum, nullptr},                                               // wordproc/trailers.h
-    {1018, FIProbeMirroredLengths, nullptr},                                            // wordproc/block_structures.h
-    {1019, FIProbeEscapeHeader, nullptr},                                               // wordproc/trailers.h
-    {1020, FIProbeLayoutTrailer, nullptr},                                              // wordproc/trailers.h
-    {1021, [](FIReader& reader) { return FIProbePipeCodes(reader, 1021); }, nullptr},   // wordproc/trailers.h
-    {1023, FIProbeFunctionCodes, nullptr},                                              // wordproc/function_codes.h
-    {1025, FIProbeBlockList, nullptr},                                                  // wordproc/block_structures.h
-    {1034, FIProbeCommandCounts, nullptr},                                              // wordproc/code_statistics.h
-    {1041, FIProbeEntryTable, nullptr},                                                 // wordproc/block_structures.h
-    {1057, FIProbeVersionSections, nullptr},                                            // wordproc/version_sections.h
-    {1077, [](FIReader& reader) { return FIProbePipeCodes(reader, 1077); }, nullptr},   // wordproc/trailers.h
-    {1082, FIProbeBookStorage, nullptr},                                                // storage/named_streams.h
-    {1108, FIProbeWordPro, nullptr},                                                    // wordproc/word_pro.h
-    {1132, FIProbeMemoHeader, nullptr},                                                 // text/memo_headers.h
-    {1141, FIProbeVCard, nullptr},                                                      // text/vcard.h
-    {1146, FIProbeWordStorage, nullptr},                                                // storage/word_storage.h
-    {1168, FIProbeMif, nullptr},                                                        // graphics/drawings.h
+    {1003, FIProbeHighBitWords},                                                        // wordproc/code_statistics.h
+    {1007, FIProbeBlockHeader},                                                         // wordproc/block_structures.h
+    {1010, FIProbeWordChecksum},                                                        // wordproc/trailers.h
+    {1018, FIProbeMirroredLengths},                                                     // wordproc/block_structures.h
+    {1019, FIProbeEscapeHeader},                                                        // wordproc/trailers.h
+    {1020, FIProbeLayoutTrailer},                                                       // wordproc/trailers.h
+    {1021, [](FIReader& reader) { return FIProbePipeCodes(reader, 1021); }},            // wordproc/trailers.h
+    {1023, FIProbeFunctionCodes},                                                       // wordproc/function_codes.h
+    {1025, FIProbeBlockList},                                                           // wordproc/block_structures.h
+    {1034, FIProbeCommandCounts},                                                       // wordproc/code_statistics.h
+    {1041, FIProbeEntryTable},                                                          // wordproc/block_structures.h
+    {1057, FIProbeVersionSections},                                                     // wordproc/version_sections.h
+    {1077, [](FIReader& reader) { return FIProbePipeCodes(reader, 1077); }},            // wordproc/trailers.h
+    {1082, FIProbeBookStorage},                                                         // storage/named_streams.h
+    {1108, FIProbeWordPro},                                                             // wordproc/word_pro.h
+    {1132, FIProbeMemoHeader},                                                          // text/memo_headers.h
+    {1141, FIProbeVCard},                                                               // text/vcard.h
+    {1146, FIProbeWordStorage},                                                         // storage/word_storage.h
+    {1168, FIProbeMif},                                                                 // graphics/drawings.h
     {1187, nullptr, FIProbeMail},                                                       // text/mail.h
-    {1190, FIProbeMarkup, nullptr},                                                     // package/markup.h
-    {1201, FIProbeXBaseTable, nullptr},                                                 // sheets/table_headers.h
-    {1206, FIProbeFieldTable, nullptr},                                                 // sheets/table_headers.h
-    {1210, FIProbeLinkedRecords, nullptr},                                              // sheets/rbf_records.h
-    {1212, FIProbeRepeatedName, nullptr},                                               // sheets/table_headers.h
-    {1213, FIProbeSlotMarker, nullptr},                                                 // sheets/rbf_records.h
-    {1416, FIProbeWorksheetRecords, nullptr},                                           // sheets/worksheet_records.h
-    {1445, FIProbeNativeContentStorage, nullptr},                                       // storage/named_streams.h
-    {1446, FIProbeWorkbookStorage, nullptr},                                            // storage/workbook_storage.h
-    {1447, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1447); }, nullptr}, // storage/named_streams.h
-    {1450, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1450); }, nullptr}, // storage/named_streams.h
-    {1453, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1453); }, nullptr}, // storage/named_streams.h
-    {1504, FIProbeEpsPreview, nullptr},                                                 // graphics/eps_preview.h
-    {1505, FIProbeRawFax, nullptr},                                                     // graphics/raw_fax.h
-    {1515, FIProbeIconFile, nullptr},                                                   // graphics/icons.h
-    {1518, FIProbeMacPaint, nullptr},                                                   // graphics/macpaint.h
-    {1528, FIProbeCgm, nullptr},                                                        // graphics/cgm.h
-    {1535, FIProbeJpeg, nullptr},                                                       // graphics/jpeg.h
-    {1544, FIProbeDxf, nullptr},                                                        // graphics/drawings.h
-    {1557, FIProbePdf, nullptr},                                                        // graphics/drawings.h
-    {1569, FIProbeIges, nullptr},                                                       // graphics/card_images.h
-    {1570, FIProbeMarkedRecords, nullptr},                                              // graphics/marked_records.h
-    {1571, FIProbeXbm, nullptr},                                                        // graphics/x_images.h
-    {1572, FIProbeXpm, nullptr},                                                        // graphics/x_images.h
-    {1575, FIProbeXwd, nullptr},                                                        // graphics/x_dumps.h
-    {1579, FIProbeDesignerStorage, nullptr},                                            // storage/named_streams.h
-    {1580, FIProbePostScript, nullptr},                                                 // graphics/postscript.h
-    {1588, FIProbeNetpbm, nullptr},                                                     // graphics/netpbm.h
-    {1597, FIProbeVisioStorage, nullptr},                                               // storage/named_streams.h
-    {1598, FIProbeCorelRiff, nullptr},                                                  // graphics/corel.h
-    {1601, FIProbeClassRecords, nullptr},                                               // graphics/class_records.h
-    {1631, FIProbeVisioStorage, nullptr},                                               // storage/named_streams.h
-    {1705, FIProbeQuickTime, nullptr},                                                  // media/quicktime.h
-    {1708, FIProbeId3Trailer, nullptr},                                                 // media/mpeg_audio.h
-    {1709, FIProbeId3Header, nullptr},                                                  // media/mpeg_audio.h
-    {1710, FIProbeMpegAudio, nullptr},                                                  // media/mpeg_audio.h
-    {1802, FIProbePackage, nullptr},                                                    // package/package_probe.h
-    {1803, FIProbeZipStub, nullptr},                                                    // media/archives.h
-    {1807, FIProbeTar, nullptr},                                                        // media/archives.h
-    {1814, FIProbeLhaStub, nullptr},                                                    // media/archives.h
+    {1190, FIProbeMarkup},                                                              // package/markup.h
+    {1201, FIProbeXBaseTable},                                                          // sheets/table_headers.h
+    {1206, FIProbeFieldTable},                                                          // sheets/table_headers.h
+    {1210, FIProbeLinkedRecords},                                                       // sheets/rbf_records.h
+    {1212, FIProbeRepeatedName},                                                        // sheets/table_headers.h
+    {1213, FIProbeSlotMarker},                                                          // sheets/rbf_records.h
+    {1416, FIProbeWorksheetRecords},                                                    // sheets/worksheet_records.h
+    {1445, FIProbeNativeContentStorage},                                                // storage/named_streams.h
+    {1446, FIProbeWorkbookStorage},                                                     // storage/workbook_storage.h
+    {1447, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1447); }}, // storage/named_streams.h
+    {1450, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1450); }}, // storage/named_streams.h
+    {1453, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1453); }}, // storage/named_streams.h
+    {1504, FIProbeEpsPreview},                                                          // graphics/eps_preview.h
+    {1505, FIProbeRawFax},                                                              // graphics/raw_fax.h
+    {1515, FIProbeIconFile},                                                            // graphics/icons.h
+    {1518, FIProbeMacPaint},                                                            // graphics/macpaint.h
+    {1528, FIProbeCgm},                                                                 // graphics/cgm.h
+    {1535, FIProbeJpeg},                                                                // graphics/jpeg.h
+    {1544, FIProbeDxf},                                                                 // graphics/drawings.h
+    {1557, FIProbePdf},                                                                 // graphics/drawings.h
+    {1569, FIProbeIges},                                                                // graphics/card_images.h
+    {1570, FIProbeMarkedRecords},                                                       // graphics/marked_records.h
+    {1571, FIProbeXbm},                                                                 // graphics/x_images.h
+    {1572, FIProbeXpm},                                                                 // graphics/x_images.h
+    {1575, FIProbeXwd},                                                                 // graphics/x_dumps.h
+    {1579, FIProbeDesignerStorage},                                                     // storage/named_streams.h
+    {1580, FIProbePostScript},                                                          // graphics/postscript.h
+    {1588, FIProbeNetpbm},                                                              // graphics/netpbm.h
+    {1597, FIProbeVisioStorage},                                                        // storage/named_streams.h
+    {1598, FIProbeCorelRiff},                                                           // graphics/corel.h
+    {1601, FIProbeClassRecords},                                                        // graphics/class_records.h
+    {1631, FIProbeVisioStorage},                                                        // storage/named_streams.h
+    {1705, FIProbeQuickTime},                                                           // media/quicktime.h
+    {1708, FIProbeId3Trailer},                                                          // media/mpeg_audio.h
+    {1709, FIProbeId3Header},                                                           // media/mpeg_audio.h
+    {1710, FIProbeMpegAudio},                                                           // media/mpeg_audio.h
+    {1802, FIProbePackage},                                                             // package/package_probe.h
+    {1803, FIProbeZipStub},                                                             // media/archives.h
+    {1807, FIProbeTar},                                                                 // media/archives.h
+    {1814, FIProbeLhaStub},                                                             // media/archives.h
     {1999, nullptr, FIProbeStorage},                                                    // storage/storage_dispatcher.h
-    {4050, FIProbeEncodedText, nullptr},                                                // text/encoded_text.h
+    {4050, FIProbeEncodedText},                                                         // text/encoded_text.h
     // clang-format on
 };
 

@@ -10,7 +10,7 @@
 struct FIRoutine {
     std::uint16_t number;
     FIID (*probe)(FIReader& reader);  // null when the other one is set
-    FIID (*probeWithExtension)(FIReader& reader, const char* extension);
+    FIID (*probeWithExtension)(FIReader& reader, const char* extension) = nullptr;
 };
 
 // The routine of a number, or null.
