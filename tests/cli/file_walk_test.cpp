@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <string_view>
 
+#include "cli/interrupt.h"
 #include "cli/temporary_directory.h"
 
 namespace {
@@ -121,6 +123,28 @@ TEST_F(FileWalk, NamedPaths) {
     EXPECT_EQ(Walk(directory_.At("d/link_to_inner")), "file d/link_to_inner/b\n");
     EXPECT_EQ(Walk(directory_.At("d/inner/")), "file d/inner/b\n");
     EXPECT_EQ(Walk(directory_.At("missing")), "file missing\n");
+}
+
+TEST_F(FileWalk, NamesAreInTheOrderOfTheirBytes) {
+    mkdir(directory_.At("names").c_str(), 0700);
+    for (const char* const name : {"names/\xC3\xA9", "names/z", "names/a"}) directory_.Write(name, "");
+    EXPECT_EQ(Walk(directory_.At("names")), "file names/a\nfile names/z\nfile names/\xC3\xA9\n");
+}
+
+TEST_F(FileWalk, EndsWithASignal) {
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            int files = 0;
+            WalkPath(directory_.At("d"),
+                     {[&](const std::string&) {
+                          ++files;
+                          raise(SIGTERM);
+                      },
+                      [](const std::string&) { _exit(2); }, [](const std::string&, const std::string&) { _exit(3); }});
+            _exit(files == 1 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(FileWalk, PathWithNulIsAFailureOf4096BytesAtMost) {

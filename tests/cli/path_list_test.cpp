@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <vector>
 
+#include "cli/interrupt.h"
 #include "cli/temporary_directory.h"
 
 namespace {
@@ -49,6 +52,21 @@ TEST_F(PathList, FailuresAreTold) {
     EXPECT_EQ(ReadPathList(directory_.At(""), false, visit), "Is a directory");
 }
 
+TEST_F(PathList, SignalEndsIt) {
+    directory_.Write("list", "a\nb\nc\n");
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            int paths = 0;
+            const auto failure = ReadPathList(directory_.At("list"), false, [&](const std::string&) {
+                ++paths;
+                raise(SIGTERM);
+            });
+            _exit(paths == 1 && !failure.has_value() ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST_F(PathList, NoDescriptorStaysOpen) {
     const std::ptrdiff_t before = CountOpenDescriptors();
     Read("a\nb\n", false);
@@ -65,6 +83,8 @@ TEST_F(PathList, PathsComeOneByOneThroughAPipe) {
     EXPECT_FALSE(PathsComeOneByOne(directory_.At("")));
     EXPECT_TRUE(PathsComeOneByOne(directory_.At("fifo")));
     EXPECT_TRUE(PathsComeOneByOne("/dev/null"));
+    ASSERT_EQ(mknod(directory_.At("socket").c_str(), S_IFSOCK | 0600, 0), 0);
+    EXPECT_TRUE(PathsComeOneByOne(directory_.At("socket")));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Streams into temporary files, with signals and failures in the way. The linker wraps read and write (see
-// CMakeLists.txt).
+// Streams into temporary files, with signals and failures in the way. The linker wraps open, read and
+// write (see CMakeLists.txt).
 #include "cli/spool.h"
 
 #include <fcntl.h>
@@ -18,6 +18,7 @@ namespace {
 std::deque<int> readFailures;
 std::deque<int> writeFailures;
 std::size_t largestWrite = SIZE_MAX;
+bool hasUnnamedFiles = true;  // the file system
 
 bool FailsNext(std::deque<int>& failures) {
     if (failures.empty()) return false;
@@ -30,9 +31,15 @@ bool FailsNext(std::deque<int>& failures) {
 
 extern "C" {
 
+int __real_open(const char* path, int flags, ...);
 ssize_t __real_read(int descriptor, void* buffer, size_t size);
 ssize_t __real_write(int descriptor, const void* buffer, size_t size);
 
+int __wrap_open(const char* path, int flags, ...) {
+    if (hasUnnamedFiles || (flags & O_TMPFILE) != O_TMPFILE) return __real_open(path, flags, 0600);
+    errno = EOPNOTSUPP;
+    return -1;
+}
 ssize_t __wrap_read(int descriptor, void* buffer, size_t size) {
     return FailsNext(readFailures) ? -1 : __real_read(descriptor, buffer, size);
 }
@@ -58,6 +65,7 @@ class Spool : public testing::Test {
         readFailures.clear();
         writeFailures.clear();
         largestWrite = SIZE_MAX;
+        hasUnnamedFiles = true;
     }
     // The bytes in the temporary file, or the error.
     std::string SpooledFrom(int source) const {
@@ -107,6 +115,22 @@ TEST_F(Spool, FailuresAreTold) {
     EXPECT_EQ(SpooledFrom(source_), "source: Input/output error");
     writeFailures = {ENOSPC};
     EXPECT_EQ(SpooledFrom(source_), directory_.At("") + ": No space left on device");
+    setenv("TMPDIR", directory_.At("missing").c_str(), 1);
+    EXPECT_EQ(SpooledFrom(source_), directory_.At("missing") + ": no temporary file: No such file or directory");
+}
+
+TEST_F(Spool, EmptyNameOfTheDirectoryIsNone) {
+    setenv("TMPDIR", "", 1);
+    writeFailures = {ENOSPC};
+    EXPECT_EQ(SpooledFrom(source_), "/tmp: No space left on device");
+}
+
+TEST_F(Spool, FileSystemWithoutUnnamedFilesHasANamedOneThatIsGoneAtOnce) {
+    hasUnnamedFiles = false;
+    const std::ptrdiff_t before = CountOpenDescriptors();
+    EXPECT_EQ(SpooledFrom(source_), bytes_);
+    EXPECT_EQ(CountOpenDescriptors(), before);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory_.At("")), {}), 1);  // the source
     setenv("TMPDIR", directory_.At("missing").c_str(), 1);
     EXPECT_EQ(SpooledFrom(source_), directory_.At("missing") + ": no temporary file: No such file or directory");
 }

@@ -585,6 +585,33 @@ TEST(ForeignHandle, HasNoNameWhenTheHostTellsNone) {
     EXPECT_EQ(handle.Name(), "");
 }
 
+std::int32_t TellWideTypeAlone(HIOFILE, std::uint32_t selector, void* value) {
+    if (selector != IOInfoNameType) return -1;
+    *static_cast<std::uint32_t*>(value) = IONameWide;
+    return 0;
+}
+
+TEST(ForeignHandle, HasAnEmptyWideNameWhenTheHostTellsTheTypeAlone) {
+    const auto host = FIMakeTestHandle("abcdefgh", "a.doc");
+    host->file.operations.IOGetInfo = TellWideTypeAlone;
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(handle.NameType(), std::uint32_t{IONameWide});
+    EXPECT_EQ(WideName(handle), u"");
+}
+
+TEST(ForeignHandle, EndsAtItsStartWhenTheHostTellsNoSize) {
+    const auto withoutEnd = FIMakeTestHandle("abcdefgh");
+    withoutEnd->failSeekFromEnd = true;
+    const auto withoutTell = FIMakeTestHandle("abcdefgh");
+    withoutTell->failTell = true;
+    for (TestHandle* const host : {withoutEnd.get(), withoutTell.get()}) {
+        const Handle handle(IOSpecHandle, FIFileOf(*host));
+        EXPECT_EQ(handle.Seek(IOOriginCurrent, 3), 0);
+        EXPECT_EQ(handle.Seek(IOOriginEnd, 0), 0);
+        EXPECT_EQ(handle.Tell(), 0U);
+    }
+}
+
 TEST(ForeignHandle, FailsWithoutMemory) {
     const auto host = FIMakeTestHandle("abcdefgh");
     HIOFILE handle = FIFileOf(*host);

@@ -137,8 +137,10 @@ TEST(Package, OpensInAHostsHandle) {
 }
 
 TEST(Package, EndsWithoutOneToo) {
+    const std::size_t blocks = FIHeapBlocks();
     PKGCloseFile(nullptr);
     PKGDeinit(nullptr);
+    EXPECT_EQ(FIHeapBlocks(), blocks);
 }
 
 // ---- Parts ---------------------------------------------------------------------------------------------------------

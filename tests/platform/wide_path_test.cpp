@@ -59,6 +59,7 @@ const PathCase pathCases[] = {
     {"FirstOfThreeBytes",         u"\x800",          "\xE0\xA0\x80"},
     {"ThreeBytes",                u"\x5A5A",         "\xE5\xA9\x9A"},
     {"LastInFrontOfSurrogates",   u"\xD7FF",         "\xED\x9F\xBF"},
+    {"LastInFrontOfHighAndLow",   u"\xD7FF\xDC00",   "\xED\x9F\xBF\xED\xB0\x80"},
     {"FirstBehindSurrogates",     u"\xE000",         "\xEE\x80\x80"},
     {"LastOfThreeBytes",          u"\xFFFF",         "\xEF\xBF\xBF"},
     {"FirstPair",                 u"\xD800\xDC00",   "\xF0\x90\x80\x80"},

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 
 #include "platform/base_utility.h"
 
@@ -23,7 +24,9 @@ void* GetProcessHeap(void) { return &blocks; }
 void* HeapAlloc(void*, std::uint32_t, std::size_t size) {
     if (allocationsLeft-- <= 0) return nullptr;
     void* const block = std::malloc(size);
-    if (block != nullptr) ++blocks;
+    if (block == nullptr) return nullptr;
+    std::memset(block, 0xA5, size);  // who takes a fresh block for zeros is found out
+    ++blocks;
     return block;
 }
 

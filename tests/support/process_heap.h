@@ -1,4 +1,4 @@
-// process_heap.h - the process heap of the tests: counts its blocks and can be told to run out.
+// process_heap.h - the process heap of the tests: counts its blocks, fills them, and can be told to run out.
 #pragma once
 
 #include <cstddef>

@@ -95,6 +95,38 @@ TEST(Unpacker, DamageIsWhereItIsHoweverTheReaderSeeks) {
     }
 }
 
+// The first read of a member that nothing was read of, so that its end is not known yet.
+std::int32_t FirstReadAt(const std::string& packed, std::int32_t offset, std::uint32_t size, std::uint32_t& count) {
+    const OpenFile file(Archive(packed, 20000));
+    const HIOFILE member = FIOpenMember(FIOpenArchive(file.File()), "m");
+    EXPECT_EQ(member->operations.IOSeek(member, 0, offset), 0);
+    char byte = 0;
+    return member->operations.IORead(member, &byte, size, &count);
+}
+
+TEST(Unpacker, FirstReadMayLieBehindTheEnd) {
+    const std::string front = FIStoredBlock(Words(10000));
+    const std::string sound = front + std::string("\x03\x00", 2);
+    for (const std::int32_t offset : {10000, 10001, 15000, 20000}) {
+        for (const std::string& packed : {sound, front + "\x07", front}) {  // sound, damaged, cut
+            std::uint32_t count = 77;
+            EXPECT_EQ(FirstReadAt(packed, offset, 1, count), packed == sound ? 0 : -1) << offset;
+            EXPECT_EQ(count, 0U) << offset;
+        }
+    }
+}
+
+TEST(Unpacker, ReadOfNothingAtTheEndOfDamagedDataSucceeds) {
+    const OpenFile file(Archive(FIStoredBlock(Words(100)) + "\x07", 20000));
+    const HIOFILE member = FIOpenMember(FIOpenArchive(file.File()), "m");
+    EXPECT_TRUE(FIReadAll(member).failed);
+    char byte = 0;
+    std::uint32_t count = 77;
+    EXPECT_EQ(member->operations.IORead(member, &byte, 0, &count), 0);
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(member->operations.IORead(member, &byte, 1, &count), -1);
+}
+
 TEST(Unpacker, DamageBehindWhatIsReadDoesNotShow) {
     const std::string text = Words(10000);
     const OpenFile file(Archive(FIStoredBlock(text) + "\x07", 20000));
