@@ -8,14 +8,17 @@
 #include <cstdint>
 #include <fstream>
 #include <map>
-#include <ostream>
 #include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "support/case_name.h"
+
 namespace {
+
+using ::PrintTo;
 
 struct IdentifierRange {
     std::uint16_t first;
@@ -272,10 +275,6 @@ struct RecordCase {
     FIFormatRecord record;
 };
 
-std::string FIRecordCaseName(const testing::TestParamInfo<RecordCase>& info) { return info.param.name; }
-
-void PrintTo(const RecordCase& recordCase, std::ostream* out) { *out << recordCase.name; }
-
 // One record of each kind, told whole.
 const RecordCase recordCases[] = {
     // clang-format off
@@ -301,6 +300,6 @@ TEST_P(FormatCatalogueRecord, IsAsTold) {
     EXPECT_STREQ(record->extensions, expected.extensions);
 }
 
-INSTANTIATE_TEST_SUITE_P(Records, FormatCatalogueRecord, testing::ValuesIn(recordCases), FIRecordCaseName);
+INSTANTIATE_TEST_SUITE_P(Records, FormatCatalogueRecord, testing::ValuesIn(recordCases), FICaseName);
 
 }  // namespace

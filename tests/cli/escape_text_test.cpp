@@ -3,16 +3,19 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
+#include <string>
+
+#include "support/case_name.h"
 
 namespace {
+
+using ::PrintTo;
 
 struct EscapeCase {
     const char* name;
     std::string bytes;
     const char* text;
 };
-void PrintTo(const EscapeCase& escapeCase, std::ostream* out) { *out << escapeCase.name; }
 
 const EscapeCase escapeCases[] = {
     // clang-format off
@@ -62,7 +65,6 @@ class EscapeForTextCases : public testing::TestWithParam<EscapeCase> {};
 
 TEST_P(EscapeForTextCases, Answers) { EXPECT_EQ(EscapeForText(GetParam().bytes), GetParam().text); }
 
-INSTANTIATE_TEST_SUITE_P(Text, EscapeForTextCases, testing::ValuesIn(escapeCases),
-                         [](const testing::TestParamInfo<EscapeCase>& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Text, EscapeForTextCases, testing::ValuesIn(escapeCases), FICaseName);
 
 }  // namespace

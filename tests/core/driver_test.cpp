@@ -6,12 +6,15 @@
 #include "catalogue/format_not_known.h"
 #include "fiid.h"
 #include "platform/base_utility.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 #include "support/process_heap.h"
 #include "support/row_number.h"
 #include "support/test_handle.h"
 
 namespace {
+
+using ::PrintTo;
 
 FIID Identify(TestHandle& handle, std::uint32_t flags = 0) {
     FIID fiid = 77;
@@ -29,7 +32,6 @@ struct NameCase {
     const char* fileName;
     FIID answer;
 };
-void PrintTo(const NameCase& nameCase, std::ostream* out) { *out << nameCase.name; }
 
 const NameCase nameCases[] = {
     // clang-format off
@@ -65,8 +67,7 @@ TEST_P(FileName, GivesItsExtensionInWideUnits) {
     EXPECT_EQ(Identify(*handle), GetParam().answer);
 }
 
-INSTANTIATE_TEST_SUITE_P(Driver, FileName, testing::ValuesIn(nameCases),
-                         [](const auto& nameCase) { return nameCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(Driver, FileName, testing::ValuesIn(nameCases), FICaseName);
 
 TEST(Driver, WideCharacterCountsByItsLowByte) {
     const auto handle = FIMakeTestHandle("");

@@ -8,9 +8,12 @@
 #include "package/xml_namespace.h"
 #include "reader/reader.h"
 #include "support/bytes.h"
+#include "support/case_name.h"
 #include "support/test_handle.h"
 
 namespace {
+
+using ::PrintTo;
 
 // A row that ends in this identifier has matched.
 constexpr const char* matched = " FF 08 61 1E";
@@ -53,7 +56,6 @@ struct RowCase {
     const char* file;
     bool matches;
 };
-void PrintTo(const RowCase& rowCase, std::ostream* out) { *out << rowCase.name; }
 
 const RowCase rowCases[] = {
     // clang-format off
@@ -136,8 +138,7 @@ TEST_P(InterpreterRow, Answers) {
     EXPECT_EQ(Machine().Run(GetParam().code + std::string(matched), *handle), GetParam().matches ? match : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Opcodes, InterpreterRow, testing::ValuesIn(rowCases),
-                         [](const auto& rowCase) { return rowCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(Opcodes, InterpreterRow, testing::ValuesIn(rowCases), FICaseName);
 
 TEST(Interpreter, WorkedRowTellsPdf) {
     const std::string row = "FF 0A 25 50 44 46 2D FF 06 01 2E FF 08 15 06 FF E0";

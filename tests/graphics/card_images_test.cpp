@@ -275,7 +275,7 @@ class IgesRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(IgesRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, IgesRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, IgesRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(IgesRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("only S cards", Card('S', "0000001") + "\n" + Card('S', "0000002") + "\n", 241_row);

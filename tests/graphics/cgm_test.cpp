@@ -191,7 +191,7 @@ class CgmRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(CgmRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, CgmRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, CgmRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(CgmRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("version 5", FIBytes("00 20 10 22 00 05"), 381_row);

@@ -82,7 +82,7 @@ class ClassRecordsRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(ClassRecordsRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, ClassRecordsRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, ClassRecordsRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(ClassRecordsRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("class 8 twice", FIBytes("w:0x0800 w:0 w:0x0800 w:0 w:0x0900 w:0"), 113_row);

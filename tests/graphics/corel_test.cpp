@@ -91,7 +91,7 @@ class CorelRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(CorelRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, CorelRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, CorelRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(CorelRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("CorelDRAW 3", FIBytes(R"("RIFF" d:100 "CDR3vrsn")"), 222_row);

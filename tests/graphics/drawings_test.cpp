@@ -11,10 +11,13 @@
 #include "platform/base_utility.h"
 #include "reader/reader.h"
 #include "reader/text_line.h"
+#include "support/case_name.h"
 #include "support/decided_case.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 // ---- Lines ---------------------------------------------------------------------------------------------------------
 
@@ -34,10 +37,6 @@ struct LineCase {
     std::uint16_t capacity;
     std::vector<TextLine> lines;  // what so many calls deliver
 };
-
-void PrintTo(const LineCase& lineCase, std::ostream* out) { *out << lineCase.name; }
-
-std::string LineCaseName(const testing::TestParamInfo<LineCase>& info) { return info.param.name; }
 
 constexpr std::size_t largestLine = 8192;
 
@@ -96,7 +95,7 @@ TEST_P(ReadTextLine, Delivers) {
     EXPECT_EQ(ReadLines(*slow, lineCase.capacity, lineCase.lines.size()), lineCase.lines);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, ReadTextLine, testing::ValuesIn(lineCases), LineCaseName);
+INSTANTIATE_TEST_SUITE_P(Lines, ReadTextLine, testing::ValuesIn(lineCases), FICaseName);
 
 TEST(ReadTextLineBuffer, CapacityIsNotPassed) {
     for (std::uint16_t capacity = 0; capacity <= 6; ++capacity) {
@@ -374,7 +373,7 @@ class DrawingRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(DrawingRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, DrawingRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, DrawingRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(DrawingRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("group code 1", FIBytes(R"("1" 0A "SECTION" 0A)"), 88_row);

@@ -56,6 +56,6 @@ class EpsPreviewRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(EpsPreviewRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, EpsPreviewRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, EpsPreviewRequest, testing::ValuesIn(fileCases), FICaseName);
 
 }  // namespace

@@ -72,7 +72,7 @@ class IconRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(IconRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, IconRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, IconRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(IconRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("icon of a PNG", FIBytes(R"(00 00 01 00 01 00 00*12 d:22 89 "PNG" 0D 0A 1A 0A)"), 171_row);

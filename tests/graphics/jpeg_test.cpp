@@ -128,7 +128,7 @@ class JpegRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(JpegRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, JpegRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, JpegRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(JpegRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("FF D8 FF DA", FIBytes("FF D8 FF DA 00 08 01 01 00 00 3F 00"), 166_row);

@@ -147,7 +147,7 @@ class MacPaintRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(MacPaintRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, MacPaintRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, MacPaintRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(MacPaintRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("a line of 73", FIBytes("00*512 (B8 00) (B9 00)*10"), 361_row);

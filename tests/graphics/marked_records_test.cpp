@@ -91,7 +91,7 @@ class MarkedRecordsRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(MarkedRecordsRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, MarkedRecordsRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, MarkedRecordsRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(MarkedRecordsRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("no closing mark", FIBytes("02 02 01 7E 02 02 01 7F"), 244_row);

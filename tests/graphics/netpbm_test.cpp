@@ -85,7 +85,7 @@ class NetpbmRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(NetpbmRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, NetpbmRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, NetpbmRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(NetpbmRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("P7", "P7\n1 1\n", 359_row);

@@ -164,7 +164,7 @@ class PostScriptRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(PostScriptRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, PostScriptRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, PostScriptRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(PostScriptRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("text in front", "some text\n%!PS\n", 387_row);

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
-#include <ostream>
 #include <random>
 #include <string>
 #include <string_view>
@@ -18,11 +17,14 @@
 
 #include "graphics/fax_codes.h"
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/decided_case.h"
 #include "support/probe_case.h"
 #include "support/process_heap.h"
 
 namespace {
+
+using ::PrintTo;
 
 using Bits = std::string;
 
@@ -305,10 +307,6 @@ struct StreamCase {
     FIID answer;
 };
 
-void PrintTo(const StreamCase& streamCase, std::ostream* out) { *out << streamCase.name; }
-
-std::string StreamCaseName(const testing::TestParamInfo<StreamCase>& info) { return info.param.name; }
-
 const Bits rowA = Row(1728);
 const Bits rowB = Row(2048);
 const Bits invalidRow = Row(1729);
@@ -366,7 +364,7 @@ TEST_P(RawFaxStream, Answers) {
     EXPECT_EQ(FIAnswerOfBlockReader(FIProbeRawFax, StoreLowFirst(GetParam().bits)), GetParam().answer);
 }
 
-INSTANTIATE_TEST_SUITE_P(Streams, RawFaxStream, testing::ValuesIn(StreamCases()), StreamCaseName);
+INSTANTIATE_TEST_SUITE_P(Streams, RawFaxStream, testing::ValuesIn(StreamCases()), FICaseName);
 
 Bits TwoRows(std::uint32_t width) { return mark + Row(width) + Zeros(16) + mark + Row(width) + Zeros(16); }
 

@@ -76,7 +76,7 @@ class XwdRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(XwdRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, XwdRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, XwdRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(XwdRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("a dump of depth 16", FIBytes("D:101 D:7 D:2 D:16 D:1 D:1 D:0 D:1 D:32 D:1 D:32 D:8 D:4 D:3"),

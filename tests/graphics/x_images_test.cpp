@@ -146,7 +146,7 @@ class XImageRequest : public testing::TestWithParam<DecidedCase> {};
 
 TEST_P(XImageRequest, Answers) { FIExpectDecision(GetParam(), FIFlagExtendedText); }
 
-INSTANTIATE_TEST_SUITE_P(Files, XImageRequest, testing::ValuesIn(fileCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(Files, XImageRequest, testing::ValuesIn(fileCases), FICaseName);
 
 TEST(XImageRequest, RefusedFilesGoOnInTheTable) {
     FIExpectRowLetsPass("thirteen tokens", "#define x_width 8 #define x_height 8 static char x_bits[] = { a b",

@@ -10,11 +10,14 @@
 #include <string_view>
 #include <utility>
 
+#include "support/case_name.h"
 #include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 // ---- tar: a header writer of the tests' own -------------------------------------------------------------------------
 //
@@ -205,7 +208,6 @@ struct ChecksumForm {
     const char* pattern;
     bool isTar;
 };
-void PrintTo(const ChecksumForm& form, std::ostream* out) { *out << form.name; }
 
 const ChecksumForm checksumForms[] = {
     // clang-format off
@@ -249,8 +251,7 @@ TEST_P(TarChecksum, IsReadAsOctalText) {
     EXPECT_EQ(FIIsTar(FIWithChecksum(block, field)), GetParam().isTar);
 }
 
-std::string FIFormName(const testing::TestParamInfo<ChecksumForm>& info) { return info.param.name; }
-INSTANTIATE_TEST_SUITE_P(Fields, TarChecksum, testing::ValuesIn(checksumForms), FIFormName);
+INSTANTIATE_TEST_SUITE_P(Fields, TarChecksum, testing::ValuesIn(checksumForms), FICaseName);
 
 // ---- tar: the sum of words ------------------------------------------------------------------------------------------
 //
@@ -336,7 +337,6 @@ struct ZeroRule {
     const char* checksum;  // likewise, 8 bytes
     bool isTar;
 };
-void PrintTo(const ZeroRule& rule, std::ostream* out) { *out << rule.name; }
 
 const ZeroRule zeroRules[] = {
     // clang-format off
@@ -373,8 +373,7 @@ TEST_P(TarZeroRule, Decides) {
     EXPECT_FALSE(FIIsTar(FIWithWordSum(block, 1))) << "words that do not add up";
 }
 
-std::string FIRuleName(const testing::TestParamInfo<ZeroRule>& info) { return info.param.name; }
-INSTANTIATE_TEST_SUITE_P(Blocks, TarZeroRule, testing::ValuesIn(zeroRules), FIRuleName);
+INSTANTIATE_TEST_SUITE_P(Blocks, TarZeroRule, testing::ValuesIn(zeroRules), FICaseName);
 
 TEST(TarZeroRule, ARightChecksumNeedsNoName) {
     // A block of zeros but for its checksum: eight blanks are 256, and that is 400 octal.
@@ -798,7 +797,7 @@ const DecidedCase wholeCases[] = {
 
 class ArchiveRows : public testing::TestWithParam<DecidedCase> {};
 TEST_P(ArchiveRows, AreToldByTheirRow) { FIExpectDecision(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(WholeSystem, ArchiveRows, testing::ValuesIn(wholeCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(WholeSystem, ArchiveRows, testing::ValuesIn(wholeCases), FICaseName);
 
 constexpr std::uint16_t tarRow = 100_row;
 

@@ -9,11 +9,14 @@
 #include <cstdint>
 #include <string>
 
+#include "support/case_name.h"
 #include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 // ---- All frames -----------------------------------------------------------------------------------------------------
 
@@ -28,7 +31,6 @@ struct FrameForm {
     std::uint32_t hertz[3];            // by sampling index
     std::uint32_t kilobits[bitRates];  // by bit rate index, from 1
 };
-void PrintTo(const FrameForm& form, std::ostream* out) { *out << form.name; }
 
 const FrameForm frameForms[] = {
     // clang-format off
@@ -150,8 +152,7 @@ TEST_P(MpegFrames, TheFirstByteOfTheSecondHeaderIsFF) {
     }
 }
 
-std::string FIFormName(const testing::TestParamInfo<FrameForm>& info) { return info.param.name; }
-INSTANTIATE_TEST_SUITE_P(Forms, MpegFrames, testing::ValuesIn(frameForms), FIFormName);
+INSTANTIATE_TEST_SUITE_P(Forms, MpegFrames, testing::ValuesIn(frameForms), FICaseName);
 
 TEST(MpegAudio, VersionAndLayerTellTheFormat) {
     // Free format, so that the header decides alone.
@@ -441,6 +442,6 @@ const DecidedCase wholeCases[] = {
 
 class MpegRows : public testing::TestWithParam<DecidedCase> {};
 TEST_P(MpegRows, AreToldByTheirRow) { FIExpectDecision(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(WholeSystem, MpegRows, testing::ValuesIn(wholeCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(WholeSystem, MpegRows, testing::ValuesIn(wholeCases), FICaseName);
 
 }  // namespace

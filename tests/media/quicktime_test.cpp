@@ -8,11 +8,14 @@
 #include <string>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/decided_case.h"
 #include "support/failing_seeks.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 const char* const knownTypes[] = {"free", "skip", "mdat", "pnot", "moov"};
 
@@ -143,7 +146,6 @@ struct AtomCase {
     bool known;
     const char* type;  // what comes back; empty for not compared
 };
-void PrintTo(const AtomCase& atomCase, std::ostream* out) { *out << atomCase.name; }
 
 const AtomCase atomCases[] = {
     // clang-format off
@@ -191,8 +193,7 @@ TEST_P(QuickTimeAtom, IsKnownByItsType) {
     }
 }
 
-std::string FIAtomName(const testing::TestParamInfo<AtomCase>& info) { return info.param.name; }
-INSTANTIATE_TEST_SUITE_P(Types, QuickTimeAtom, testing::ValuesIn(atomCases), FIAtomName);
+INSTANTIATE_TEST_SUITE_P(Types, QuickTimeAtom, testing::ValuesIn(atomCases), FICaseName);
 
 // ---- The whole system -----------------------------------------------------------------------------------------------
 
@@ -214,6 +215,6 @@ const DecidedCase wholeCases[] = {
 
 class QuickTimeRows : public testing::TestWithParam<DecidedCase> {};
 TEST_P(QuickTimeRows, AreToldByTheirRow) { FIExpectDecision(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(WholeSystem, QuickTimeRows, testing::ValuesIn(wholeCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(WholeSystem, QuickTimeRows, testing::ValuesIn(wholeCases), FICaseName);
 
 }  // namespace

@@ -6,10 +6,13 @@
 
 #include "package/html_tags.h"
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 #include "support/utf16_text.h"
 
 namespace {
+
+using ::PrintTo;
 
 using namespace std::string_literals;
 
@@ -46,10 +49,6 @@ struct MarkupCase {
     std::string bytes;
     FIID answer;
 };
-
-void PrintTo(const MarkupCase& markupCase, std::ostream* out) { *out << markupCase.name; }
-
-std::string MarkupCaseName(const testing::TestParamInfo<MarkupCase>& info) { return info.param.name; }
 
 // ---- FIScanHtmlTags -----------------------------------------------------------------------------------------------
 
@@ -138,7 +137,7 @@ const MarkupCase tagCases[] = {
     {"OtherNotClosedLong",            "<html5 " + std::string(1000, 'x'),                    0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Tags, HtmlTags, testing::ValuesIn(tagCases), MarkupCaseName);
+INSTANTIATE_TEST_SUITE_P(Tags, HtmlTags, testing::ValuesIn(tagCases), FICaseName);
 
 const MarkupCase officeCases[] = {
     // clang-format off
@@ -176,7 +175,7 @@ const MarkupCase officeCases[] = {
     {"NoneLowFirst",                  Low("<html " + std::string(60, 'x') + ">"),            html16},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Office, HtmlTags, testing::ValuesIn(officeCases), MarkupCaseName);
+INSTANTIATE_TEST_SUITE_P(Office, HtmlTags, testing::ValuesIn(officeCases), FICaseName);
 
 const MarkupCase markCases[] = {
     // clang-format off
@@ -229,7 +228,7 @@ const MarkupCase markCases[] = {
     {"OnlyHalfAMarkHigh",             "\xFE",                                                0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Marks, HtmlTags, testing::ValuesIn(markCases), MarkupCaseName);
+INSTANTIATE_TEST_SUITE_P(Marks, HtmlTags, testing::ValuesIn(markCases), FICaseName);
 
 // 256 bytes are read. A tag that is closed by the 256th byte is judged; an html tag with a blank need not be closed.
 const MarkupCase limitCases[] = {
@@ -264,7 +263,7 @@ const MarkupCase limitCases[] = {
     {"WordLowFirstEndsAt257",         Low(EndingAt(127, "<html " + word + ">")),             html16},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Limits, HtmlTags, testing::ValuesIn(limitCases), MarkupCaseName);
+INSTANTIATE_TEST_SUITE_P(Limits, HtmlTags, testing::ValuesIn(limitCases), FICaseName);
 
 TEST(HtmlTagsFailure, FailingSeekIsNoAnswer) {
     const auto handle = FIMakeTestHandle("<html>");
@@ -397,7 +396,7 @@ const MarkupCase verdictCases[] = {
     {"DoctypeOtherHighFirstDeclared", High(declaration + "<!DOCTYPE svg><svg>"),             0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Verdict, ProbeMarkup, testing::ValuesIn(verdictCases), MarkupCaseName);
+INSTANTIATE_TEST_SUITE_P(Verdict, ProbeMarkup, testing::ValuesIn(verdictCases), FICaseName);
 
 // What is left to the characters when no tag decides.
 TEST(IdentifyMarkup, TextWithoutADecidingTag) {

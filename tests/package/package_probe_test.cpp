@@ -10,11 +10,14 @@
 #include "platform/base_utility.h"
 #include "reader/reader.h"
 #include "support/bytes.h"
+#include "support/case_name.h"
 #include "support/open_file.h"
 #include "support/probe_case.h"
 #include "support/zip_writer.h"
 
 namespace {
+
+using ::PrintTo;
 
 constexpr std::uint16_t packageRow = 269_row;
 
@@ -133,8 +136,6 @@ struct PackageCase {
     FIID answer;
 };
 
-void PrintTo(const PackageCase& packageCase, std::ostream* out) { *out << packageCase.name; }
-
 std::string Unknown(int count) {
     std::string elements;
     for (int index = 0; index < count; ++index) elements += "<u/>";
@@ -196,9 +197,7 @@ TEST_P(ProbePackage, AnswersTheSameOverAHostsHandle) {
     EXPECT_EQ(FIAnswerOf(FIProbePackage, GetParam().bytes), GetParam().answer);
 }
 
-std::string CaseName(const testing::TestParamInfo<PackageCase>& caseInfo) { return caseInfo.param.name; }
-
-INSTANTIATE_TEST_SUITE_P(Packages, ProbePackage, testing::ValuesIn(packageCases), CaseName);
+INSTANTIATE_TEST_SUITE_P(Packages, ProbePackage, testing::ValuesIn(packageCases), FICaseName);
 
 TEST(ProbePackage, AnswersThePlainArchiveWhereverMemoryIsExhausted) {
     const std::size_t blocks = FIHeapBlocks();
@@ -228,8 +227,6 @@ struct MimetypeCase {
     std::string mimetype;
     FIID answer;
 };
-
-void PrintTo(const MimetypeCase& mimetypeCase, std::ostream* out) { *out << mimetypeCase.name; }
 
 const MimetypeCase mimetypeCases[] = {
     // clang-format off
@@ -268,9 +265,7 @@ TEST_P(ProbeMimetype, Answers) {
     EXPECT_EQ(AnswerOf(FIWriteZip({{"first", "x"}, Part("mimetype", GetParam().mimetype)})), GetParam().answer);
 }
 
-std::string MimetypeName(const testing::TestParamInfo<MimetypeCase>& caseInfo) { return caseInfo.param.name; }
-
-INSTANTIATE_TEST_SUITE_P(Archives, ProbeMimetype, testing::ValuesIn(mimetypeCases), MimetypeName);
+INSTANTIATE_TEST_SUITE_P(Archives, ProbeMimetype, testing::ValuesIn(mimetypeCases), FICaseName);
 
 TEST(ProbeMimetype, NeedsTheMemberByItsExactName) {
     const std::string text = std::string(prefix) + "text";

@@ -7,9 +7,12 @@
 #include "core/interpreter.h"
 #include "reader/reader.h"
 #include "signatures/namespace_hosts.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 using namespace std::string_literals;
 
@@ -54,10 +57,6 @@ struct NamespaceCase {
     std::string bytes;
     std::string value;
 };
-
-void PrintTo(const NamespaceCase& namespaceCase, std::ostream* out) { *out << namespaceCase.name; }
-
-std::string NamespaceCaseName(const testing::TestParamInfo<NamespaceCase>& info) { return info.param.name; }
 
 class XmlNamespace : public testing::TestWithParam<NamespaceCase> {};
 
@@ -148,7 +147,7 @@ const NamespaceCase namespaceCases[] = {
     {"WordOf255AndAnEqualSign",           "<?xml " + std::string(255, 'a') + "=xmlns='v'",        "v"},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Xml, XmlNamespace, testing::ValuesIn(namespaceCases), NamespaceCaseName);
+INSTANTIATE_TEST_SUITE_P(Xml, XmlNamespace, testing::ValuesIn(namespaceCases), FICaseName);
 
 // Letters, digits and . - _ : belong to a word; any other byte in front of the name leaves the name whole.
 TEST(XmlNamespaceBytes, WordCharacters) {
@@ -252,10 +251,6 @@ struct DocumentCase {
     std::uint16_t row;
 };
 
-void PrintTo(const DocumentCase& documentCase, std::ostream* out) { *out << documentCase.name; }
-
-std::string DocumentCaseName(const testing::TestParamInfo<DocumentCase>& info) { return info.param.name; }
-
 class IdentifyNamespace : public testing::TestWithParam<DocumentCase> {};
 
 TEST_P(IdentifyNamespace, Answers) {
@@ -290,7 +285,7 @@ const DocumentCase documentCases[] = {
     {"EqualSignAt1024",     "<?xml version='1.0'?>" + std::string(998, ' ') + "xmlns='" + h3 + "/dxl'", 1150, 111_row},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Xml, IdentifyNamespace, testing::ValuesIn(documentCases), DocumentCaseName);
+INSTANTIATE_TEST_SUITE_P(Xml, IdentifyNamespace, testing::ValuesIn(documentCases), FICaseName);
 
 TEST(IdentifyNamespaceCost, OneScanServesAllRows) {
     const std::string bytes = DocumentOf("urn:x");

@@ -6,10 +6,13 @@
 #include <string_view>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 #include "support/utf16_text.h"
 
 namespace {
+
+using ::PrintTo;
 
 using namespace std::string_literals;
 
@@ -22,10 +25,6 @@ struct PrologCase {
     std::string bytes;
     FIID answer;
 };
-
-void PrintTo(const PrologCase& prologCase, std::ostream* out) { *out << prologCase.name; }
-
-std::string PrologCaseName(const testing::TestParamInfo<PrologCase>& info) { return info.param.name; }
 
 class XmlProlog : public testing::TestWithParam<PrologCase> {};
 
@@ -92,7 +91,7 @@ const PrologCase encodingCases[] = {
     {"OnlyTheMarkHighFirst",          markHigh,                                              0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Encoding, XmlProlog, testing::ValuesIn(encodingCases), PrologCaseName);
+INSTANTIATE_TEST_SUITE_P(Encoding, XmlProlog, testing::ValuesIn(encodingCases), FICaseName);
 
 const PrologCase markupCases[] = {
     // clang-format off
@@ -211,7 +210,7 @@ const PrologCase markupCases[] = {
     {"ElementDeclaration",                  declaration + "<!ELEMENT a>" + doctype,          xmlText},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Markup, XmlProlog, testing::ValuesIn(markupCases), PrologCaseName);
+INSTANTIATE_TEST_SUITE_P(Markup, XmlProlog, testing::ValuesIn(markupCases), FICaseName);
 
 // ---- Closing tokens at every place of a span ----------------------------------------------------------------------
 
@@ -308,7 +307,7 @@ const PrologCase limitCases[] = {
     {"OnlyBlanks",                    std::string(600, ' '),                                 0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Limit, XmlProlog, testing::ValuesIn(limitCases), PrologCaseName);
+INSTANTIATE_TEST_SUITE_P(Limit, XmlProlog, testing::ValuesIn(limitCases), FICaseName);
 
 // ---- Failures and position ----------------------------------------------------------------------------------------
 

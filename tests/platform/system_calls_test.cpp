@@ -12,6 +12,7 @@
 #include "fiid.h"
 #include "platform/base_utility.h"
 #include "support/bytes.h"
+#include "support/case_name.h"
 
 namespace {
 
@@ -59,13 +60,14 @@ int __wrap_close(int descriptor) {
 
 namespace {
 
+using ::PrintTo;
+
 struct FileCase {
     const char* name;
     const char* bytes;
     const char* extension;
     FIID answer;
 };
-void PrintTo(const FileCase& fileCase, std::ostream* out) { *out << fileCase.name; }
 
 // Files that are decided by a row or by a routine that reads near the start: small ones, whose end a short read shows,
 // and large ones, where the answer comes before anything behind the window is wanted.
@@ -98,8 +100,7 @@ TEST_P(SystemCalls, AreOpenStatOneReadAndClose) {
     EXPECT_EQ(made, "open fstat pread@0 close");
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, SystemCalls, testing::ValuesIn(fileCases),
-                         [](const auto& fileCase) { return fileCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(Files, SystemCalls, testing::ValuesIn(fileCases), FICaseName);
 
 // Opens a descriptor as if it were one of a block device. Returns null with errno set.
 HIOFILE OpenAsBlockDevice(int descriptor) {

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "platform/base_utility.h"
+#include "support/case_name.h"
 #include "support/process_heap.h"
 
 namespace {
@@ -30,6 +31,8 @@ bool newThrows = false;
 
 namespace {
 
+using ::PrintTo;
+
 const std::uint16_t* UnitsOf(const std::u16string& path) {
     return reinterpret_cast<const std::uint16_t*>(path.c_str());  // both are 16-bit units
 }
@@ -46,7 +49,6 @@ struct PathCase {
     std::u16string wide;
     const char* narrow;
 };
-void PrintTo(const PathCase& pathCase, std::ostream* out) { *out << pathCase.name; }
 
 const PathCase pathCases[] = {
     // clang-format off
@@ -108,8 +110,7 @@ TEST_P(WidePath, OpensTheFileOfTheNarrowPath) {
     static_cast<void>(std::system(("rm -rf '" + directory + "'").c_str()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, WidePath, testing::ValuesIn(pathCases),
-                         [](const auto& parameter) { return parameter.param.name; });
+INSTANTIATE_TEST_SUITE_P(Paths, WidePath, testing::ValuesIn(pathCases), FICaseName);
 
 TEST(WidePathMemory, LongestPathFitsItsBlock) {
     EXPECT_EQ(Narrow(std::u16string(5000, u'\xFFFF')).size(), 15000U);

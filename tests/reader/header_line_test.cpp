@@ -6,9 +6,12 @@
 #include <vector>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 using namespace std::string_literals;
 
@@ -33,10 +36,6 @@ struct LineCase {
     std::uint16_t capacity;
     std::vector<std::string> lines;  // behind them only the end of the file is left
 };
-
-void PrintTo(const LineCase& lineCase, std::ostream* out) { *out << lineCase.name; }
-
-std::string LineCaseName(const testing::TestParamInfo<LineCase>& info) { return info.param.name; }
 
 class HeaderLine : public testing::TestWithParam<LineCase> {
  protected:
@@ -101,7 +100,7 @@ const LineCase lineCases[] = {
 
 TEST_P(HeaderLine, Lines) { ReadAll(testNever); }
 TEST_P(HeaderLine, LinesByteByByte) { ReadAll(1); }
-INSTANTIATE_TEST_SUITE_P(Text, HeaderLine, testing::ValuesIn(lineCases), LineCaseName);
+INSTANTIATE_TEST_SUITE_P(Text, HeaderLine, testing::ValuesIn(lineCases), FICaseName);
 
 TEST(HeaderLineBytes, EveryByteButTheTwoLineEndsIsStored) {
     for (std::uint32_t byte = 0; byte < 256; ++byte) {

@@ -304,6 +304,6 @@ const DecidedCase wholeCases[] = {
 
 class RbfRecords : public testing::TestWithParam<DecidedCase> {};
 TEST_P(RbfRecords, AreToldByTheirRow) { FIExpectDecision(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(WholeSystem, RbfRecords, testing::ValuesIn(wholeCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(WholeSystem, RbfRecords, testing::ValuesIn(wholeCases), FICaseName);
 
 }  // namespace

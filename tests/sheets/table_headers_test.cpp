@@ -364,6 +364,6 @@ const DecidedCase wholeCases[] = {
 
 class TableHeaders : public testing::TestWithParam<DecidedCase> {};
 TEST_P(TableHeaders, AreToldByTheirRow) { FIExpectDecision(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(WholeSystem, TableHeaders, testing::ValuesIn(wholeCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(WholeSystem, TableHeaders, testing::ValuesIn(wholeCases), FICaseName);
 
 }  // namespace

@@ -199,6 +199,6 @@ const DecidedCase wholeCases[] = {
 
 class WorksheetRows : public testing::TestWithParam<DecidedCase> {};
 TEST_P(WorksheetRows, AreToldInTableOrder) { FIExpectDecision(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(WholeSystem, WorksheetRows, testing::ValuesIn(wholeCases), FIDecidedName);
+INSTANTIATE_TEST_SUITE_P(WholeSystem, WorksheetRows, testing::ValuesIn(wholeCases), FICaseName);
 
 }  // namespace

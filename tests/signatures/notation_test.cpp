@@ -6,8 +6,11 @@
 #include <string>
 
 #include "support/bytes.h"
+#include "support/case_name.h"
 
 namespace {
+
+using ::PrintTo;
 
 std::string Assemble(std::string_view signature) {
     FICodeWriter measured;
@@ -23,7 +26,6 @@ struct NotationCase {
     const char* signature;
     const char* code;  // in the notation of FIBytes
 };
-void PrintTo(const NotationCase& notationCase, std::ostream* out) { *out << notationCase.name; }
 
 const NotationCase notationCases[] = {
     // clang-format off
@@ -60,8 +62,7 @@ class Notation : public testing::TestWithParam<NotationCase> {};
 
 TEST_P(Notation, BecomesBytecode) { EXPECT_EQ(Assemble(GetParam().signature), FIBytes(GetParam().code)); }
 
-INSTANTIATE_TEST_SUITE_P(Items, Notation, testing::ValuesIn(notationCases),
-                         [](const auto& notationCase) { return notationCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(Items, Notation, testing::ValuesIn(notationCases), FICaseName);
 
 constexpr FISignatureRow goodRows[] = {{7, ">0 FF", Id(1503), ""}, {8, "(always)", Call(1807), ""}};
 constexpr FISignatureRow gapRows[] = {{7, ">0 FF", Id(1503), ""}, {9, "(always)", Call(1807), ""}};

@@ -3,10 +3,13 @@
 
 #include "catalogue/format_not_known.h"
 #include "core/driver.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 #include "support/skeleton.h"
 
 namespace {
+
+using ::PrintTo;
 
 struct TableCase {
     const char* name;
@@ -15,7 +18,6 @@ struct TableCase {
     FIID answer;
     std::uint16_t row;
 };
-void PrintTo(const TableCase& tableCase, std::ostream* out) { *out << tableCase.name; }
 
 const TableCase tableCases[] = {
     // clang-format off
@@ -100,8 +102,7 @@ TEST_P(TableRow, Decides) {
     EXPECT_EQ(row, GetParam().row);
 }
 
-INSTANTIATE_TEST_SUITE_P(Order, TableRow, testing::ValuesIn(tableCases),
-                         [](const auto& tableCase) { return tableCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(Order, TableRow, testing::ValuesIn(tableCases), FICaseName);
 
 TEST(TableRow, AllOffsetsOfTheFirst2048BytesCostOneRead) {
     const auto handle = FIMakeTestHandle(FIBytes("31 BE 00 00 00 AB 00 >96 00 >116 05"));

@@ -6,8 +6,11 @@
 
 #include "catalogue/format_not_known.h"
 #include "storage/sub_objects.h"
+#include "support/case_name.h"
 
 namespace {
+
+using ::PrintTo;
 
 FIID PerfectOffice1447(FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1447); }
 FIID PerfectOffice1450(FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1450); }
@@ -25,8 +28,6 @@ struct SharedCase {
     FIID withoutStream;   // when the stream is missing, and when there is no memory for a reader
     FIID unreadable;      // when the stream is empty or can't be read
 };
-
-void PrintTo(const SharedCase& sharedCase, std::ostream* out) { *out << sharedCase.name; }
 
 class NamedStream : public testing::TestWithParam<SharedCase> {};
 
@@ -93,7 +94,7 @@ const SharedCase sharedCases[] = {
     {"Designer", FIProbeDesignerStorage,      "DesignerDoc",        ">13 w:6",                 1608, 1579, 1579, 1579},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(All, NamedStream, testing::ValuesIn(sharedCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(All, NamedStream, testing::ValuesIn(sharedCases), FICaseName);
 
 // Fails unless a stream of these bytes, whole or longer, gives an answer, and cut or changed in any byte gives another.
 void ExpectAllBytesCount(FIID (*probe)(FIReader& reader), const char* stream, const std::string& bytes, FIID answer,

@@ -8,8 +8,11 @@
 
 #include "catalogue/format_not_known.h"
 #include "storage/sub_objects.h"
+#include "support/case_name.h"
 
 namespace {
+
+using ::PrintTo;
 
 FIID Dispatch(FIReader& reader) { return FIProbeStorage(reader, ""); }
 
@@ -222,7 +225,7 @@ const StorageCase presentationCases[] = {
     {"AnyRecordHeader",         {{"PowerPoint Document", "0F 00 E8 03"}}, 1600},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Presentation, StorageFollowUps, testing::ValuesIn(presentationCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Presentation, StorageFollowUps, testing::ValuesIn(presentationCases), FICaseName);
 
 // The summary stream is empty, which the finer probe answers with 1126: so 1126 tells that the storage was handed on.
 const StorageCase wordCases[] = {
@@ -254,7 +257,7 @@ const StorageCase wordCases[] = {
     {"OldNumberWithoutSummary",     {{"WordDocument", "EC A5 69 00"}},                       1082},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Word, StorageFollowUps, testing::ValuesIn(wordCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Word, StorageFollowUps, testing::ValuesIn(wordCases), FICaseName);
 
 const StorageCase perfectOfficeCases[] = {
     // clang-format off
@@ -298,7 +301,7 @@ const StorageCase perfectOfficeCases[] = {
     {"WpcBackwards",              {{"PerfectOffice_MAIN", R"("CPW" FF 00*5 0A)"}},                  0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(PerfectOffice, StorageFollowUps, testing::ValuesIn(perfectOfficeCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(PerfectOffice, StorageFollowUps, testing::ValuesIn(perfectOfficeCases), FICaseName);
 
 const StorageCase nativeContentCases[] = {
     // clang-format off
@@ -315,7 +318,7 @@ const StorageCase nativeContentCases[] = {
     {"SecondValueAlone",   {{"NativeContent_MAIN", R"(00*4 "QPW9")"}},                  1445},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(NativeContent, StorageFollowUps, testing::ValuesIn(nativeContentCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(NativeContent, StorageFollowUps, testing::ValuesIn(nativeContentCases), FICaseName);
 
 const StorageCase fileHeaderCases[] = {
     // clang-format off
@@ -329,7 +332,7 @@ const StorageCase fileHeaderCases[] = {
     {"Zeros",                {{"FileHeader", "00*256"}},                      0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(FileHeader, StorageFollowUps, testing::ValuesIn(fileHeaderCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(FileHeader, StorageFollowUps, testing::ValuesIn(fileHeaderCases), FICaseName);
 
 TEST(StorageFollowUp, FileHeaderNeedsAllItsEightBytes) {
     const std::string text = "HWP Docu";
@@ -442,8 +445,6 @@ struct ExtensionCase {
     FIID answer;  // without a stream WordDocument
 };
 
-void PrintTo(const ExtensionCase& extensionCase, std::ostream* out) { *out << extensionCase.name; }
-
 class EncryptedPackages : public testing::TestWithParam<ExtensionCase> {
  protected:
     static FIID Probe(FIReader& reader) { return FIProbeStorage(reader, GetParam().extension); }
@@ -513,7 +514,7 @@ const ExtensionCase extensionCases[] = {
     {"DigitForLetter",        "D0CX", 1819},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Extensions, EncryptedPackages, testing::ValuesIn(extensionCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Extensions, EncryptedPackages, testing::ValuesIn(extensionCases), FICaseName);
 
 TEST(EncryptedPackage, StaysOpenUnreadWhileTheWordDocumentIsLookedFor) {
     const auto storage = FIMakeStorage({{"EncryptedPackage", "00*64"}, {"WordDocument", "EC A5 C1 00"}});

@@ -18,6 +18,7 @@
 #include "fiid.h"
 #include "reader/reader.h"
 #include "support/bytes.h"
+#include "support/case_name.h"
 #include "support/process_heap.h"
 #include "support/row_number.h"
 #include "support/test_handle.h"
@@ -144,16 +145,6 @@ struct StorageCase {
     const char* name;
     std::vector<NamedBytes> streams;
     FIID answer;
-};
-
-inline void PrintTo(const StorageCase& storageCase, std::ostream* out) { *out << storageCase.name; }
-
-// Names the cases of any table whose rows have a name.
-struct NameOfCase {
-    template <typename Case>
-    std::string operator()(const testing::TestParamInfo<Case>& caseInfo) const {
-        return caseInfo.param.name;
-    }
 };
 
 // The memory form of a class identifier in registry form: the first three groups are numbers, least significant byte

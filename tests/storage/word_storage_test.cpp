@@ -6,9 +6,12 @@
 #include <iterator>
 
 #include "storage/sub_objects.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 constexpr const char* summaryName = "\005SummaryInformation";
 constexpr const char* wordName = "WordDocument";
@@ -143,7 +146,7 @@ const StorageCase withoutSummaryCases[] = {
     {"BuildIsNotLookedAt",         {{wordName, "EC A5 C1 00 00 60"}},                 1146},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Word, WordWithoutSummary, testing::ValuesIn(withoutSummaryCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Word, WordWithoutSummary, testing::ValuesIn(withoutSummaryCases), FICaseName);
 
 // Opens a stream of which the first read fails and the others work.
 decltype(IOOperations::IOOpenSub) plainOpenSub = nullptr;
@@ -193,8 +196,6 @@ struct VersionCase {
     FIID answer;          // with a WordDocument whose build value answers 1185
 };
 
-void PrintTo(const VersionCase& versionCase, std::ostream* out) { *out << versionCase.name; }
-
 class WordVersionText : public testing::TestWithParam<VersionCase> {};
 
 TEST_P(WordVersionText, Decides) {
@@ -227,7 +228,7 @@ const VersionCase decidingVersions[] = {
     {"FortyIsForToo",                  "forty",            1146},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Deciding, WordVersionText, testing::ValuesIn(decidingVersions), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Deciding, WordVersionText, testing::ValuesIn(decidingVersions), FICaseName);
 
 class WordOtherText : public testing::TestWithParam<VersionCase> {};
 
@@ -267,7 +268,7 @@ const VersionCase otherVersions[] = {
     {"Office",                    "Office",           1185},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Others, WordOtherText, testing::ValuesIn(otherVersions), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Others, WordOtherText, testing::ValuesIn(otherVersions), FICaseName);
 
 TEST(WordVersion, StandsAtCharacter15AndNowhereElse) {
     for (std::size_t place = 12; place <= 18; ++place) {
@@ -302,8 +303,6 @@ struct BuildCase {
     FIID answer;
 };
 
-void PrintTo(const BuildCase& buildCase, std::ostream* out) { *out << buildCase.name; }
-
 class WordBuild : public testing::TestWithParam<BuildCase> {};
 
 TEST_P(WordBuild, DecidesWhenTheVersionDoesNot) {
@@ -333,7 +332,7 @@ const BuildCase buildCases[] = {
     {"Bytes6",                   "00*6",                       1126},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Limits, WordBuild, testing::ValuesIn(buildCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Limits, WordBuild, testing::ValuesIn(buildCases), FICaseName);
 
 TEST(WordBuildValue, WithoutAWordDocumentLeaves1146) {
     const auto storage = FIMakeStorage({});
@@ -500,8 +499,6 @@ struct WalkCase {
     FIID answer;
 };
 
-void PrintTo(const WalkCase& walkCase, std::ostream* out) { *out << walkCase.name; }
-
 class WordPropertyWalk : public testing::TestWithParam<WalkCase> {};
 
 TEST_P(WordPropertyWalk, Ends) {
@@ -547,7 +544,7 @@ const WalkCase walkCases[] = {
     {"SizeFFFFFFFFWithoutTheNameIsDamaged",        0xFFFFFFFF, 9, false, 1126},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Sizes, WordPropertyWalk, testing::ValuesIn(walkCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Sizes, WordPropertyWalk, testing::ValuesIn(walkCases), FICaseName);
 
 TEST(WordProperties, AreComparedInAll32Bits) {
     for (const std::uint32_t id : {17U, 19U, 0x0112U, 0x00010012U, 0x12000000U, 0x80000012U}) {

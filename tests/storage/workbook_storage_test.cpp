@@ -63,7 +63,7 @@ const StorageCase streamCases[] = {
     {"BytesBehindDoNotCount",             {{workbookName, ">8 w:6214 w:1997 w:1996 w:5110"}},       1448},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Workbook, WorkbookStream, testing::ValuesIn(streamCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Workbook, WorkbookStream, testing::ValuesIn(streamCases), FICaseName);
 
 TEST(WorkbookStorage, IsNotAskedForNamesWhenTheHandleIsNoStorage) {
     const auto handle = FIMakeStorage({{workbookName, ">8 w:6214 w:1997"}});

@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <ostream>
 #include <string>
 #include <string_view>
 
 #include "fiid.h"
 #include "support/bytes.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 struct DecidedCase {
@@ -20,10 +20,6 @@ struct DecidedCase {
     std::uint16_t row;  // the deciding row; 0 when no row decides
     const char* fileName = "";
 };
-
-inline void PrintTo(const DecidedCase& decidedCase, std::ostream* out) { *out << decidedCase.name; }
-
-inline std::string FIDecidedName(const testing::TestParamInfo<DecidedCase>& info) { return info.param.name; }
 
 // Identifies the file and expects the case's answer and row. Without a flag, no look is taken at its characters when no
 // row decides.

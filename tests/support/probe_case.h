@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <ostream>
 #include <string>
 #include <string_view>
 
 #include "fiid.h"
 #include "support/bytes.h"
+#include "support/case_name.h"
 #include "support/process_heap.h"
 #include "support/row_number.h"
 #include "support/test_handle.h"
@@ -21,10 +21,6 @@ struct ProbeCase {
     FIID answer;
     const char* extension = "";
 };
-
-inline void PrintTo(const ProbeCase& probeCase, std::ostream* out) { *out << probeCase.name; }
-
-inline std::string FICaseName(const testing::TestParamInfo<ProbeCase>& info) { return info.param.name; }
 
 using FIProbe = FIID (*)(FIReader& reader);
 using FIProbeWithExtension = FIID (*)(FIReader& reader, const char* extension);

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <ostream>
 #include <string>
 #include <string_view>
 
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 // Runs the whole system over a file. The row that decided must be this one, if any row did.
@@ -25,10 +25,6 @@ struct WholeFile {
     const char* bytes;  // in the notation of FIBytes
     FIID answer;
 };
-
-inline void PrintTo(const WholeFile& file, std::ostream* out) { *out << file.name; }
-
-inline std::string FIWholeFileName(const testing::TestParamInfo<WholeFile>& info) { return info.param.name; }
 
 inline void FIExpectWholeFile(const WholeFile& file, std::uint16_t decidingRow) {
     FIExpectWholeFile(FIBytes(file.bytes), file.answer, decidingRow);

@@ -10,9 +10,12 @@
 #include <vector>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 using namespace std::string_literals;
 
@@ -246,10 +249,6 @@ struct UuCase {
     std::string lineAfterwards;
 };
 
-void PrintTo(const UuCase& uuCase, std::ostream* out) { *out << uuCase.name; }
-
-std::string UuCaseName(const testing::TestParamInfo<UuCase>& info) { return info.param.name; }
-
 class UuLineCases : public testing::TestWithParam<UuCase> {};
 
 TEST_P(UuLineCases, Answers) {
@@ -299,7 +298,7 @@ const UuCase uuCases[] = {
     {"OneByteLess",                        uu.substr(0, 60),       0,   false, uu.substr(0, 60)},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Text, UuLineCases, testing::ValuesIn(uuCases), UuCaseName);
+INSTANTIATE_TEST_SUITE_P(Text, UuLineCases, testing::ValuesIn(uuCases), FICaseName);
 
 // ---- FIIsAsciiRun -------------------------------------------------------------------------------------------------
 
@@ -324,10 +323,6 @@ struct EncodedCase {
     std::string (*bytes)();
     FIID answer;
 };
-
-void PrintTo(const EncodedCase& encodedCase, std::ostream* out) { *out << encodedCase.name; }
-
-std::string EncodedCaseName(const testing::TestParamInfo<EncodedCase>& info) { return info.param.name; }
 
 class ProbeEncodedText : public testing::TestWithParam<EncodedCase> {};
 
@@ -389,7 +384,7 @@ const EncodedCase uuRunCases[] = {
     {"TwelveIdleLinesInFront",                [] { return Times(12, text) + Times(6, uu); },                          0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(UuRun, ProbeEncodedText, testing::ValuesIn(uuRunCases), EncodedCaseName);
+INSTANTIATE_TEST_SUITE_P(UuRun, ProbeEncodedText, testing::ValuesIn(uuRunCases), FICaseName);
 
 const EncodedCase xxRunCases[] = {
     // clang-format off
@@ -421,7 +416,7 @@ const EncodedCase xxRunCases[] = {
     {"TwelveIdleLinesInFront",                [] { return Times(12, text) + Times(6, xx); },                          0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(XxRun, ProbeEncodedText, testing::ValuesIn(xxRunCases), EncodedCaseName);
+INSTANTIATE_TEST_SUITE_P(XxRun, ProbeEncodedText, testing::ValuesIn(xxRunCases), FICaseName);
 
 const std::string both = "M" + std::string(60, '`');  // a uuencoded line and a BinHex line at once
 
@@ -467,7 +462,7 @@ const EncodedCase binHexRunCases[] = {
     {"TwelveIdleLinesInFront",                [] { return Times(12, text) + Times(6, hex); },                         0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(BinHexRun, ProbeEncodedText, testing::ValuesIn(binHexRunCases), EncodedCaseName);
+INSTANTIATE_TEST_SUITE_P(BinHexRun, ProbeEncodedText, testing::ValuesIn(binHexRunCases), FICaseName);
 
 const EncodedCase beginCases[] = {
     // clang-format off
@@ -542,7 +537,7 @@ const EncodedCase beginCases[] = {
     {"HeaderOf1023BytesEndsInAGrave",  [] { return Lines({"begin 644 " + std::string(1012, 'a') + "`", "end"}); }, 4050},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Begin, ProbeEncodedText, testing::ValuesIn(beginCases), EncodedCaseName);
+INSTANTIATE_TEST_SUITE_P(Begin, ProbeEncodedText, testing::ValuesIn(beginCases), FICaseName);
 
 const std::string data128(128, 'a');
 const std::string yBegin = "=ybegin line=128 size=128 name=a.bin";
@@ -635,7 +630,7 @@ const EncodedCase yEncCases[] = {
     {"FailureEndsTheScan",              [] { return Lines({"=ybegin nothing else"}) + Times(6, uu); },                0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(YEnc, ProbeEncodedText, testing::ValuesIn(yEncCases), EncodedCaseName);
+INSTANTIATE_TEST_SUITE_P(YEnc, ProbeEncodedText, testing::ValuesIn(yEncCases), FICaseName);
 
 const std::string ascii64(64, 'x');
 const std::string ascii63Colon = std::string(63, 'x') + ":";
@@ -683,7 +678,7 @@ const EncodedCase noticeCases[] = {
     {"ScanGoesOnWithTheNoticeAgain",    [] { return Lines({notice, "x" + notice, "::"}); },                        4056},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Notice, ProbeEncodedText, testing::ValuesIn(noticeCases), EncodedCaseName);
+INSTANTIATE_TEST_SUITE_P(Notice, ProbeEncodedText, testing::ValuesIn(noticeCases), FICaseName);
 
 const std::string boundary = "_=_0123456789";
 const std::string uuMail = Lines({begin, uu, "`"});
@@ -737,7 +732,7 @@ const EncodedCase scanCases[] = {
     {"WhiteSpaceIsReadWithoutALimit",         [] { return std::string(100000, ' ') + uuMail; },                    4050},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Scan, ProbeEncodedText, testing::ValuesIn(scanCases), EncodedCaseName);
+INSTANTIATE_TEST_SUITE_P(Scan, ProbeEncodedText, testing::ValuesIn(scanCases), FICaseName);
 
 // ---- Truncated files ----------------------------------------------------------------------------------------------
 
@@ -748,10 +743,6 @@ struct TruncatedCase {
     std::size_t bytesNeeded;  // beginnings shorter than that have the answer 0, longer ones the answer
     std::size_t harmlessNul = std::string::npos;  // the one place in front of that where a NUL does not spoil it
 };
-
-void PrintTo(const TruncatedCase& truncatedCase, std::ostream* out) { *out << truncatedCase.name; }
-
-std::string TruncatedCaseName(const testing::TestParamInfo<TruncatedCase>& info) { return info.param.name; }
 
 class TruncatedEncodedText : public testing::TestWithParam<TruncatedCase> {};
 
@@ -791,7 +782,7 @@ const TruncatedCase truncatedCases[] = {
     {"BinHexRun",    Times(7, hex),                            4057, 5 * 65 + 46},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Text, TruncatedEncodedText, testing::ValuesIn(truncatedCases), TruncatedCaseName);
+INSTANTIATE_TEST_SUITE_P(Text, TruncatedEncodedText, testing::ValuesIn(truncatedCases), FICaseName);
 
 // ---- Failures -----------------------------------------------------------------------------------------------------
 
@@ -851,10 +842,6 @@ struct EncodedFileCase {
     std::uint16_t row;
 };
 
-void PrintTo(const EncodedFileCase& fileCase, std::ostream* out) { *out << fileCase.name; }
-
-std::string EncodedFileCaseName(const testing::TestParamInfo<EncodedFileCase>& info) { return info.param.name; }
-
 class IdentifyEncodedText : public testing::TestWithParam<EncodedFileCase> {};
 
 TEST_P(IdentifyEncodedText, Answers) {
@@ -899,6 +886,6 @@ const EncodedFileCase encodedFileCases[] = {
     {"NulBehindTheSixthLine",  [] { return Times(5, uu) + uu + "\0x\n"s; },                          4051, encodedRow},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Text, IdentifyEncodedText, testing::ValuesIn(encodedFileCases), EncodedFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Text, IdentifyEncodedText, testing::ValuesIn(encodedFileCases), FICaseName);
 
 }  // namespace

@@ -5,9 +5,12 @@
 
 #include "platform/base_utility.h"
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 using namespace std::string_literals;
 
@@ -28,10 +31,6 @@ struct TextCase {
     std::string bytes;
     FIID answer;
 };
-
-void PrintTo(const TextCase& textCase, std::ostream* out) { *out << textCase.name; }
-
-std::string TextCaseName(const testing::TestParamInfo<TextCase>& info) { return info.param.name; }
 
 class ExtendedText : public testing::TestWithParam<TextCase> {};
 
@@ -106,10 +105,6 @@ struct LineTestCase {
     std::vector<LineEnds> lineEnds;
     bool passes;
 };
-
-void PrintTo(const LineTestCase& lineTestCase, std::ostream* out) { *out << lineTestCase.name; }
-
-std::string LineTestCaseName(const testing::TestParamInfo<LineTestCase>& info) { return info.param.name; }
 
 class LineTest : public testing::TestWithParam<LineTestCase> {};
 
@@ -188,7 +183,7 @@ const LineTestCase lineTestCases[] = {
     {"ManyOfTwoKinds",              4096, {{Lf, 100}, {Cr, 100}},                          false},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Text, LineTest, testing::ValuesIn(lineTestCases), LineTestCaseName);
+INSTANTIATE_TEST_SUITE_P(Text, LineTest, testing::ValuesIn(lineTestCases), FICaseName);
 
 // ---- Line ends and the two bytes behind a CR ----------------------------------------------------------------------
 
@@ -219,7 +214,7 @@ const TextCase lineEndCases[] = {
     {"HighByteTwoBehindTheLastCr",      "xx\rx\x80"s,                            plainText},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(LineEnds, ExtendedText, testing::ValuesIn(lineEndCases), TextCaseName);
+INSTANTIATE_TEST_SUITE_P(LineEnds, ExtendedText, testing::ValuesIn(lineEndCases), FICaseName);
 
 // ---- The decision -------------------------------------------------------------------------------------------------
 
@@ -313,7 +308,7 @@ const TextCase decisionCases[] = {
     {"HighByteBehindALostByteOneFurther",     "\r\rx" + Plain(4093) + "\x80" + Plain(100),            plainText},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Decision, ExtendedText, testing::ValuesIn(decisionCases), TextCaseName);
+INSTANTIATE_TEST_SUITE_P(Decision, ExtendedText, testing::ValuesIn(decisionCases), FICaseName);
 
 // ---- Handles that fail --------------------------------------------------------------------------------------------
 
@@ -435,7 +430,7 @@ const TextCase identifyCases[] = {
     {"HighByteAt4095",              Plain(4095) + "\x85" + Plain(6000),                                plainText},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Text, IdentifyText, testing::ValuesIn(identifyCases), TextCaseName);
+INSTANTIATE_TEST_SUITE_P(Text, IdentifyText, testing::ValuesIn(identifyCases), FICaseName);
 
 TEST(IdentifyTextOption, TheGlobalOptionAllowsIt) {
     ASSERT_EQ(FIInit(nullptr), 0);

@@ -4,9 +4,12 @@
 #include <string>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 using namespace std::string_literals;
 
@@ -16,10 +19,6 @@ struct MailCase {
     FIID answer;
     const char* extension = "";
 };
-
-void PrintTo(const MailCase& mailCase, std::ostream* out) { *out << mailCase.name; }
-
-std::string MailCaseName(const testing::TestParamInfo<MailCase>& info) { return info.param.name; }
 
 class ProbeMail : public testing::TestWithParam<MailCase> {};
 
@@ -87,7 +86,7 @@ const MailCase decisionCases[] = {
     {"MimeHtmlOneAddressingPoint",             "MIME-Version: 1.0\nContent-Type: text/html\nTo: b\n",     1198},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Decision, ProbeMail, testing::ValuesIn(decisionCases), MailCaseName);
+INSTANTIATE_TEST_SUITE_P(Decision, ProbeMail, testing::ValuesIn(decisionCases), FICaseName);
 
 // The rows of the header table: the points, what is needed, and that each class scores once.
 const MailCase headerCases[] = {
@@ -161,7 +160,7 @@ const MailCase headerCases[] = {
     {"ControlBytesInAValue",                  "To: \x01\x1A\nFrom: \x7F\n",                                  1132},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Headers, ProbeMail, testing::ValuesIn(headerCases), MailCaseName);
+INSTANTIATE_TEST_SUITE_P(Headers, ProbeMail, testing::ValuesIn(headerCases), FICaseName);
 
 // Brackets, NUL bytes, the envelope line and folded lines.
 const MailCase normalisingCases[] = {
@@ -210,7 +209,7 @@ const MailCase normalisingCases[] = {
     {"MixedFoldedHtml",                  "Content-Type: multipart/mixed;\n\ttype=text/html\nContent-Description: b\n", 1187},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Normalising, ProbeMail, testing::ValuesIn(normalisingCases), MailCaseName);
+INSTANTIATE_TEST_SUITE_P(Normalising, ProbeMail, testing::ValuesIn(normalisingCases), FICaseName);
 
 std::string Repeated(const std::string& text, std::size_t count) {
     std::string all;
@@ -255,7 +254,7 @@ const MailCase limitCases[] = {
     {"CutLinesCountTowardsThe300",        std::string(std::size_t{1022} * 299, 'x') + "To: a\nFrom: b\n",    0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Limits, ProbeMail, testing::ValuesIn(limitCases), MailCaseName);
+INSTANTIATE_TEST_SUITE_P(Limits, ProbeMail, testing::ValuesIn(limitCases), FICaseName);
 
 TEST(ProbeMailFailure, NoBufferIsNoVerdict) {
     const auto handle = FIMakeTestHandle("To: b\nFrom: a\n");
@@ -337,10 +336,6 @@ struct MailFileCase {
     std::uint16_t row;
 };
 
-void PrintTo(const MailFileCase& fileCase, std::ostream* out) { *out << fileCase.name; }
-
-std::string MailFileCaseName(const testing::TestParamInfo<MailFileCase>& info) { return info.param.name; }
-
 class IdentifyMail : public testing::TestWithParam<MailFileCase> {};
 
 TEST_P(IdentifyMail, Answers) {
@@ -378,6 +373,6 @@ const MailFileCase mailFileCases[] = {
     {"Disposition",           "Content-Disposition: attachment\nTo: b\n",            "",            4022, noRow},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Mail, IdentifyMail, testing::ValuesIn(mailFileCases), MailFileCaseName);
+INSTANTIATE_TEST_SUITE_P(Mail, IdentifyMail, testing::ValuesIn(mailFileCases), FICaseName);
 
 }  // namespace

@@ -10,12 +10,15 @@
 #include <vector>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/failing_seeks.h"
 #include "support/ordinary_files.h"
 #include "support/probe_case.h"
 #include "support/whole_file.h"
 
 namespace {
+
+using ::PrintTo;
 
 // Puts bytes into a file at an offset; the file grows with zeros.
 void Put(std::string& file, std::size_t offset, std::string_view notation) {
@@ -31,10 +34,6 @@ struct ChangeCase {
     const char* bytes;
     FIID answer;
 };
-
-void PrintTo(const ChangeCase& change, std::ostream* out) { *out << change.name; }
-
-std::string ChangeCaseName(const testing::TestParamInfo<ChangeCase>& info) { return info.param.name; }
 
 std::string Changed(std::string file, const ChangeCase& change) {
     Put(file, change.offset, change.bytes);
@@ -140,7 +139,7 @@ const ChangeCase header1006Changes[] = {
     {"At420And468",            420, "01 >48 01",            0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Header1006, Header1006Change, testing::ValuesIn(header1006Changes), ChangeCaseName);
+INSTANTIATE_TEST_SUITE_P(Header1006, Header1006Change, testing::ValuesIn(header1006Changes), FICaseName);
 
 class Header1007Change : public testing::TestWithParam<ChangeCase> {};
 
@@ -165,7 +164,7 @@ const ChangeCase header1007Changes[] = {
     {"MarkerThirdByte",       1028, "B2",                   0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Header1007, Header1007Change, testing::ValuesIn(header1007Changes), ChangeCaseName);
+INSTANTIATE_TEST_SUITE_P(Header1007, Header1007Change, testing::ValuesIn(header1007Changes), FICaseName);
 
 class Header1039Change : public testing::TestWithParam<ChangeCase> {};
 
@@ -199,7 +198,7 @@ const ChangeCase header1039Changes[] = {
     {"Block2WithoutItsMarker", 512, "02 00",                0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Header1039, Header1039Change, testing::ValuesIn(header1039Changes), ChangeCaseName);
+INSTANTIATE_TEST_SUITE_P(Header1039, Header1039Change, testing::ValuesIn(header1039Changes), FICaseName);
 
 // The answer for a block number of one byte with the marker at an offset.
 FIID AnswerOfByteBlock(std::string file, std::size_t block, std::size_t marker) {
@@ -428,7 +427,7 @@ const ChangeCase entryChanges[] = {
     {"DataOffsetBehindTheFile", 8, "00 00 01",            0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Entry, EntryChange, testing::ValuesIn(entryChanges), ChangeCaseName);
+INSTANTIATE_TEST_SUITE_P(Entry, EntryChange, testing::ValuesIn(entryChanges), FICaseName);
 
 TEST(EntryTable, HasDataOffsetsOf24Bits) {
     std::string file = TableWithEntry(smallTable, 3);
@@ -576,7 +575,7 @@ const ChangeCase blockListChanges[] = {
     {"MarkOneByteLate",        2048, "00 86",                             0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(List, BlockListChange, testing::ValuesIn(blockListChanges), ChangeCaseName);
+INSTANTIATE_TEST_SUITE_P(List, BlockListChange, testing::ValuesIn(blockListChanges), FICaseName);
 
 // The count tells how many of the three blocks are looked at: the ones behind it may hold anything.
 TEST(BlockList, LooksAtAsManyBlocksAsTheCountTells) {

@@ -7,11 +7,14 @@
 #include <string_view>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/ordinary_files.h"
 #include "support/probe_case.h"
 #include "support/whole_file.h"
 
 namespace {
+
+using ::PrintTo;
 
 std::string Repeated(std::string_view item, std::size_t times) {
     std::string text;
@@ -146,10 +149,6 @@ struct VoteCase {
     FIID answerWithLead;
 };
 
-void PrintTo(const VoteCase& votes, std::ostream* out) { *out << votes.name; }
-
-std::string VoteCaseName(const testing::TestParamInfo<VoteCase>& info) { return info.param.name; }
-
 class CommandVotes : public testing::TestWithParam<VoteCase> {};
 
 TEST_P(CommandVotes, Decide) {
@@ -198,7 +197,7 @@ const VoteCase voteCases[] = {
     {"PlusBelowCommandsMost",  32,   33,   34,       1033, 1034},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Ties, CommandVotes, testing::ValuesIn(voteCases), VoteCaseName);
+INSTANTIATE_TEST_SUITE_P(Ties, CommandVotes, testing::ValuesIn(voteCases), FICaseName);
 
 // Zeros can't be votes of any kind; only the first one tells commands off.
 TEST(CommandCounts, NeverAnswer1033BehindAZero) {
@@ -317,7 +316,7 @@ const WholeFile commandFiles[] = {
     {"KeywordBetween",     R"("A letter" (0A 0B "R")*2 0A 0B AE "LM" "R")",                          1999},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(WholeTable, CommandFile, testing::ValuesIn(commandFiles), FIWholeFileName);
+INSTANTIATE_TEST_SUITE_P(WholeTable, CommandFile, testing::ValuesIn(commandFiles), FICaseName);
 
 // ---- Words whose last character has its top bit set ----------------------------------------------------------------
 
@@ -377,10 +376,6 @@ struct MarkCase {
     std::size_t bad;
     bool gap = false;
 };
-
-void PrintTo(const MarkCase& mark, std::ostream* out) { *out << mark.name; }
-
-std::string MarkCaseName(const testing::TestParamInfo<MarkCase>& info) { return info.param.name; }
 
 class HighBitMarks : public testing::TestWithParam<MarkCase> {
  protected:
@@ -495,7 +490,7 @@ const MarkCase markCases[] = {
     {"BlankBehindALineEnd",               "C1 20 0D 0A 20 01",     1, 0},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Marks, HighBitMarks, testing::ValuesIn(markCases), MarkCaseName);
+INSTANTIATE_TEST_SUITE_P(Marks, HighBitMarks, testing::ValuesIn(markCases), FICaseName);
 
 constexpr std::size_t lastMiddle = 1022;  // the last byte that is looked at in its surroundings
 
@@ -565,6 +560,6 @@ const WholeFile wordFiles[] = {
     {"LinesBehindByte1022",    R"(("plain" 0D 0A)*147 ("thi" F3 20 "i" F3 20 "clea" EE 0D 0A)*9)",           1999},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(WholeTable, WordFile, testing::ValuesIn(wordFiles), FIWholeFileName);
+INSTANTIATE_TEST_SUITE_P(WholeTable, WordFile, testing::ValuesIn(wordFiles), FICaseName);
 
 }  // namespace

@@ -11,11 +11,14 @@
 #include <vector>
 
 #include "reader/reader.h"
+#include "support/case_name.h"
 #include "support/ordinary_files.h"
 #include "support/probe_case.h"
 #include "support/whole_file.h"
 
 namespace {
+
+using ::PrintTo;
 
 constexpr FIID firstDialect = 1023;
 constexpr FIID secondDialect = 1035;
@@ -61,10 +64,6 @@ struct CodeGroup {
     std::int32_t count;
     std::uint32_t rules;
 };
-
-void PrintTo(const CodeGroup& group, std::ostream* out) { *out << group.name; }
-
-std::string CodeGroupName(const testing::TestParamInfo<CodeGroup>& info) { return info.param.name; }
 
 const CodeGroup codeGroups[] = {
     // clang-format off
@@ -285,9 +284,9 @@ std::vector<CodeGroup> ClosedGroups() {
     return groups;
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryCode, FunctionCodeGroup, testing::ValuesIn(codeGroups), CodeGroupName);
-INSTANTIATE_TEST_SUITE_P(EveryCode, LightFunctionCodeGroup, testing::ValuesIn(LightGroups()), CodeGroupName);
-INSTANTIATE_TEST_SUITE_P(EveryCode, ClosedFunctionCodeGroup, testing::ValuesIn(ClosedGroups()), CodeGroupName);
+INSTANTIATE_TEST_SUITE_P(EveryCode, FunctionCodeGroup, testing::ValuesIn(codeGroups), FICaseName);
+INSTANTIATE_TEST_SUITE_P(EveryCode, LightFunctionCodeGroup, testing::ValuesIn(LightGroups()), FICaseName);
+INSTANTIATE_TEST_SUITE_P(EveryCode, ClosedFunctionCodeGroup, testing::ValuesIn(ClosedGroups()), FICaseName);
 
 // What stands inside a group of fixed length is not looked at.
 struct GroupBody {
@@ -698,7 +697,7 @@ const WholeFile wholeFiles[] = {
     {"LengthOf0",           R"("Dear Sir," 0D 0A F5 D:0 D:0 "text")",                                1999},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(WholeTable, FunctionCodeFile, testing::ValuesIn(wholeFiles), FIWholeFileName);
+INSTANTIATE_TEST_SUITE_P(WholeTable, FunctionCodeFile, testing::ValuesIn(wholeFiles), FICaseName);
 
 TEST(FunctionCodeFiles, OrdinaryFilesStayUnknown) {
     EXPECT_EQ(FIIdentifyBytes(FIEnglishText("\n"), "LETTER", 0), 1999);

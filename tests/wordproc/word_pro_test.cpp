@@ -8,9 +8,12 @@
 
 #include "catalogue/format_not_known.h"
 #include "storage/sub_objects.h"
+#include "support/case_name.h"
 #include "support/probe_case.h"
 
 namespace {
+
+using ::PrintTo;
 
 constexpr std::uint16_t wordProRow = 150_row;
 
@@ -135,8 +138,6 @@ struct DerivedCase {
     FIID answer;
 };
 
-void PrintTo(const DerivedCase& derivedCase, std::ostream* out) { *out << derivedCase.name; }
-
 class TransformedWordPro : public testing::TestWithParam<DerivedCase> {};
 
 TEST_P(TransformedWordPro, IsToldByItsDerivedStream) {
@@ -173,7 +174,7 @@ const DerivedCase derivedCases[] = {
     {"Bytes33ByteAbove10",       ">32 0B",               1145},
     // clang-format on
 };
-INSTANTIATE_TEST_SUITE_P(Derived, TransformedWordPro, testing::ValuesIn(derivedCases), NameOfCase());
+INSTANTIATE_TEST_SUITE_P(Derived, TransformedWordPro, testing::ValuesIn(derivedCases), FICaseName);
 
 TEST(WordProDerived, VersionByte48OfTheFileItselfDoesNotCount) {
     for (const char version : {'\x05', '\xFF'}) {

@@ -4,11 +4,14 @@
 #include <functional>
 
 #include "platform/handle.h"
+#include "support/case_name.h"
 #include "support/open_handle.h"
 #include "support/probe_case.h"
 #include "support/storage_writer.h"
 
 namespace {
+
+using ::PrintTo;
 
 const std::string classIdOfRoot = FIBytes("01 23 45 67 89 AB CD EF FE DC BA 98 76 54 32 10");
 
@@ -36,11 +39,6 @@ Sample MakeSample(const StorageLayout& layout = {}) {
     return sample;
 }
 
-template <typename Case>
-std::string StorageCaseName(const testing::TestParamInfo<Case>& parameter) {
-    return parameter.param.name;
-}
-
 // ---- Which files are storages --------------------------------------------------------------------------------------
 
 TEST(CompoundStorage, EitherVersionTakesEitherSectorSize) {
@@ -65,8 +63,6 @@ struct HeaderCase {
     std::function<void(Sample&)> damage;
     bool isStorage;
 };
-
-void PrintTo(const HeaderCase& headerCase, std::ostream* out) { *out << headerCase.name; }
 
 std::function<void(Sample&)> Put16At(std::size_t offset, std::uint16_t value) {
     return [=](Sample& sample) { sample.written.Put16(offset, value); };
@@ -146,7 +142,7 @@ TEST_P(CompoundStorageHeader, DecidesWhetherTheFileIsAStorage) {
     EXPECT_EQ(file.ReadToEnd(), sample.written.bytes) << "the file's own bytes are to be had either way";
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, CompoundStorageHeader, testing::ValuesIn(headerCases), StorageCaseName<HeaderCase>);
+INSTANTIATE_TEST_SUITE_P(Files, CompoundStorageHeader, testing::ValuesIn(headerCases), FICaseName);
 
 TEST(CompoundStorage, AStorageReadsSeeksAndTellsLikeAPlainFile) {
     const Sample sample = MakeSample();
@@ -193,8 +189,6 @@ struct NameCase {
     bool found;
 };
 
-void PrintTo(const NameCase& nameCase, std::ostream* out) { *out << nameCase.name; }
-
 const NameCase nameCases[] = {
     // clang-format off
     {"TheWholeName",            u"WordDocument",             "WordDocument",           true},
@@ -235,7 +229,7 @@ TEST_P(CompoundStorageName, IsComparedWhole) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, CompoundStorageName, testing::ValuesIn(nameCases), StorageCaseName<NameCase>);
+INSTANTIATE_TEST_SUITE_P(Names, CompoundStorageName, testing::ValuesIn(nameCases), FICaseName);
 
 struct NameLengthCase {
     const char* name;

@@ -7,10 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include "support/case_name.h"
 #include "support/process_heap.h"
 #include "support/test_handle.h"
 
 namespace {
+
+using ::PrintTo;
 
 // ---- Targets -------------------------------------------------------------------------------------------------------
 
@@ -19,8 +22,6 @@ struct TargetCase {
     const char* target;
     const char* part;
 };
-
-void PrintTo(const TargetCase& targetCase, std::ostream* out) { *out << targetCase.name; }
 
 const TargetCase targetCases[] = {
     // clang-format off
@@ -61,9 +62,7 @@ TEST_P(ResolveTarget, Answers) {
     EXPECT_EQ(target, GetParam().part);
 }
 
-std::string TargetName(const testing::TestParamInfo<TargetCase>& caseInfo) { return caseInfo.param.name; }
-
-INSTANTIATE_TEST_SUITE_P(Targets, ResolveTarget, testing::ValuesIn(targetCases), TargetName);
+INSTANTIATE_TEST_SUITE_P(Targets, ResolveTarget, testing::ValuesIn(targetCases), FICaseName);
 
 // ---- Relationships -------------------------------------------------------------------------------------------------
 
@@ -89,8 +88,6 @@ struct RelationshipCase {
     std::string document;
     const char* part;
 };
-
-void PrintTo(const RelationshipCase& relationshipCase, std::ostream* out) { *out << relationshipCase.name; }
 
 std::string Root(const std::string& content) {
     return "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>" + content +
@@ -147,9 +144,7 @@ TEST_P(FindTarget, Answers) {
     EXPECT_EQ(PartOf(*slow), GetParam().part) << "one byte per read";
 }
 
-std::string RelationshipName(const testing::TestParamInfo<RelationshipCase>& caseInfo) { return caseInfo.param.name; }
-
-INSTANTIATE_TEST_SUITE_P(Relationships, FindTarget, testing::ValuesIn(relationshipCases), RelationshipName);
+INSTANTIATE_TEST_SUITE_P(Relationships, FindTarget, testing::ValuesIn(relationshipCases), FICaseName);
 
 TEST(Relationships, InFrontOfDamageCount) {
     const auto handle =

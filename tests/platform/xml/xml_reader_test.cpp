@@ -6,10 +6,13 @@
 #include <vector>
 
 #include "platform/base_utility.h"
+#include "support/case_name.h"
 #include "support/process_heap.h"
 #include "support/test_handle.h"
 
 namespace {
+
+using ::PrintTo;
 
 constexpr UTXmlTagPair lettersMap[] = {{1, "a"}, {2, "b"}, {3, "a"}};
 constexpr UTXmlTagPair otherMap[] = {{11, "a"}, {12, "c"}};
@@ -54,8 +57,6 @@ struct XmlCase {
     std::string document;
     const char* tags;
 };
-
-void PrintTo(const XmlCase& xmlCase, std::ostream* out) { *out << xmlCase.name; }
 
 std::string Utf16(const std::string& text, bool bigEndian) {
     std::string units = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
@@ -114,9 +115,7 @@ TEST_P(ReadTags, Answers) {
     EXPECT_EQ(TagsOf(*slow), GetParam().tags) << "one byte per read";
 }
 
-std::string CaseName(const testing::TestParamInfo<XmlCase>& caseInfo) { return caseInfo.param.name; }
-
-INSTANTIATE_TEST_SUITE_P(Xml, ReadTags, testing::ValuesIn(xmlCases), CaseName);
+INSTANTIATE_TEST_SUITE_P(Xml, ReadTags, testing::ValuesIn(xmlCases), FICaseName);
 
 TEST(XmlReader, ReadsFromWhereTheHandleStands) {
     const auto handle = FIMakeTestHandle("no XML<x/>");
