@@ -296,7 +296,7 @@ TEST_F(Program, FileNamedLikeAnOptionIsReached) {
     EXPECT_EQ(Run("$FIID ./- ./--help -- --help | wc -l").output, "3\n");
 }
 
-// ---- Who reads the output, and when
+// ---- Who reads the output, and when ---------------------------------------------------------------------------------
 
 // What each write to standard output held: a socket that keeps the bounds of messages takes the place of a pipe.
 std::vector<std::string> WritesOf(const std::string& directory, const std::vector<std::string>& arguments) {

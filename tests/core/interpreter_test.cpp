@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "package/xml_namespace.h"
 #include "reader/reader.h"
 #include "support/bytes.h"

@@ -5,7 +5,6 @@
 #include "graphics/raw_fax.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>

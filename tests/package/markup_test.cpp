@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "package/html_tags.h"
-#include "reader/reader.h"
 #include "support/case_name.h"
 #include "support/probe_case.h"
 #include "support/utf16_text.h"
@@ -30,12 +29,6 @@ std::string Low(std::string_view text) { return markLow + FILowFirst(text); }
 std::string High(std::string_view text) { return markHigh + FIHighFirst(text); }
 
 std::string Blanks(std::size_t count) { return std::string(count, ' '); }
-
-std::string Times(std::size_t count, const std::string& text) {
-    std::string all;
-    for (std::size_t index = 0; index < count; ++index) all += text;
-    return all;
-}
 
 const std::string word = "xmlns:w=\"urn:schemas-microsoft-com:office:word\"";
 const std::string excel = "xmlns:x=\"urn:schemas-microsoft-com:office:excel\"";
@@ -187,11 +180,11 @@ const MarkupCase markCases[] = {
     {"HalfAMark8",                    "\xEF\xBB<html>",                                      0},
     {"WrongMark8",                    "\xEF\xBB\xBE<html>",                                  0},
     {"Mark8ThenAWrongOne",            mark8 + "\xEF\xBF\xBF<html>",                          0},
-    {"Marks8To240",                   Times(80, mark8) + "<html>",                           html8},
-    {"Marks8To249",                   Times(83, mark8) + "<html>",                           html8},
-    {"Marks8To252",                   Times(84, mark8) + "<pre>",                            0},
-    {"Marks8To255",                   Times(85, mark8) + "<html>",                           0},
-    {"Marks8To258",                   Times(86, mark8) + "<html>",                           0},
+    {"Marks8To240",                   FIRepeat(mark8, 80) + "<html>",                           html8},
+    {"Marks8To249",                   FIRepeat(mark8, 83) + "<html>",                           html8},
+    {"Marks8To252",                   FIRepeat(mark8, 84) + "<pre>",                            0},
+    {"Marks8To255",                   FIRepeat(mark8, 85) + "<html>",                           0},
+    {"Marks8To258",                   FIRepeat(mark8, 86) + "<html>",                           0},
     {"OnlyMark8",                     mark8,                                                 0},
     {"Mark8AndMarkLow",               mark8 + Low("<html>"),                                 html16},
     {"LowFirst",                      Low("<html>"),                                         html16},

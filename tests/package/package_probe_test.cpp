@@ -13,6 +13,7 @@
 #include "support/case_name.h"
 #include "support/open_file.h"
 #include "support/probe_case.h"
+#include "support/relationships.h"
 #include "support/zip_writer.h"
 
 namespace {
@@ -52,14 +53,9 @@ FIID AnswerOf(const std::string& bytes) {
     return answer;
 }
 
-std::string Relationship(const std::string& type, const std::string& target) {
-    return "<Relationship Id='r' Type='" + type + "' Target='" + target + "'/>";
-}
-
 ZipMember Relationships(const std::string& content) {
     return {.name = "_rels/.rels",
-            .bytes = "<?xml version='1.0' encoding='UTF-8'?><Relationships xmlns='" + standard +
-                     "/package/2006/relationships'>" + content + "</Relationships>",
+            .bytes = "<?xml version='1.0' encoding='UTF-8'?>" + FIRelationships(content),
             .method = zipDeflated};
 }
 
@@ -69,7 +65,8 @@ ZipMember Part(const std::string& name, const std::string& bytes) {
 
 // A package whose main part holds these bytes.
 std::string PackageOf(const std::string& mainPart, const std::string& type = mainPartType) {
-    return FIWriteZip({{"[Content_Types].xml", ""}, Relationships(Relationship(type, "main")), Part("main", mainPart)});
+    return FIWriteZip(
+        {{"[Content_Types].xml", ""}, Relationships(FIRelationship(type, "main")), Part("main", mainPart)});
 }
 
 std::string Element(const std::string& namespaceUri, const std::string& name) {
@@ -146,7 +143,7 @@ std::string Damaged(const ZipMember& member, std::size_t goodBytes) {
     ZipMember damaged = member;
     damaged.method = zipDeflated;
     damaged.packed = FIStoredBlock(member.bytes.substr(0, goodBytes)) + "\x07";
-    return FIWriteZip({Relationships(Relationship(mainPartType, "main")), damaged});
+    return FIWriteZip({Relationships(FIRelationship(mainPartType, "main")), damaged});
 }
 
 const std::string binaryStart = FIBytes("83 01 00 80 01");
@@ -154,18 +151,18 @@ const std::string binaryStart = FIBytes("83 01 00 80 01");
 const PackageCase packageCases[] = {
     // clang-format off
     {"WithoutAnyRelationship", FIWriteZip({Relationships("")}), 1802},
-    {"WithARelationshipOfAnotherType", FIWriteZip({Relationships(Relationship(standard + "/other", "main")), Part("main", wordDocument)}), 1802},
+    {"WithARelationshipOfAnotherType", FIWriteZip({Relationships(FIRelationship(standard + "/other", "main")), Part("main", wordDocument)}), 1802},
     {"OfTheStandardsType", PackageOf(wordDocument, mainPartType), 1312},
     {"OfTheDraftsType", PackageOf(wordDocument, draftMainPartType), 1312},
     {"OfTheStandardsTypeOnTheOtherHost", PackageOf(wordDocument, microsoft + "/officeDocument/2006/relationships/officeDocument"), 1802},
     {"OfTheDraftsTypeOnTheOtherHost", PackageOf(wordDocument, standard + "/office/2006/relationships/officeDocument"), 1802},
     {"OfFixedPages", PackageOf("<FixedDocumentSequence/>", fixedPagesType), 1636},
     {"FixedPagesAreNotLookedAt", PackageOf(wordDocument, fixedPagesType), 1636},
-    {"FixedPagesMustBeThere", FIWriteZip({Relationships(Relationship(fixedPagesType, "main"))}), 1802},
-    {"TheStandardsTypeComesFirst", FIWriteZip({Relationships(Relationship(fixedPagesType, "a") + Relationship(draftMainPartType, "a") + Relationship(mainPartType, "main")), Part("a", "<x/>"), Part("main", wordDocument)}), 1312},
-    {"TheDraftsTypeComesSecond", FIWriteZip({Relationships(Relationship(fixedPagesType, "a") + Relationship(draftMainPartType, "main")), Part("a", "<x/>"), Part("main", wordDocument)}), 1312},
-    {"APartThatIsMissingLetsTheNextTypeIn", FIWriteZip({Relationships(Relationship(mainPartType, "b") + Relationship(fixedPagesType, "a")), Part("a", "<x/>")}), 1636},
-    {"APartThatIsThereKeepsTheNextTypeOut", FIWriteZip({Relationships(Relationship(mainPartType, "a") + Relationship(draftMainPartType, "main")), Part("a", "<x/>"), Part("main", wordDocument)}), 1802},
+    {"FixedPagesMustBeThere", FIWriteZip({Relationships(FIRelationship(fixedPagesType, "main"))}), 1802},
+    {"TheStandardsTypeComesFirst", FIWriteZip({Relationships(FIRelationship(fixedPagesType, "a") + FIRelationship(draftMainPartType, "a") + FIRelationship(mainPartType, "main")), Part("a", "<x/>"), Part("main", wordDocument)}), 1312},
+    {"TheDraftsTypeComesSecond", FIWriteZip({Relationships(FIRelationship(fixedPagesType, "a") + FIRelationship(draftMainPartType, "main")), Part("a", "<x/>"), Part("main", wordDocument)}), 1312},
+    {"APartThatIsMissingLetsTheNextTypeIn", FIWriteZip({Relationships(FIRelationship(mainPartType, "b") + FIRelationship(fixedPagesType, "a")), Part("a", "<x/>")}), 1636},
+    {"APartThatIsThereKeepsTheNextTypeOut", FIWriteZip({Relationships(FIRelationship(mainPartType, "a") + FIRelationship(draftMainPartType, "main")), Part("a", "<x/>"), Part("main", wordDocument)}), 1802},
     {"TheElementMayStandDeep", PackageOf("<a><b>" + wordDocument + "</b></a>"), 1312},
     {"TheFirstKnownElementDecides", PackageOf("<a>" + Element(standard + "/spreadsheetml/2006/main", "workbook") + wordDocument + "</a>"), 1455},
     {"Behind24UnknownElementsItIsSeen", PackageOf("<a>" + Unknown(23) + wordDocument + "</a>"), 1312},
@@ -183,8 +180,8 @@ const PackageCase packageCases[] = {
     {"BinaryRecordsOfFixedPages", PackageOf(binaryStart, fixedPagesType), 1636},
     {"AnEmptyMainPart", PackageOf(""), 1802},
     {"AMainPartOfText", PackageOf("text"), 1802},
-    {"AMainPartThatIsEncrypted", FIWriteZip({Relationships(Relationship(mainPartType, "main")), {.name = "main", .bytes = wordDocument, .flags = zipEncryptedFlag}}), 1802},
-    {"AMainPartThatIsStored", FIWriteZip({Relationships(Relationship(mainPartType, "/MAIN")), {"main", wordDocument}}), 1312},
+    {"AMainPartThatIsEncrypted", FIWriteZip({Relationships(FIRelationship(mainPartType, "main")), {.name = "main", .bytes = wordDocument, .flags = zipEncryptedFlag}}), 1802},
+    {"AMainPartThatIsStored", FIWriteZip({Relationships(FIRelationship(mainPartType, "/MAIN")), {"main", wordDocument}}), 1312},
     {"APackageAsksForNoMimetype", FIWriteZip({Relationships(""), {"mimetype", std::string(prefix) + "text"}}), 1802},
     // clang-format on
 };

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "reader/reader.h"
 #include "support/case_name.h"
 #include "support/probe_case.h"
 #include "support/utf16_text.h"

@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-#include <vector>
 
 #include "platform/base_utility.h"
 #include "support/bytes.h"

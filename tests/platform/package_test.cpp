@@ -7,19 +7,11 @@
 #include "platform/package_library.h"
 #include "support/open_file.h"
 #include "support/process_heap.h"
+#include "support/relationships.h"
 #include "support/test_handle.h"
 #include "support/zip_writer.h"
 
 namespace {
-
-std::string Relationships(const std::string& content) {
-    return "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>" + content +
-           "</Relationships>";
-}
-
-std::string Relationship(const std::string& type, const std::string& target) {
-    return "<Relationship Type='" + type + "' Target='" + target + "'/>";
-}
 
 ZipMember Packed(const std::string& name, const std::string& bytes) {
     return {.name = name, .bytes = bytes, .method = zipDeflated};
@@ -69,7 +61,7 @@ ReadResult ReadPart(const std::vector<ZipMember>& members, const char* type = "t
     return ReadPart(FIWriteZip(members), type);
 }
 
-const ZipMember toPart = Packed("_rels/.rels", Relationships(Relationship("t", "part.xml")));
+const ZipMember toPart = Packed("_rels/.rels", FIRelationships(FIRelationship("t", "part.xml")));
 const ReadResult notOpened = {"", true};
 
 // ---- What is a package ---------------------------------------------------------------------------------------------
@@ -146,8 +138,8 @@ TEST(Package, EndsWithoutOneToo) {
 // ---- Parts ---------------------------------------------------------------------------------------------------------
 
 TEST(Part, IsWhereTheFirstRelationshipOfTheTypeLeads) {
-    const ZipMember relationships =
-        Packed("_rels/.rels", Relationships(Relationship("s", "a") + Relationship("t", "b") + Relationship("t", "c")));
+    const ZipMember relationships = Packed(
+        "_rels/.rels", FIRelationships(FIRelationship("s", "a") + FIRelationship("t", "b") + FIRelationship("t", "c")));
     const std::vector<ZipMember> members = {relationships, {"a", "1"}, {"b", "2"}, {"c", "3"}};
     EXPECT_EQ(ReadPart(members, "s").bytes, "1");
     EXPECT_EQ(ReadPart(members, "t").bytes, "2");
@@ -156,13 +148,14 @@ TEST(Part, IsWhereTheFirstRelationshipOfTheTypeLeads) {
 }
 
 TEST(Part, ThatIsMissingIsNotMadeUpForByTheNext) {
-    const ZipMember relationships = {"_rels/.rels", Relationships(Relationship("t", "a") + Relationship("t", "b"))};
+    const ZipMember relationships = {"_rels/.rels",
+                                     FIRelationships(FIRelationship("t", "a") + FIRelationship("t", "b"))};
     EXPECT_EQ(ReadPart({relationships, {"b", "2"}}), notOpened);
 }
 
 TEST(Part, IsFoundWithAsciiLettersComparedWithoutCase) {
     EXPECT_EQ(ReadPart({toPart, {"PART.Xml", "bytes"}}).bytes, "bytes");
-    const ZipMember toUmlaut = {"_rels/.rels", Relationships(Relationship("t", "%c3%84"))};
+    const ZipMember toUmlaut = {"_rels/.rels", FIRelationships(FIRelationship("t", "%c3%84"))};
     EXPECT_EQ(ReadPart({toUmlaut, {"\xC3\x84", "bytes"}}).bytes, "bytes");
     EXPECT_EQ(ReadPart({toUmlaut, {"\xC3\xA4", "bytes"}}), notOpened);
 }
@@ -175,7 +168,7 @@ TEST(Part, OfTwoOfOneNameIsTheFirstInTheDirectory) {
 }
 
 TEST(Part, OfTheFirstRelationshipsPartIsMeant) {
-    const ZipMember other = {"_RELS/.RELS", Relationships(Relationship("t", "other.xml"))};
+    const ZipMember other = {"_RELS/.RELS", FIRelationships(FIRelationship("t", "other.xml"))};
     const std::vector<ZipMember> members = {toPart, other, {"part.xml", "first"}, {"other.xml", "second"}};
     EXPECT_EQ(ReadPart(members).bytes, "first");
     OpenFile file(FIWriteZip(members, {.directoryOrder = {1, 0, 2, 3}}));
@@ -183,22 +176,22 @@ TEST(Part, OfTheFirstRelationshipsPartIsMeant) {
 }
 
 TEST(Part, IsResolvedAgainstTheRoot) {
-    const ZipMember relationships = {"_rels/.rels", Relationships(Relationship("t", "/x/../word/./my%20part.xml"))};
+    const ZipMember relationships = {"_rels/.rels", FIRelationships(FIRelationship("t", "/x/../word/./my%20part.xml"))};
     EXPECT_EQ(ReadPart({relationships, {"word/my part.xml", "bytes"}}).bytes, "bytes");
     EXPECT_EQ(ReadPart({relationships, {"_rels/word/my part.xml", "bytes"}}), notOpened);
 }
 
 TEST(Part, IsNeverOutsideThePackage) {
-    const ZipMember relationships = {"_rels/.rels",
-                                     Relationships("<Relationship Type='t' TargetMode='External' Target='part.xml'/>")};
+    const ZipMember relationships = {
+        "_rels/.rels", FIRelationships("<Relationship Type='t' TargetMode='External' Target='part.xml'/>")};
     EXPECT_EQ(ReadPart({relationships, {"part.xml", "bytes"}}), notOpened);
 }
 
 TEST(Part, MayHaveTheLongestNameThereIs) {
     const std::string name(65535, 'n');
-    const ZipMember relationships = Packed("_rels/.rels", Relationships(Relationship("t", name)));
+    const ZipMember relationships = Packed("_rels/.rels", FIRelationships(FIRelationship("t", name)));
     EXPECT_EQ(ReadPart({relationships, {name, "bytes"}}).bytes, "bytes");
-    const ZipMember beyond = Packed("_rels/.rels", Relationships(Relationship("t", name + "n")));
+    const ZipMember beyond = Packed("_rels/.rels", FIRelationships(FIRelationship("t", name + "n")));
     EXPECT_EQ(ReadPart({beyond, {name, "bytes"}}), notOpened);
 }
 
@@ -211,7 +204,7 @@ TEST(Part, ThatCanNotBeUnpackedDoesNotOpen) {
 }
 
 TEST(Part, IsFoundByRelationshipsInFrontOfAnErrorOrOfDamage) {
-    const std::string text = Relationships(Relationship("t", "part.xml"));
+    const std::string text = FIRelationships(FIRelationship("t", "part.xml"));
     const std::string wrong = text.substr(0, text.size() - 5) + "<<<";
     EXPECT_EQ(ReadPart({{"_rels/.rels", wrong}, {"part.xml", "bytes"}}).bytes, "bytes");
     const ZipMember damaged = {.name = "_rels/.rels",
@@ -226,9 +219,9 @@ TEST(Part, IsFoundByRelationshipsInFrontOfAnErrorOrOfDamage) {
 // Packages whose relationships part has a namespace's address of 900,000 bytes and many prefixed attributes, behind one
 // relationship.
 std::string LongAddress(std::size_t tags) {
-    std::string content = Relationship("t", "part.xml") + "<x xmlns:p='" + std::string(900000, 'n') + "'>";
+    std::string content = FIRelationship("t", "part.xml") + "<x xmlns:p='" + std::string(900000, 'n') + "'>";
     for (std::size_t tag = 0; tag < tags; ++tag) content += "<x p:a='' p:b='' p:c='' p:d='' p:e='' p:f=''/>";
-    return FIWriteZip({Packed("_rels/.rels", Relationships(content + "</x>")), {"part.xml", "bytes"}});
+    return FIWriteZip({Packed("_rels/.rels", FIRelationships(content + "</x>")), {"part.xml", "bytes"}});
 }
 
 bool Opens(HPKGPACKAGE package, const char* type) {
@@ -239,7 +232,8 @@ bool Opens(HPKGPACKAGE package, const char* type) {
 }
 
 TEST(OnePass, FindsEveryTypeAndReadsTheRelationshipsOnce) {
-    const ZipMember relationships = {"_rels/.rels", Relationships(Relationship("t", "a") + Relationship("u", "b"))};
+    const ZipMember relationships = {"_rels/.rels",
+                                     FIRelationships(FIRelationship("t", "a") + FIRelationship("u", "b"))};
     const auto host = FIMakeTestHandle(FIWriteZip({relationships, {"a", "1"}, {"b", "2"}}));
     HPKGPACKAGE package = nullptr;
     ASSERT_EQ(PKGInit(FIFileOf(*host), &package), 0);

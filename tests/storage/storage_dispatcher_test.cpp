@@ -538,44 +538,33 @@ TEST(EncryptedPackage, IsHiddenByPp40AndHidesBook) {
 
 // ---- Exhausted memory ---------------------------------------------------------------------------------------------
 
-// The answer when the process heap gives so many blocks and no more.
-FIID AnswerWithBlocks(std::uint32_t blocks, const std::vector<NamedBytes>& streams) {
-    return FIStorageAnswer(
-        [blocks](FIReader& reader) {
-            FIFailAllocationsFrom(blocks);
-            const FIID answer = FIProbeStorage(reader, "");
-            FIHeapNeverFails();
-            return answer;
-        },
-        streams);
-}
-
 TEST(StorageWithoutMemory, AnswersZeroWhereAStreamIsToBeRead) {
     for (const std::size_t index : {3U, 4U, 6U, 10U, 11U}) {
-        EXPECT_EQ(AnswerWithBlocks(0, {{nameRows[index].name, nameRows[index].bytes}}), 0) << nameRows[index].name;
+        EXPECT_EQ(FIStorageAnswerWithBlocks(Dispatch, 0, {{nameRows[index].name, nameRows[index].bytes}}), 0)
+            << nameRows[index].name;
     }
 }
 
 TEST(StorageWithoutMemory, AnswersByTheNameWhereNothingIsRead) {
     for (const std::size_t index : {0U, 1U, 5U, 7U, 8U, 12U, 13U}) {
-        EXPECT_EQ(AnswerWithBlocks(0, {{nameRows[index].name, ""}}), nameRows[index].answer) << nameRows[index].name;
+        EXPECT_EQ(FIStorageAnswerWithBlocks(Dispatch, 0, {{nameRows[index].name, ""}}), nameRows[index].answer)
+            << nameRows[index].name;
     }
-    EXPECT_EQ(AnswerWithBlocks(0, {{"EncryptedPackage", ""}, {"WordDocument", ""}}), encryptedWordAnswer);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(Dispatch, 0, {{"EncryptedPackage", ""}, {"WordDocument", ""}}),
+              encryptedWordAnswer);
 }
 
 TEST(StorageWithoutMemory, AnswersAsTheWorkbookProbeDoes) {
-    EXPECT_EQ(AnswerWithBlocks(0, {{"Workbook", "00*12"}}), 1438);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(Dispatch, 0, {{"Workbook", "00*12"}}), 1438);
 }
 
 TEST(StorageWithoutMemory, AnswersAsTheWordProbeDoesBehindTheFollowUp) {
-    EXPECT_EQ(AnswerWithBlocks(0, {{"WordDocument", "EC A5 C1 00"}, {summaryName, ""}}), 0);
-    EXPECT_EQ(AnswerWithBlocks(1, {{"WordDocument", "EC A5 C1 00"}, {summaryName, ""}}), 1146);
-    EXPECT_EQ(AnswerWithBlocks(2, {{"WordDocument", "EC A5 C1 00"}, {summaryName, ""}}), 1126);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(Dispatch, 0, {{"WordDocument", "EC A5 C1 00"}, {summaryName, ""}}), 0);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(Dispatch, 1, {{"WordDocument", "EC A5 C1 00"}, {summaryName, ""}}), 1146);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(Dispatch, 2, {{"WordDocument", "EC A5 C1 00"}, {summaryName, ""}}), 1126);
 }
 
 // ---- Through the whole system: storages without a class identifier ------------------------------------------------
-
-constexpr std::uint16_t dispatcherRow = 45_row;
 
 // The class identifier decides nothing and no name is looked for: the file is left to its bytes.
 void ExpectByteRow(TestHandle& handle) {

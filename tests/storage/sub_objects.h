@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -166,6 +165,9 @@ inline std::string FIClassId(const std::string& registryForm) {
     return memory;
 }
 
+// The row of storages without a class identifier.
+inline constexpr std::uint16_t dispatcherRow = 45_row;
+
 // A row behind those of class identifiers, its bytes and its answer: what a storage holds that no class row is to
 // decide.
 inline constexpr std::uint16_t byteRow = 54_row;
@@ -248,6 +250,23 @@ inline FIID FIStorageAnswer(const FIStorageProbe& probe, TestHandle& storage) {
 inline FIID FIStorageAnswer(const FIStorageProbe& probe, const std::vector<NamedBytes>& streams) {
     const auto storage = FIMakeStorage(streams);
     return FIStorageAnswer(probe, *storage);
+}
+
+// The answer when the process heap gives the probe so many blocks and no more.
+inline FIID FIStorageAnswerWithBlocks(const FIStorageProbe& probe, std::uint32_t blocks, TestHandle& storage) {
+    const auto probeWithBlocks = [&](FIReader& reader) {
+        FIFailAllocationsFrom(blocks);
+        const FIID answer = probe(reader);
+        FIHeapNeverFails();
+        return answer;
+    };
+    return FIStorageAnswer(probeWithBlocks, storage);
+}
+
+inline FIID FIStorageAnswerWithBlocks(const FIStorageProbe& probe, std::uint32_t blocks,
+                                      const std::vector<NamedBytes>& streams) {
+    const auto storage = FIMakeStorage(streams);
+    return FIStorageAnswerWithBlocks(probe, blocks, *storage);
 }
 
 // The names that a probe asks a storage for, in order.

@@ -17,7 +17,6 @@ constexpr const char* summaryName = "\005SummaryInformation";
 constexpr const char* wordName = "WordDocument";
 constexpr const char* wordClass = "{00020906-0000-0000-C000-000000000046}";
 constexpr std::uint16_t wordRow = 4_row;
-constexpr std::uint16_t dispatcherRow = 45_row;
 
 // ---- Summary streams ----------------------------------------------------------------------------------------------
 
@@ -596,30 +595,20 @@ TEST(WordProperties, OfAWholeSmallStreamAreReadWithoutASeekThatWorks) {
 
 // ---- Exhausted memory ---------------------------------------------------------------------------------------------
 
-FIID AnswerWithBlocks(std::uint32_t blocks, TestHandle& storage) {
-    return FIStorageAnswer(
-        [blocks](FIReader& reader) {
-            FIFailAllocationsFrom(blocks);
-            const FIID answer = FIProbeWordStorage(reader);
-            FIHeapNeverFails();
-            return answer;
-        },
-        storage);
-}
-
 TEST(WordWithoutMemory, AnswersWhatStandsAtThatPoint) {
     const auto without = FIMakeStorage({{wordName, "DC A5 67 00"}});
-    EXPECT_EQ(AnswerWithBlocks(0, *without), 1146);
-    EXPECT_EQ(AnswerWithBlocks(1, *without), 1102);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(FIProbeWordStorage, 0, *without), 1146);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(FIProbeWordStorage, 1, *without), 1102);
 
     const auto empty = StorageWith("", build4000);
-    EXPECT_EQ(AnswerWithBlocks(0, *empty), 1146);
-    EXPECT_EQ(AnswerWithBlocks(1, *empty), 1126);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(FIProbeWordStorage, 0, *empty), 1146);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(FIProbeWordStorage, 1, *empty), 1126);
 
     const auto other = StorageWith(SummaryOf(NameWith("7.0")), WithBuild(0x6000));
-    EXPECT_EQ(AnswerWithBlocks(0, *other), 1146);
-    EXPECT_EQ(AnswerWithBlocks(1, *other), 1146) << "the reader over the second stream is missing";
-    EXPECT_EQ(AnswerWithBlocks(2, *other), 1186);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(FIProbeWordStorage, 0, *other), 1146);
+    EXPECT_EQ(FIStorageAnswerWithBlocks(FIProbeWordStorage, 1, *other), 1146)
+        << "the reader over the second stream is missing";
+    EXPECT_EQ(FIStorageAnswerWithBlocks(FIProbeWordStorage, 2, *other), 1186);
 }
 
 // ---- Through the whole system -------------------------------------------------------------------------------------

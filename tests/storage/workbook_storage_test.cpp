@@ -10,7 +10,6 @@ namespace {
 constexpr const char* workbookName = "Workbook";
 constexpr const char* workbookClass = "{00020820-0000-0000-C000-000000000046}";
 constexpr std::uint16_t workbookRow = 8_row;
-constexpr std::uint16_t dispatcherRow = 45_row;
 
 // The usual start of the stream, up to the build number at 8.
 const std::string recordStart = FIBytes("09 08 10 00 00 06 05 00");

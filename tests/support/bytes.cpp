@@ -113,3 +113,16 @@ class BytesParser {
 }  // namespace
 
 std::string FIBytes(std::string_view notation) { return BytesParser(notation).ParseAll(); }
+
+std::string FIRepeat(std::string_view bytes, std::size_t times) {
+    std::string all;
+    all.reserve(bytes.size() * times);
+    for (std::size_t time = 0; time < times; ++time) all += bytes;
+    return all;
+}
+
+std::string FIBigEndian(std::uint64_t number, std::size_t size) {
+    std::string bytes(size, '\0');
+    for (std::size_t place = size; place-- > 0; number >>= 8) bytes[place] = static_cast<char>(number & 0xFF);
+    return bytes;
+}

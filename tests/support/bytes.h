@@ -1,6 +1,8 @@
 // bytes.h - test files written in a notation that a person can read.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -14,3 +16,9 @@
 //   >512           zero bytes up to that offset of the whole; a mistake when the offset is already behind
 // A mistake in the notation ends the test program with a message.
 std::string FIBytes(std::string_view notation);
+
+// The bytes so many times, one behind the other.
+std::string FIRepeat(std::string_view bytes, std::size_t times);
+
+// A number in so many bytes, the most significant first.
+std::string FIBigEndian(std::uint64_t number, std::size_t size);

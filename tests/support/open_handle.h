@@ -8,7 +8,6 @@
 #include <cstring>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "fiid.h"
 #include "platform/base_utility.h"

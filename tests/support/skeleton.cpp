@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <regex>
-#include <stdexcept>
 
 #include "signatures/namespace_hosts.h"
 

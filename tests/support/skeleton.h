@@ -1,7 +1,6 @@
 // skeleton.h - the smallest file that fits a signature row, built from the row's notation.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>

@@ -3,13 +3,10 @@
 // The encoders here know the alphabets from the formats' descriptions (BinHex: RFC 1741), not from the probe's tables.
 #include "text/encoded_text.h"
 
-#include <array>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "reader/reader.h"
 #include "support/case_name.h"
 #include "support/probe_case.h"
 
@@ -106,7 +103,7 @@ std::string Lines(const std::vector<std::string>& lines, const std::string& line
 }
 
 std::string Times(std::size_t count, const std::string& line, const std::string& lineEnd = "\n") {
-    return Lines(std::vector<std::string>(count, line), lineEnd);
+    return FIRepeat(line + lineEnd, count);
 }
 
 // ---- The encoders and the line tests agree ------------------------------------------------------------------------

@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "reader/reader.h"
 #include "support/case_name.h"
 #include "support/probe_case.h"
 
@@ -211,12 +210,6 @@ const MailCase normalisingCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Normalising, ProbeMail, testing::ValuesIn(normalisingCases), FICaseName);
 
-std::string Repeated(const std::string& text, std::size_t count) {
-    std::string all;
-    for (std::size_t index = 0; index < count; ++index) all += text;
-    return all;
-}
-
 // A long line between a "to" and a "from" header.
 std::string LongLineOf(std::size_t size) { return "To: a\n" + std::string(size, 'x') + "\nFrom: b\n"; }
 
@@ -237,9 +230,9 @@ const MailCase limitCases[] = {
     {"EmptyLfCrLineEndsTheHeader",        "To: b\n\r\n\rFrom: a\n\r",                                     0},
     {"BlankLineIsNoEmptyLine",            "To: b\n \nFrom: a\n",                                       1132},
     {"HeaderBehindTheEmptyLineCountsNot", "MIME-Version: 1.0\n\nFrom: a\nTo: b\n",                     1187},
-    {"The299thLineCounts",                Repeated("X: y\n", 297) + "To: a\nFrom: b\n",                1132},
-    {"The300thLineCounts",                Repeated("X: y\n", 298) + "To: a\nFrom: b\n",                1132},
-    {"The301stLineDoesNot",               Repeated("X: y\n", 299) + "To: a\nFrom: b\n",                   0},
+    {"The299thLineCounts",                FIRepeat("X: y\n", 297) + "To: a\nFrom: b\n",                1132},
+    {"The300thLineCounts",                FIRepeat("X: y\n", 298) + "To: a\nFrom: b\n",                1132},
+    {"The301stLineDoesNot",               FIRepeat("X: y\n", 299) + "To: a\nFrom: b\n",                   0},
     {"LineOf1021Bytes",                   LongLineOf(1021),                                            1132},
     {"LineOf1022BytesIsFollowedByAnEmptyOne", LongLineOf(1022),                                           0},
     {"LineOf1023BytesIsTwoLines",         LongLineOf(1023),                                            1132},
@@ -279,7 +272,7 @@ TEST(ProbeMailFailure, UnreadableFileIsNoVerdict) {
 
 TEST(ProbeMailFailure, DecidesOnWhatWasReadBeforeAFailure) {
     const std::string bytes =
-        "From: a\nTo: b\n" + Repeated("X: y\n", 280) + std::string(1000, 'x') + "\nMIME-Version: 1.0\n";
+        "From: a\nTo: b\n" + FIRepeat("X: y\n", 280) + std::string(1000, 'x') + "\nMIME-Version: 1.0\n";
     const auto torn = FIMakeTestHandle(bytes);
     torn->failReadsFrom = 1;  // the first 2,048 bytes can be read
     EXPECT_EQ(FIAnswerOver(FIProbeMail, *torn, ""), 1132);
@@ -292,7 +285,7 @@ TEST(ProbeMailStart, RewindsTheReader) {
 }
 
 TEST(ProbeMailCost, AnEndlessHeaderIsReadFor300Lines) {
-    const auto handle = FIMakeTestHandle(Repeated("X-Line: y\n", 100000));  // 300 lines are 3,000 bytes
+    const auto handle = FIMakeTestHandle(FIRepeat("X-Line: y\n", 100000));  // 300 lines are 3,000 bytes
     EXPECT_EQ(FIAnswerOver(FIProbeMail, *handle, ""), 0);
     EXPECT_EQ(handle->bytesDelivered, 4096U);
 }
@@ -365,8 +358,8 @@ const MailFileCase mailFileCases[] = {
     {"Envelope",              "From x\nFrom: a\nTo: b\n",                            "inbox",       1817, mailRow},
     {"EnvelopeWithColon",     "From someone Sat 10:00\nTo: b\n",                     "inbox",       1817, mailRow},
     {"NulInLine1",            "MIME-Version: 1.0\nx\0"s,                             "",            1187, mailRow},
-    {"The300thLine",          Repeated("X: y\n", 298) + "To: a\nFrom: b\n",          "",            1132, mailRow},
-    {"The301stLine",          Repeated("X: y\n", 299) + "To: a\nFrom: b\n",          "",            4022, noRow},
+    {"The300thLine",          FIRepeat("X: y\n", 298) + "To: a\nFrom: b\n",          "",            1132, mailRow},
+    {"The301stLine",          FIRepeat("X: y\n", 299) + "To: a\nFrom: b\n",          "",            4022, noRow},
     {"EmptyLineFirst",        "\nFrom: a\nTo: b\nMIME-Version: 1.0\n",               "",            4022, noRow},
     {"OneToLine",             "To: a\nTo: b\nSubject: c\n",                          "",            4022, noRow},
     {"MimeVersion11",         "MIME-Version: 1.1\nSubject: x\n",                     "a.eml",       4022, noRow},

@@ -97,12 +97,6 @@ const ProbeCase takenByteCases[] = {
 };
 INSTANTIATE_TEST_SUITE_P(TakenBytes, ProbeMemoHeader, testing::ValuesIn(takenByteCases), FICaseName);
 
-std::string Repeated(std::string_view item, std::size_t times) {
-    std::string text;
-    for (std::size_t count = 0; count < times; ++count) text += item;
-    return text;
-}
-
 TEST(MemoHeader, IsNothingWhenTheFileEndsInside) {
     const std::string file = "From: a\r\nTo: b\r\n";
     EXPECT_EQ(MemoAnswer(file), 1132);
@@ -111,11 +105,11 @@ TEST(MemoHeader, IsNothingWhenTheFileEndsInside) {
 
 TEST(MemoHeader, StandsInTheFirst15Lines) {
     const std::string line = "text\r\n";
-    EXPECT_EQ(MemoAnswer(Repeated(line, 13) + "From: a\r\nTo: b\r\n"), 1132);
-    EXPECT_EQ(MemoAnswer(Repeated(line, 14) + "From: a\r\nTo: b\r\n"), 0);
-    EXPECT_EQ(MemoAnswer("From: a\r\n" + Repeated(line, 13) + "To: b\r\n"), 1132);
-    EXPECT_EQ(MemoAnswer("From: a\r\n" + Repeated(line, 14) + "To: b\r\n"), 0);
-    EXPECT_EQ(MemoAnswer("From: a\r\nTo: b\r\n" + Repeated(line, 40)), 1132);
+    EXPECT_EQ(MemoAnswer(FIRepeat(line, 13) + "From: a\r\nTo: b\r\n"), 1132);
+    EXPECT_EQ(MemoAnswer(FIRepeat(line, 14) + "From: a\r\nTo: b\r\n"), 0);
+    EXPECT_EQ(MemoAnswer("From: a\r\n" + FIRepeat(line, 13) + "To: b\r\n"), 1132);
+    EXPECT_EQ(MemoAnswer("From: a\r\n" + FIRepeat(line, 14) + "To: b\r\n"), 0);
+    EXPECT_EQ(MemoAnswer("From: a\r\nTo: b\r\n" + FIRepeat(line, 40)), 1132);
 }
 
 constexpr std::size_t columns = 1000;  // a line of so many bytes is ended without a line end
@@ -188,8 +182,8 @@ TEST(MemoHeader, WorksInTheWholeTable) {
     FIExpectWholeFile("From: a\nFrom: b\n", 1999, 395_row);
     FIExpectWholeFile(std::string(columns, 'a') + "To: b\r\nFrom: c\r\n", 1132, 395_row);
     FIExpectWholeFile("T\r\nFrom: a\r\nFrom: b\r\n", 1999, 395_row);
-    FIExpectWholeFile(Repeated("text\r\n", 13) + "From: a\r\nFrom: b\r\n", 1132, 395_row);
-    FIExpectWholeFile(Repeated("text\r\n", 14) + "From: a\r\nFrom: b\r\n", 1999, 395_row);
+    FIExpectWholeFile(FIRepeat("text\r\n", 13) + "From: a\r\nFrom: b\r\n", 1132, 395_row);
+    FIExpectWholeFile(FIRepeat("text\r\n", 14) + "From: a\r\nFrom: b\r\n", 1999, 395_row);
 }
 
 TEST(MemoHeader, IsInNoOrdinaryFile) {

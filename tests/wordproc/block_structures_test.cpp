@@ -9,7 +9,6 @@
 #include <string_view>
 #include <vector>
 
-#include "reader/reader.h"
 #include "support/case_name.h"
 #include "support/failing_seeks.h"
 #include "support/ordinary_files.h"
@@ -646,15 +645,11 @@ TEST(BlockList, WorksInTheWholeTable) {
 
 FIID ChainAnswer(std::string_view bytes) { return FIAnswerOf(FIProbeMirroredLengths, bytes); }
 
-std::string BigEndian(std::size_t number) {
-    return {static_cast<char>(number >> 8 & 0xFF), static_cast<char>(number & 0xFF)};
-}
-
 // A chain of records of these lengths, each at least 4.
 std::string Chain(const std::vector<std::size_t>& lengths) {
     std::string file;
     for (const std::size_t length : lengths) {
-        file += BigEndian(length) + std::string(length - 4, ' ') + BigEndian(length);
+        file += FIBigEndian(length, 2) + std::string(length - 4, ' ') + FIBigEndian(length, 2);
     }
     return file;
 }
@@ -715,7 +710,7 @@ TEST(MirroredLengths, StartByOffset2048) {
 }
 
 TEST(MirroredLengths, DoNotAskForAFifthRecord) {
-    EXPECT_EQ(ChainAnswer(Chain({500, 500, 500, chainLimit + 2 - 1500}) + BigEndian(0xFFFF)), 1018);
+    EXPECT_EQ(ChainAnswer(Chain({500, 500, 500, chainLimit + 2 - 1500}) + FIBigEndian(0xFFFF, 2)), 1018);
     EXPECT_EQ(ChainAnswer(Chain({8, 8, 8, 8}) + FIBytes("FF FF")), 1018);
     EXPECT_EQ(ChainAnswer(Chain({8, 8, 8, 8})), 1018);
 }

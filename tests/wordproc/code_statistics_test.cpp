@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "reader/reader.h"
 #include "support/case_name.h"
 #include "support/ordinary_files.h"
 #include "support/probe_case.h"
@@ -15,12 +14,6 @@
 namespace {
 
 using ::PrintTo;
-
-std::string Repeated(std::string_view item, std::size_t times) {
-    std::string text;
-    for (std::size_t count = 0; count < times; ++count) text += item;
-    return text;
-}
 
 // ---- Votes for three families of control codes ---------------------------------------------------------------------
 
@@ -125,7 +118,7 @@ TEST(CommandCounts, CountTheFortyNineKeywordsAndNoOtherPairOfLetters) {
             const std::string pair = {first, second};
             const bool isKeyword = keywords.find(pair + " ") != std::string_view::npos;
             found += isKeyword ? 1 : 0;
-            EXPECT_EQ(CommandAnswer(" " + Repeated("\xAE" + pair, 2)), isKeyword ? 1033 : 0) << pair;
+            EXPECT_EQ(CommandAnswer(" " + FIRepeat("\xAE" + pair, 2)), isKeyword ? 1033 : 0) << pair;
         }
     }
     EXPECT_EQ(found, 49U);
@@ -133,7 +126,7 @@ TEST(CommandCounts, CountTheFortyNineKeywordsAndNoOtherPairOfLetters) {
 
 // Votes of each family, none of which helps another. The lead of 30 is the "+" at the start.
 std::string Votes(std::size_t plusPairs, std::size_t lineEnds, std::size_t commands) {
-    return " " + Repeated("+\xD1", plusPairs) + Repeated("\x0A\x0BR", lineEnds) + Repeated("\xAELM", commands);
+    return " " + FIRepeat("+\xD1", plusPairs) + FIRepeat("\x0A\x0BR", lineEnds) + FIRepeat("\xAELM", commands);
 }
 
 std::string VotesWithLead(std::size_t plusPairs, std::size_t lineEnds, std::size_t commands) {
@@ -201,9 +194,9 @@ INSTANTIATE_TEST_SUITE_P(Ties, CommandVotes, testing::ValuesIn(voteCases), FICas
 
 // Zeros can't be votes of any kind; only the first one tells commands off.
 TEST(CommandCounts, NeverAnswer1033BehindAZero) {
-    EXPECT_EQ(CommandAnswer(std::string(1, '\0') + Repeated("\xAELM", 40)), 0);
-    EXPECT_EQ(CommandAnswer(" " + std::string(9, '\0') + Repeated("\xAELM", 2)), 1033);
-    EXPECT_EQ(CommandAnswer(std::string(1, '\0') + Repeated("\x0A\x0BR", 3) + Repeated("\xAELM", 4)), 0)
+    EXPECT_EQ(CommandAnswer(std::string(1, '\0') + FIRepeat("\xAELM", 40)), 0);
+    EXPECT_EQ(CommandAnswer(" " + std::string(9, '\0') + FIRepeat("\xAELM", 2)), 1033);
+    EXPECT_EQ(CommandAnswer(std::string(1, '\0') + FIRepeat("\x0A\x0BR", 3) + FIRepeat("\xAELM", 4)), 0)
         << "the commands outvote the line ends but are not allowed";
 }
 
@@ -234,20 +227,20 @@ TEST(CommandCounts, ReadAKeywordWhoseMarkIsTheLastByteLookedAt) {
 }
 
 TEST(CommandCounts, TakeNothingOfTheBudgetForTheLettersOfAKeyword) {
-    const std::string plus = "+\xD1" + Repeated("\xAELM", 20);  // 31 votes and 20, in 22 steps
+    const std::string plus = "+\xD1" + FIRepeat("\xAELM", 20);  // 31 votes and 20, in 22 steps
     EXPECT_EQ(CommandAnswer(plus + std::string(commandBudget - 24, ' ') + "+\xD1"), 1034);
     EXPECT_EQ(CommandAnswer(plus + std::string(commandBudget - 23, ' ') + "+\xD1"), 0);
 }
 
 TEST(CommandCounts, SpendTheBudgetOnLettersThatAreNoKeyword) {
-    const std::string plus = "+\xD1" + Repeated("\xAEXY", 20);  // 31 votes, in 62 steps
+    const std::string plus = "+\xD1" + FIRepeat("\xAEXY", 20);  // 31 votes, in 62 steps
     EXPECT_EQ(CommandAnswer(plus + std::string(commandBudget - 64, ' ') + "+\xD1"), 1034);
     EXPECT_EQ(CommandAnswer(plus + std::string(commandBudget - 63, ' ') + "+\xD1"), 0);
 }
 
 // The mark of the first file stands on the last two bytes of the buffer, so that going back leaves the buffer.
 std::string FileWithAMarkAcrossTheBuffer(std::size_t lineEndsInFront) {
-    std::string file = Repeated("\x0A\x0BR", lineEndsInFront);
+    std::string file = FIRepeat("\x0A\x0BR", lineEndsInFront);
     file.resize(2046, ' ');
     file += "\xAEXY \x0A\x0BR";
     file.resize(4096, ' ');
@@ -273,14 +266,14 @@ TEST(CommandCounts, EndTheScanWhenGoingBackFails) {
 }
 
 TEST(CommandCounts, FailingFirstSeek) {
-    const auto handle = FIMakeTestHandle(" " + Repeated("\x0A\x0BR", 3));
+    const auto handle = FIMakeTestHandle(" " + FIRepeat("\x0A\x0BR", 3));
     handle->failSeeksFrom = 0;
     EXPECT_EQ(FIAnswerOver(FIProbeCommandCounts, *handle), 0);
     EXPECT_EQ(handle->reads, 0U);
 }
 
 TEST(CommandCounts, StartAtOffset0WhereverTheReaderStands) {
-    EXPECT_EQ(FIAnswerOf(FIProbeCommandCounts, " " + Repeated("\x0A\x0BR", 3), 8), 1022);
+    EXPECT_EQ(FIAnswerOf(FIProbeCommandCounts, " " + FIRepeat("\x0A\x0BR", 3), 8), 1022);
 }
 
 TEST(CommandCounts, ReadNoFurtherThanTheirBudget) {
@@ -380,7 +373,7 @@ struct MarkCase {
 class HighBitMarks : public testing::TestWithParam<MarkCase> {
  protected:
     std::string LineWith(std::size_t otherGood, std::size_t otherBad) const {
-        return FIBytes("01 01") + Repeated("\xE3\x0F\x01\x01", otherGood) + Repeated("\xE3\x01\x01", otherBad) +
+        return FIBytes("01 01") + FIRepeat("\xE3\x0F\x01\x01", otherGood) + FIRepeat("\xE3\x01\x01", otherBad) +
                FIBytes("01 01") + FIBytes(GetParam().bytes) + "\r\n";
     }
     const std::string cleanLines_ = FIBytes(R"(("ab" E3 20 0D 0A)*4)");
@@ -388,12 +381,12 @@ class HighBitMarks : public testing::TestWithParam<MarkCase> {
 
 TEST_P(HighBitMarks, MakeALineOfTheFormat) {
     const bool counts = GetParam().good > 0 && GetParam().bad == 0 && !GetParam().gap;
-    EXPECT_EQ(WordAnswer(Repeated(LineWith(0, 0), 3) + cleanLines_.substr(0, 6)), counts ? 1003 : 0);
+    EXPECT_EQ(WordAnswer(FIRepeat(LineWith(0, 0), 3) + cleanLines_.substr(0, 6)), counts ? 1003 : 0);
 }
 
 TEST_P(HighBitMarks, MakeALineOfTheFormatWithAnotherGoodMark) {
     const bool counts = GetParam().bad == 0 && !GetParam().gap;
-    EXPECT_EQ(WordAnswer(Repeated(LineWith(1, 0), 4)), counts ? 1003 : 0);
+    EXPECT_EQ(WordAnswer(FIRepeat(LineWith(1, 0), 4)), counts ? 1003 : 0);
 }
 
 TEST_P(HighBitMarks, SpeakAgainstTheFormatWhenBadOnesAreMore) {
@@ -520,8 +513,8 @@ TEST(HighBitWords, LookAtLineEndsUpToByte1022) {
 }
 
 TEST(HighBitWords, LookAtNoLinesBehindByte1022) {
-    EXPECT_EQ(WordAnswer(std::string(1025, '\x01') + Repeated("ab\xE3 \r\n", 40)), 0);
-    EXPECT_EQ(WordAnswer(std::string(900, '\x01') + Repeated("ab\xE3 \r\n", 40)), 1003);
+    EXPECT_EQ(WordAnswer(std::string(1025, '\x01') + FIRepeat("ab\xE3 \r\n", 40)), 0);
+    EXPECT_EQ(WordAnswer(std::string(900, '\x01') + FIRepeat("ab\xE3 \r\n", 40)), 1003);
 }
 
 TEST(HighBitWords, ReadNoFurtherThan1026Bytes) {
@@ -532,14 +525,14 @@ TEST(HighBitWords, ReadNoFurtherThan1026Bytes) {
 }
 
 TEST(HighBitWords, FailingFirstSeek) {
-    const auto handle = FIMakeTestHandle(Repeated("ab\xE3 \r\n", 4));
+    const auto handle = FIMakeTestHandle(FIRepeat("ab\xE3 \r\n", 4));
     handle->failSeeksFrom = 0;
     EXPECT_EQ(FIAnswerOver(FIProbeHighBitWords, *handle), 0);
     EXPECT_EQ(handle->reads, 0U);
 }
 
 TEST(HighBitWords, StartAtOffset0WhereverTheReaderStands) {
-    EXPECT_EQ(FIAnswerOf(FIProbeHighBitWords, Repeated("ab\xE3 \r\n", 4), 12), 1003);
+    EXPECT_EQ(FIAnswerOf(FIProbeHighBitWords, FIRepeat("ab\xE3 \r\n", 4), 12), 1003);
 }
 
 TEST(HighBitWords, ClaimNoOrdinaryFile) {

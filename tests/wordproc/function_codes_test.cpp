@@ -2,7 +2,6 @@
 // budget, its signs and what it refuses; then the codes with rules of their own, the length pair, and the budget.
 #include "wordproc/function_codes.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -28,15 +27,9 @@ constexpr std::int32_t budget = 3072;
 
 FIID Answer(const std::string& bytes) { return FIAnswerOf(FIProbeFunctionCodes, bytes); }
 
-std::string Repeated(std::string_view item, std::int32_t times) {
-    std::string text;
-    for (std::int32_t count = 0; count < times; ++count) text += item;
-    return text;
-}
-
 // Groups of one point that say nothing about the dialect, and 6 of the budget each.
 constexpr std::int32_t fillerCount = 6;
-std::string Fillers(std::int32_t number) { return Repeated(FIBytes("C7 00*4 C7"), number); }
+std::string Fillers(std::int32_t number) { return FIRepeat(FIBytes("C7 00*4 C7"), static_cast<std::size_t>(number)); }
 
 // Text bytes, 1 of the budget each.
 std::string Text(std::int32_t number) { return std::string(static_cast<std::size_t>(number), 'a'); }
@@ -468,7 +461,7 @@ const ProbeCase onceCases[] = {
 INSTANTIATE_TEST_SUITE_P(OnceOrOften, ProbeFunctionCodes, testing::ValuesIn(onceCases), FICaseName);
 
 TEST(FunctionCodes, Code194TakesItsShareOfTheBudgetEachTime) {
-    const std::string groups = Repeated(FIBytes("C2 11 C2"), 3) + Fillers(4);  // 5 points, 3 * 3 + 4 * 6 used
+    const std::string groups = FIRepeat(FIBytes("C2 11 C2"), 3) + Fillers(4);  // 5 points, 3 * 3 + 4 * 6 used
     EXPECT_EQ(Answer(groups + Text(budget - 1 - 33) + Fillers(1)), firstDialect);
     EXPECT_EQ(Answer(groups + Text(budget - 33) + Fillers(1)), 0);
 }
@@ -510,14 +503,8 @@ INSTANTIATE_TEST_SUITE_P(Runs, ProbeFunctionCodes, testing::ValuesIn(recentCases
 
 // ---- The length pair -----------------------------------------------------------------------------------------------
 
-std::string BigEndian(std::uint32_t number) {
-    std::string bytes;
-    for (std::int32_t shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(number >> shift & 0xFF);
-    return bytes;
-}
-
 std::string PairGroup(std::uint32_t length, std::size_t body, std::uint32_t secondLength) {
-    return "\xF5" + BigEndian(length) + std::string(body, '\xFC') + BigEndian(secondLength);
+    return "\xF5" + FIBigEndian(length, 4) + std::string(body, '\xFC') + FIBigEndian(secondLength, 4);
 }
 
 TEST(LengthPair, HoldsFrom1To3071) {
@@ -581,7 +568,7 @@ TEST(LengthPair, IsNoneWhenTheSeekFails) {
     // The handle stands at 2,048 when the seek to 2,505 fails; a reader that went on would find the second length
     // there.
     std::string file = PairGroup(2500, 2500, 2500);
-    file.replace(2048, 4, BigEndian(2500));
+    file.replace(2048, 4, FIBigEndian(2500, 4));
     EXPECT_EQ(Answer(file), secondDialect);
     const auto handle = FIMakeTestHandle(file);
     handle->failSeeksFrom = 1;

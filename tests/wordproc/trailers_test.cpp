@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 
-#include "reader/reader.h"
 #include "support/failing_seeks.h"
 #include "support/ordinary_files.h"
 #include "support/probe_case.h"

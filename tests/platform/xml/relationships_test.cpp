@@ -9,7 +9,9 @@
 
 #include "support/case_name.h"
 #include "support/process_heap.h"
+#include "support/relationships.h"
 #include "support/test_handle.h"
+#include "support/utf16_text.h"
 
 namespace {
 
@@ -89,48 +91,37 @@ struct RelationshipCase {
     const char* part;
 };
 
-std::string Root(const std::string& content) {
-    return "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>" + content +
-           "</Relationships>";
-}
-
-std::string Utf16(const std::string& text) {
-    std::string units = "\xFF\xFE";
-    for (const char character : text) units += std::string{character, '\0'};
-    return units;
-}
-
 const RelationshipCase relationshipCases[] = {
     // clang-format off
-    {"TheOneRelationship", Root("<Relationship Id='1' Type='t' Target='a'/>"), "a"},
-    {"TheTypeMustBeEqual", Root("<Relationship Type='T' Target='a'/><Relationship Type='tt' Target='b'/><Relationship Type='' Target='c'/>"), none},
-    {"TheTypeMayHoldEntities", Root("<Relationship Type='&#x74;' Target='&lt;a&amp;'/>"), "<a&"},
-    {"TheFirstCounts", Root("<Relationship Type='u' Target='z'/><Relationship Type='t' Target='a'/><Relationship Type='t' Target='b'/>"), "a"},
-    {"AnExternalOneIsPassedOver", Root("<Relationship Type='t' TargetMode='External' Target='a'/><Relationship Type='t' Target='b'/>"), "b"},
-    {"AnInternalOneCounts", Root("<Relationship Type='t' TargetMode='Internal' Target='a'/>"), "a"},
-    {"ExternalIsTheExactWord", Root("<Relationship Type='t' TargetMode='external' Target='a'/>"), "a"},
-    {"AtAnyDepth", Root("<x><Relationship Type='u'><y><Relationship Type='t' Target='a'/></y></Relationship></x>"), "a"},
+    {"TheOneRelationship", FIRelationships("<Relationship Id='1' Type='t' Target='a'/>"), "a"},
+    {"TheTypeMustBeEqual", FIRelationships("<Relationship Type='T' Target='a'/><Relationship Type='tt' Target='b'/><Relationship Type='' Target='c'/>"), none},
+    {"TheTypeMayHoldEntities", FIRelationships("<Relationship Type='&#x74;' Target='&lt;a&amp;'/>"), "<a&"},
+    {"TheFirstCounts", FIRelationships("<Relationship Type='u' Target='z'/><Relationship Type='t' Target='a'/><Relationship Type='t' Target='b'/>"), "a"},
+    {"AnExternalOneIsPassedOver", FIRelationships("<Relationship Type='t' TargetMode='External' Target='a'/><Relationship Type='t' Target='b'/>"), "b"},
+    {"AnInternalOneCounts", FIRelationships("<Relationship Type='t' TargetMode='Internal' Target='a'/>"), "a"},
+    {"ExternalIsTheExactWord", FIRelationships("<Relationship Type='t' TargetMode='external' Target='a'/>"), "a"},
+    {"AtAnyDepth", FIRelationships("<x><Relationship Type='u'><y><Relationship Type='t' Target='a'/></y></Relationship></x>"), "a"},
     {"AsTheRoot", "<Relationship xmlns='http://schemas.openxmlformats.org/package/2006/relationships' Type='t' Target='a'/>", "a"},
     {"InTheDraftsNamespace", "<r:R xmlns:r='http://schemas.microsoft.com/package/2005/06/relationships'><r:Relationship Type='t' Target='a'/></r:R>", "a"},
-    {"InAMixOfBoth", Root("<Relationship xmlns='http://schemas.microsoft.com/package/2005/06/relationships' Type='t' Target='a'/>"), "a"},
+    {"InAMixOfBoth", FIRelationships("<Relationship xmlns='http://schemas.microsoft.com/package/2005/06/relationships' Type='t' Target='a'/>"), "a"},
     {"InNoNamespace", "<Relationships><Relationship Type='t' Target='a'/></Relationships>", none},
     {"InAnotherNamespace", "<R xmlns='http://schemas.openxmlformats.org/package/2005/06/relationships'><Relationship Type='t' Target='a'/></R>", none},
     {"InTheOtherHostsNamespace", "<R xmlns='http://schemas.microsoft.com/package/2006/relationships'><Relationship Type='t' Target='a'/></R>", none},
-    {"OfAnotherName", Root("<relationship Type='t' Target='a'/><Relationships Type='t' Target='b'/>"), none},
-    {"AttributesInANamespaceAreOthers", Root("<Relationship xmlns:p='p' p:Type='t' Target='a'/><Relationship xmlns:p='p' Type='t' p:TargetMode='External' p:Target='b' Target='c'/>"), "c"},
-    {"WithoutATarget", Root("<Relationship Type='t'/><Relationship Type='t' Target='b'/>"), none},
-    {"WithoutAType", Root("<Relationship Target='a'/>"), none},
-    {"WithAnEmptyTarget", Root("<Relationship Type='t' Target=''/>"), ""},
-    {"TargetsAreResolved", Root("<Relationship Type='t' Target='/x/../a%20b'/>"), "a b"},
-    {"InFrontOfAnError", Root("<Relationship Type='t' Target='a'/><"), "a"},
-    {"InFrontOfARelationshipThatIsWrong", Root("<Relationship Type='t' Target='a'/><Relationship Type='t' Target='b' Target='c'/>"), "a"},
-    {"BehindAnError", Root("<x></y><Relationship Type='t' Target='a'/>"), none},
-    {"ThatIsWrongItself", Root("<Relationship Type='t' Target='a'"), none},
-    {"InUtf16", Utf16(Root("<Relationship Type='t' Target='a'/>")), "a"},
-    {"InAnEntity", "<!DOCTYPE R [<!ENTITY e \"<Relationship Type='t' Target='a'/>\">]>" + Root("&e;"), "a"},
-    {"WithADefaultedTarget", "<!DOCTYPE R [<!ATTLIST Relationship Target CDATA 'a'>]>" + Root("<Relationship Type='t'/>"), "a"},
-    {"NotInAComment", Root("<!--<Relationship Type='t' Target='a'/>-->"), none},
-    {"NotInText", Root("<![CDATA[<Relationship Type='t' Target='a'/>]]>"), none},
+    {"OfAnotherName", FIRelationships("<relationship Type='t' Target='a'/><Relationships Type='t' Target='b'/>"), none},
+    {"AttributesInANamespaceAreOthers", FIRelationships("<Relationship xmlns:p='p' p:Type='t' Target='a'/><Relationship xmlns:p='p' Type='t' p:TargetMode='External' p:Target='b' Target='c'/>"), "c"},
+    {"WithoutATarget", FIRelationships("<Relationship Type='t'/><Relationship Type='t' Target='b'/>"), none},
+    {"WithoutAType", FIRelationships("<Relationship Target='a'/>"), none},
+    {"WithAnEmptyTarget", FIRelationships("<Relationship Type='t' Target=''/>"), ""},
+    {"TargetsAreResolved", FIRelationships("<Relationship Type='t' Target='/x/../a%20b'/>"), "a b"},
+    {"InFrontOfAnError", FIRelationships("<Relationship Type='t' Target='a'/><"), "a"},
+    {"InFrontOfARelationshipThatIsWrong", FIRelationships("<Relationship Type='t' Target='a'/><Relationship Type='t' Target='b' Target='c'/>"), "a"},
+    {"BehindAnError", FIRelationships("<x></y><Relationship Type='t' Target='a'/>"), none},
+    {"ThatIsWrongItself", FIRelationships("<Relationship Type='t' Target='a'"), none},
+    {"InUtf16", markLow + FILowFirst(FIRelationships("<Relationship Type='t' Target='a'/>")), "a"},
+    {"InAnEntity", "<!DOCTYPE R [<!ENTITY e \"<Relationship Type='t' Target='a'/>\">]>" + FIRelationships("&e;"), "a"},
+    {"WithADefaultedTarget", "<!DOCTYPE R [<!ATTLIST Relationship Target CDATA 'a'>]>" + FIRelationships("<Relationship Type='t'/>"), "a"},
+    {"NotInAComment", FIRelationships("<!--<Relationship Type='t' Target='a'/>-->"), none},
+    {"NotInText", FIRelationships("<![CDATA[<Relationship Type='t' Target='a'/>]]>"), none},
     {"NotInAnEmptyPart", "", none},
     // clang-format on
 };
@@ -148,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(Relationships, FindTarget, testing::ValuesIn(relationsh
 
 TEST(Relationships, InFrontOfDamageCount) {
     const auto handle =
-        FIMakeTestHandle(Root("<Relationship Type='t' Target='a'/><Relationship Type='u' Target='b'/>"));
+        FIMakeTestHandle(FIRelationships("<Relationship Type='t' Target='a'/><Relationship Type='u' Target='b'/>"));
     handle->bytesPerRead = 130;
     handle->failReadsFrom = 1;
     EXPECT_EQ(PartOf(*handle), "a");
@@ -159,22 +150,19 @@ TEST(Relationships, InFrontOfDamageCount) {
 
 TEST(Relationships, LieWithinTheFirst64Mebibytes) {
     const std::string relationship = "<Relationship Type='t' Target='a'/>";
-    const std::string open = Root("").substr(0, Root("").size() - std::string("</Relationships>").size());
+    const std::string open =
+        FIRelationships("").substr(0, FIRelationships("").size() - std::string("</Relationships>").size());
     const std::size_t limit = std::size_t{64} << 20;
     const std::size_t blanks = limit - open.size() - relationship.size();
     EXPECT_EQ(PartOf(*FIMakeTestHandle(open + std::string(blanks, ' ') + relationship + "</Relationships>")), "a");
     EXPECT_EQ(PartOf(*FIMakeTestHandle(open + std::string(blanks + 1, ' ') + relationship + "</Relationships>")), none);
 }
 
-std::string Relationship(const std::string& type, const std::string& target) {
-    return "<Relationship Type='" + type + "' Target='" + target + "'/>";
-}
-
 TEST(Relationships, OfAllTypesAreReadInOnePass) {
-    const auto handle = FIMakeTestHandle(Root(Relationship("t", "a") + Relationship("u", "b") +
-                                              "<Relationship Type='v' TargetMode='External' Target='c'/>" +
-                                              Relationship("t", "d") + "<Relationship Type='w'/>" +
-                                              Relationship("v", "e") + Relationship("w", "f") + Relationship("", "g")));
+    const auto handle = FIMakeTestHandle(FIRelationships(
+        FIRelationship("t", "a") + FIRelationship("u", "b") +
+        "<Relationship Type='v' TargetMode='External' Target='c'/>" + FIRelationship("t", "d") +
+        "<Relationship Type='w'/>" + FIRelationship("v", "e") + FIRelationship("w", "f") + FIRelationship("", "g")));
     UTRelationships* const relationships = UTReadRelationships(FIFileOf(*handle));
     const std::uint64_t delivered = handle->bytesDelivered;
     EXPECT_EQ(delivered, handle->bytes.size());
@@ -192,9 +180,9 @@ TEST(Relationships, OfManyTypesAreAllFound) {
     constexpr int count = 10000;
     std::string content;
     for (int index = 0; index < count; ++index) {
-        content += Relationship("t" + std::to_string(index), "a" + std::to_string(index));
+        content += FIRelationship("t" + std::to_string(index), "a" + std::to_string(index));
     }
-    const auto handle = FIMakeTestHandle(Root(content));
+    const auto handle = FIMakeTestHandle(FIRelationships(content));
     UTRelationships* const relationships = UTReadRelationships(FIFileOf(*handle));
     for (int index = 0; index < count; ++index) {
         ASSERT_EQ(PartOf(*relationships, "t" + std::to_string(index)), "a" + std::to_string(index));
@@ -209,27 +197,27 @@ std::string FillToTheLimit(std::size_t spare) {
     std::string content;
     for (char type = '0'; type < '8'; ++type) {
         const std::size_t taken = 1 + relationshipOverhead + (type == '7' ? last + spare : 0);
-        content += Relationship(std::string(1, type), std::string(each - taken, 'n'));
+        content += FIRelationship(std::string(1, type), std::string(each - taken, 'n'));
     }
     return content;
 }
 
 TEST(Relationships, AreKeptToTheLimit) {
-    const std::string rest = Relationship("tt", "a") + Relationship("0", "b");
-    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(FillToTheLimit(0) + rest)), "tt"), "a");
-    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(FillToTheLimit(1) + rest)), "tt"), "a");
+    const std::string rest = FIRelationship("tt", "a") + FIRelationship("0", "b");
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(FIRelationships(FillToTheLimit(0) + rest)), "tt"), "a");
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(FIRelationships(FillToTheLimit(1) + rest)), "tt"), "a");
     // One byte more, and the part ends there, also for what would have had room; what stands in front of it counts.
-    const std::string full = FillToTheLimit(0) + Relationship("tt", "ab") + Relationship("u", "");
-    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(full)), "tt"), none);
-    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(full)), "u"), none);
-    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(full)), "7").substr(0, 3), "nnn");
+    const std::string full = FillToTheLimit(0) + FIRelationship("tt", "ab") + FIRelationship("u", "");
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(FIRelationships(full)), "tt"), none);
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(FIRelationships(full)), "u"), none);
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(FIRelationships(full)), "7").substr(0, 3), "nnn");
 }
 
 TEST(Relationships, OfATypeThatIsKeptTakeNoMore) {
-    std::string content = Relationship("t", "a");
-    const std::string again = Relationship("t", std::string(100000, 'n'));
+    std::string content = FIRelationship("t", "a");
+    const std::string again = FIRelationship("t", std::string(100000, 'n'));
     for (std::size_t bytes = 0; bytes < relationshipsLimit; bytes += again.size()) content += again;
-    EXPECT_EQ(PartOf(*FIMakeTestHandle(Root(content + Relationship("u", "b"))), "u"), "b");
+    EXPECT_EQ(PartOf(*FIMakeTestHandle(FIRelationships(content + FIRelationship("u", "b"))), "u"), "b");
 }
 
 TEST(Relationships, InFrontOfALongAddressCount) {
@@ -237,8 +225,8 @@ TEST(Relationships, InFrontOfALongAddressCount) {
         return "<Relationship xmlns:p='" + std::string(length, 'n') + "' Type='u' Target='b'/>";
     };
     for (const std::size_t length : {std::size_t{1024}, std::size_t{1025}, std::size_t{900000}}) {
-        const auto handle = FIMakeTestHandle(
-            Root(Relationship("t", "a") + declare(length) + Relationship("v", "c") + Relationship("t", "d")));
+        const auto handle = FIMakeTestHandle(FIRelationships(FIRelationship("t", "a") + declare(length) +
+                                                             FIRelationship("v", "c") + FIRelationship("t", "d")));
         UTRelationships* const relationships = UTReadRelationships(FIFileOf(*handle));
         const bool passes = length <= 1024;
         EXPECT_EQ(PartOf(*relationships, "t"), "a");
@@ -252,7 +240,8 @@ TEST(Relationships, AreNotReadWhenMemoryIsExhausted) {
     const std::size_t blocks = FIHeapBlocks();
     const std::string long1(100, '1');  // longer than what a string holds without the heap
     const std::string long2(100, '2');
-    const std::string document = Root(Relationship("t", "a") + Relationship(long1, long2) + Relationship(long2, "b"));
+    const std::string document =
+        FIRelationships(FIRelationship("t", "a") + FIRelationship(long1, long2) + FIRelationship(long2, "b"));
     for (std::uint32_t allocation = 0;; ++allocation) {
         ASSERT_LT(allocation, 1000U);
         const auto handle = FIMakeTestHandle(document);

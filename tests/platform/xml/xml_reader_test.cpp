@@ -3,12 +3,12 @@
 
 #include <iterator>
 #include <string>
-#include <vector>
 
 #include "platform/base_utility.h"
 #include "support/case_name.h"
 #include "support/process_heap.h"
 #include "support/test_handle.h"
+#include "support/utf16_text.h"
 
 namespace {
 
@@ -58,12 +58,6 @@ struct XmlCase {
     const char* tags;
 };
 
-std::string Utf16(const std::string& text, bool bigEndian) {
-    std::string units = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
-    for (const char character : text) units += bigEndian ? std::string{'\0', character} : std::string{character, '\0'};
-    return units;
-}
-
 const XmlCase xmlCases[] = {
     // clang-format off
     {"OneElement", "<x></x>", "? /?"},
@@ -89,8 +83,8 @@ const XmlCase xmlCases[] = {
     {"AnAttributeTwiceEnds", R"(<a xmlns="n"><b x="1" x="2"/></a>)", "100:1"},
     {"ASecondRootEnds", R"(<a xmlns="n"/><b/>)", "100:1 /100:1"},
     {"ACutDocumentEnds", R"(<a xmlns="n">text)", "100:1"},
-    {"LittleEndianUtf16", Utf16(R"(<a xmlns="n"><b/></a>)", false), "100:1 100:2 /100:2 /100:1"},
-    {"BigEndianUtf16", Utf16(R"(<a xmlns="n"><b/></a>)", true), "100:1 100:2 /100:2 /100:1"},
+    {"LittleEndianUtf16", markLow + FILowFirst(R"(<a xmlns="n"><b/></a>)"), "100:1 100:2 /100:2 /100:1"},
+    {"BigEndianUtf16", markHigh + FIHighFirst(R"(<a xmlns="n"><b/></a>)"), "100:1 100:2 /100:2 /100:1"},
     {"Utf8WithItsMark", "\xEF\xBB\xBF<a xmlns='n'/>", "100:1 /100:1"},
     {"Latin1", "<?xml version='1.0' encoding='ISO-8859-1'?><a xmlns='n'>\xE4</a>", "100:1 /100:1"},
     {"ByteThatIsNoUtf8", "<a xmlns='n'>\xE4</a>", "100:1"},
