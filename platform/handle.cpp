@@ -14,9 +14,10 @@ namespace {
 constexpr std::int32_t success = 0;
 constexpr std::int32_t failure = -1;
 
-// After this many reads in a row that found nothing at the end of the object, the next one delivers a line feed, so
-// that a routine without a test for the end of the file comes back.
-constexpr std::uint32_t emptyReadLimit = 65536;
+// After this many reads in a row that delivered nothing, at the end of the object or by a failure, the next one delivers
+// a line feed, so that a routine without a test for the end of the file comes back. A reader takes a failure for the end:
+// bytes that can't be read are not to hold it longer than an end does.
+constexpr std::uint32_t vainReadLimit = 65536;
 constexpr std::uint8_t runawayByte = 0x0A;
 
 constexpr std::uint32_t largestPositionTold = 0xFFFFFFFF;
@@ -36,23 +37,20 @@ std::int32_t UTRead(HIOFILE file, void* destination, std::uint32_t size, std::ui
     UTHandle& handle = UTFromFile(file);
     *count = 0;
     const std::int32_t status = UTReadAt(handle, handle.position, destination, size, *count);
-    if (status != success) {
-        *count = 0;
-        return status;
-    }
+    if (status != success) *count = 0;
     if (*count > 0) {
         handle.position += *count;
-        handle.emptyReads = 0;
+        handle.vainReads = 0;
         return success;
     }
-    if (size == 0) return success;
-    if (handle.emptyReads < emptyReadLimit) {
-        ++handle.emptyReads;
-        return success;
+    if (size == 0) return status;
+    if (handle.vainReads < vainReadLimit) {
+        ++handle.vainReads;
+        return status;
     }
     *static_cast<std::uint8_t*>(destination) = runawayByte;
     *count = 1;
-    handle.emptyReads = 0;
+    handle.vainReads = 0;
     return success;
 }
 
@@ -113,7 +111,7 @@ UTHandle* UTNewHandle(const UTHandleKind& kind, std::size_t recordSize, UTHandle
     handle->file.operations = parent != nullptr ? parent->file.operations : groundOperations;
     handle->kind = &kind;
     handle->position = 0;
-    handle->emptyReads = 0;
+    handle->vainReads = 0;
     handle->storageLooked = false;
     handle->storage = nullptr;
     handle->parent = parent;

@@ -47,11 +47,11 @@ struct UTHandle {
     IOFile file;  // first: a UTHandle is an HIOFILE
     const UTHandleKind* kind;
     std::uint64_t position;
-    std::uint32_t emptyReads;  // reads in a row that found nothing at the end
-    bool storageLooked;        // whether storage tells the truth
-    UTAttachment* storage;     // the compound storage that the object is, once looked for; null when it is none
-    UTHandle* parent;          // the handle that this one was opened in, or null
-    UTHandle* firstChild;      // sub-objects that are still open
+    std::uint32_t vainReads;  // reads in a row that delivered nothing
+    bool storageLooked;       // whether storage tells the truth
+    UTAttachment* storage;    // the compound storage that the object is, once looked for; null when it is none
+    UTHandle* parent;         // the handle that this one was opened in, or null
+    UTHandle* firstChild;     // sub-objects that are still open
     UTHandle* previousSibling;
     UTHandle* nextSibling;
     UTHandleName name;

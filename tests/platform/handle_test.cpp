@@ -12,11 +12,14 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <utility>
 
 #include "platform/base_utility.h"
 #include "support/bytes.h"
+#include "support/open_file.h"
 #include "support/process_heap.h"
 #include "support/test_handle.h"
+#include "support/zip_writer.h"
 
 namespace {
 
@@ -207,6 +210,110 @@ TEST(Handle, EmptyRequestsDoNotCount) {
     const Handle handle = OverMemory(bytes);
     for (std::uint32_t read = 0; read < 70000; ++read) ASSERT_EQ(handle.Read(0), "");
     EXPECT_EQ(handle.Read(1), "");
+}
+
+// One read of a byte that is to fail or to deliver nothing; its status.
+std::int32_t ReadInVain(const Handle& handle) {
+    char byte = '#';
+    std::uint32_t count = 77;
+    const std::int32_t status = handle.File()->operations.IORead(handle.File(), &byte, 1, &count);
+    EXPECT_EQ(count, 0U);
+    return status;
+}
+
+TEST(Handle, FailingReadsCountLikeEmptyOnes) {
+    const auto host = FIMakeTestHandle("abc");
+    host->failReadsFrom = 0;
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(handle.Seek(0, 1), 0);
+    for (int round = 0; round < 2; ++round) {
+        for (std::uint32_t read = 0; read < 65536; ++read) ASSERT_NE(ReadInVain(handle), 0) << read;
+        ASSERT_EQ(handle.Read(8), "\n");
+        ASSERT_EQ(handle.Tell(), 1U) << "the position does not move";
+    }
+    host->failReadsFrom = testNever;
+    EXPECT_EQ(handle.Read(8), "bc") << "what can be read again is delivered";
+}
+
+TEST(Handle, FailingAndEmptyReadsCountTogether) {
+    const auto host = FIMakeTestHandle("abc");
+    const Handle handle(IOSpecHandle, FIFileOf(*host));
+    EXPECT_EQ(handle.Read(8), "abc");
+    for (std::uint32_t read = 0; read < 65535; ++read) ASSERT_EQ(ReadInVain(handle), 0) << read;
+    host->failReadsFrom = 0;
+    EXPECT_NE(ReadInVain(handle), 0);
+    EXPECT_EQ(handle.Read(1), "\n");
+    EXPECT_NE(ReadInVain(handle), 0) << "the count starts over";
+}
+
+TEST(Handle, FailingReadsOfNothingDoNotCount) {
+    const IOMemorySpec memory = {"", 0, nullptr};
+    const Handle handle(IOSpecMemory, &memory);
+    static constexpr UTHandleKind failing = {
+        [](UTHandle&, std::uint64_t, void*, std::uint32_t, std::uint32_t&) { return std::int32_t{-1}; },
+        [](UTHandle&) { return std::uint64_t{0}; }, nullptr};
+    UTFindHandle(handle.File())->kind = &failing;
+    std::uint32_t count = 77;
+    for (std::uint32_t read = 0; read < 70000; ++read) {
+        ASSERT_NE(handle.File()->operations.IORead(handle.File(), nullptr, 0, &count), 0);
+        ASSERT_EQ(count, 0U);
+    }
+    EXPECT_NE(ReadInVain(handle), 0);
+}
+
+// A host whose reads behind its bytes fail. It delivers a line feed when it was asked very often, so that a mistake comes
+// back.
+std::int32_t (*hostRead)(HIOFILE, void*, std::uint32_t, std::uint32_t*) = nullptr;
+
+std::int32_t FailBehindTheBytes(HIOFILE file, void* destination, std::uint32_t size, std::uint32_t* count) {
+    const std::int32_t status = hostRead(file, destination, size, count);
+    if (status == 0 && *count > 0) return 0;
+    if (reinterpret_cast<const TestHandle*>(file)->reads < 500000) return -1;
+    *static_cast<char*>(destination) = '\n';
+    *count = 1;
+    return 0;
+}
+
+// 1168 is MIF of a version that is not known: its routine looks for a line end and has no test for the end of the file.
+constexpr FIID mif = 1168;
+
+TEST(Handle, RoutineWithoutATestForTheEndComesBackFromReadsThatFail) {
+    const auto sound = FIMakeTestHandle("<MIFFile   ");
+    FIID fiid = 0;
+    EXPECT_EQ(FIIdHandle(Handle(IOSpecHandle, FIFileOf(*sound)).File(), 0, &fiid), 0);
+    EXPECT_EQ(fiid, mif);
+    EXPECT_GT(sound->reads, 65536U);
+
+    const auto host = FIMakeTestHandle("<MIFFile   ");
+    hostRead = std::exchange(host->file.operations.IORead, FailBehindTheBytes);
+    EXPECT_EQ(FIIdHandle(Handle(IOSpecHandle, FIFileOf(*host)).File(), 0, &fiid), 0);
+    EXPECT_EQ(fiid, mif);
+    EXPECT_EQ(host->reads, sound->reads) << "as many as behind an end";
+
+    // From the first read on, from the third, and from the routine's first one at the end.
+    for (const std::uint32_t from : {0U, 2U, sound->reads - 65537}) {
+        const auto failing = FIMakeTestHandle("<MIFFile   ");
+        hostRead = std::exchange(failing->file.operations.IORead, FailBehindTheBytes);
+        failing->failReadsFrom = from;
+        EXPECT_EQ(FIIdHandle(Handle(IOSpecHandle, FIFileOf(*failing)).File(), 0, &fiid), 0);
+        EXPECT_EQ(fiid == mif, from > 2);
+        EXPECT_LE(failing->reads, sound->reads) << from;
+    }
+}
+
+TEST(Handle, RoutineWithoutATestForTheEndComesBackFromADamagedMember) {
+    const std::string reservedBlock = "\x07";  // the last block, of the type that no data have
+    const OpenFile archive(FIWriteZip({{.name = "a.mif",
+                                        .method = zipDeflated,
+                                        .packed = FIStoredBlock("<MIFFile   ") + reservedBlock,
+                                        .sizeTold = 99}}));
+    const Handle archiveHandle(FIOpenArchive(archive.File()));
+    const Handle member(FIOpenMember(archiveHandle.File(), "a.mif"));
+    ASSERT_NE(member.File(), nullptr);
+    EXPECT_EQ(FIReadAll(member.File()), (ReadResult{"<MIFFile   ", true}));
+    FIID fiid = 0;
+    EXPECT_EQ(FIIdHandle(member.File(), 0, &fiid), 0);
+    EXPECT_EQ(fiid, mif);
 }
 
 // ---- Names ----------------------------------------------------------------------------------------------------------
