@@ -170,6 +170,23 @@ TEST(Driver, UnreadableFileComesOutThroughTheExtensionOrAsText) {
     EXPECT_EQ(Identify(*handle), byExtension);
 }
 
+// A handle whose reads fail tells its size all the same. The size decides which answer text of no bytes comes to.
+TEST(Driver, UnreadableFileIsTextOfOneKindOrAnotherByItsSize) {
+    struct SizeCase {
+        std::size_t size;
+        FIID answer;
+    };
+    for (const SizeCase& sizeCase : {SizeCase{0, 4022}, {1, 4022}, {2, 4005}, {3, 4005}, {6, 4005}}) {
+        const auto handle = FIMakeTestHandle(std::string("GIF89a").substr(0, sizeCase.size), "a.gif");
+        handle->failReadsFrom = 0;
+        EXPECT_EQ(Identify(*handle, FIFlagExtendedText), sizeCase.answer) << sizeCase.size;
+        EXPECT_EQ(Identify(*handle), formatNotKnown) << sizeCase.size;
+        EXPECT_EQ(handle->bytesDelivered, 0U);
+        handle->name = "a.pgl";
+        EXPECT_EQ(Identify(*handle, FIFlagExtendedText), byExtension) << "the extension comes first";
+    }
+}
+
 // Every read is full, so a count that is cut to what was asked for is the true one.
 TEST(Driver, HandleThatClaimsMoreThanItWasAskedForIsReadAsFarAsItWasAsked) {
     const std::string zeros(10000, '\0');
