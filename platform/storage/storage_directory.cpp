@@ -71,12 +71,13 @@ void CFPushEntry(CFChildren& children, std::uint32_t number) {
 
 // Walks one entry further. Returns false at the end of the walk.
 bool CFWalkOn(CFSectors& sectors, CFChain& directory, CFChildren& children) {
-    if (children.pending.empty()) return false;
+    if (children.pending.empty() || children.entriesLeft == 0) return false;
     const std::uint32_t number = children.pending.back();
     children.pending.pop_back();
     CFEntry entry;
     if (children.seen.Holds(number) || !CFReadEntry(sectors, directory, number, entry)) return true;
     static_cast<void>(children.seen.Add(number));
+    --children.entriesLeft;
     if (entry.type == CFEntryType::Storage || entry.type == CFEntryType::Stream) {
         children.known.push_back({number, CFHashEntry(entry)});
     }

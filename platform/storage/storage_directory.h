@@ -4,7 +4,8 @@
 // child; each child names a left and a right sibling, so that the children form a binary tree. Its order and its
 // colours are of no use here: writers get them wrong, so a search walks the tree whole, each entry before its left and
 // its right one. A storage's tree is walked once, as far as the search needs, and what it met is kept: 8 bytes for each
-// child. A name that is not there costs one walk, the next one none.
+// child. A name that is not there costs one walk, the next one none. The walk ends after mostEntriesOfStorage entries,
+// so that what is kept stays below 20 MiB however large the directory is.
 //
 // All functions throw std::bad_alloc when the heap is exhausted.
 #pragma once
@@ -19,6 +20,9 @@
 
 inline constexpr std::uint32_t rootEntryNumber = 0;
 inline constexpr std::size_t entryNameUnits = 32;
+
+// The walk over a storage's children looks at so many entries, of whatever type; what lies behind them is not there.
+inline constexpr std::uint32_t mostEntriesOfStorage = 1U << 20;
 
 // The types of entries. Other values mark entries that are not in use, or damage.
 enum class CFEntryType : std::uint8_t { Storage = 1, Stream = 2, Root = 5 };
@@ -46,7 +50,8 @@ struct CFKnownChild {
 struct CFChildren {
     UTVector<std::uint32_t> pending;  // entries to walk, the next one last
     UTNumberSet seen;
-    UTVector<CFKnownChild> known;  // streams and storages, in the order of the walk
+    std::uint32_t entriesLeft = mostEntriesOfStorage;  // to be looked at
+    UTVector<CFKnownChild> known;                      // streams and storages, in the order of the walk
 };
 
 // Reads an entry. Returns false when the directory ends in front of it.

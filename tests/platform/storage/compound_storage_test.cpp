@@ -474,6 +474,126 @@ TEST(CompoundStorageTree, EveryShapeOfALargeDirectory) {
     }
 }
 
+// ---- The limit of a walk -------------------------------------------------------------------------------------------
+
+// A compound file that is made as it is read, of sectors of 4,096 bytes: the FAT from sector 0 on, the directory from 64
+// on. Each entry's right sibling is the next one; the first child of the root is entry 1.
+constexpr std::uint32_t firstDirectorySector = 64;
+constexpr std::uint32_t entriesPerSector = 32;
+constexpr std::uint32_t walkLimit = 1048576;
+constexpr std::uint32_t lastDirectorySector = firstDirectorySector + (walkLimit + 9) / entriesPerSector;
+constexpr std::uint32_t numbersPerSector = 1024;
+
+struct EndlessDirectory {
+    UTHandle handle;
+    char (*typeOf)(std::uint32_t entry);
+    std::uint32_t childOf2To20;  // of the last entry within the limit
+};
+
+void Put32In(std::string& bytes, std::size_t offset, std::uint32_t value) {
+    for (std::size_t index = 0; index < 4; ++index) bytes[offset + index] = static_cast<char>(value >> 8 * index);
+}
+
+std::string MakeHeaderSector() {
+    std::string sector(4096, '\0');
+    sector.replace(0, 8, FIBytes("D0 CF 11 E0 A1 B1 1A E1"));
+    sector.replace(storage_offsets::majorVersion, 8, FIBytes("04 00 FE FF 0C 00 06 00"));
+    Put32In(sector, storage_offsets::firstDirectorySector, firstDirectorySector);
+    for (std::uint32_t index = 0; index < firstDirectorySector; ++index) {
+        Put32In(sector, storage_offsets::fatSectors + 4 * index, index);
+    }
+    return sector;
+}
+
+std::string MakeFatSector(std::uint32_t sectorNumber) {
+    std::string sector(4096, '\0');
+    for (std::uint32_t index = 0; index < numbersPerSector; ++index) {
+        const std::uint32_t number = sectorNumber * numbersPerSector + index;
+        Put32In(sector, 4 * index, number < lastDirectorySector ? number + 1 : storageEndOfChain);
+    }
+    return sector;
+}
+
+// The entries 2^20 and behind it have their distance from 2^20 as a digit for a name; all others have none.
+std::string MakeDirectorySector(const EndlessDirectory& directory, std::uint32_t firstEntry) {
+    std::string sector(4096, '\0');
+    for (std::uint32_t index = 0; index < entriesPerSector; ++index) {
+        const std::uint32_t entry = firstEntry + index;
+        const std::size_t offset = std::size_t{128} * index;
+        if (entry >= walkLimit) {
+            sector[offset] = static_cast<char>('0' + (entry - walkLimit));
+            sector[offset + storage_offsets::nameLength] = 4;
+        }
+        sector[offset + storage_offsets::type] = entry == 0 ? '\5' : directory.typeOf(entry);
+        Put32In(sector, offset + storage_offsets::left, storageNone);
+        Put32In(sector, offset + storage_offsets::right, entry + 1);
+        const std::uint32_t child = entry == 0 ? 1 : entry == walkLimit ? directory.childOf2To20 : storageNone;
+        Put32In(sector, offset + storage_offsets::child, child);
+        Put32In(sector, offset + storage_offsets::size, entry);
+    }
+    return sector;
+}
+
+std::int32_t ReadEndlessDirectory(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                                  std::uint32_t& count) {
+    const auto place = static_cast<std::uint32_t>(offset / 4096);  // 0 is the header, 1 is sector 0
+    std::string sector;
+    if (place == 0) {
+        sector = MakeHeaderSector();
+    } else if (place - 1 < firstDirectorySector) {
+        sector = MakeFatSector(place - 1);
+    } else {
+        sector = MakeDirectorySector(UTRecordOf<EndlessDirectory>(handle),
+                                     (place - 1 - firstDirectorySector) * entriesPerSector);
+    }
+    EXPECT_LE(offset % 4096 + size, 4096U);
+    count = static_cast<std::uint32_t>(sector.copy(static_cast<char*>(destination), size, offset % 4096));
+    return 0;
+}
+
+std::uint64_t SizeOfEndlessDirectory(UTHandle&) { return (std::uint64_t{lastDirectorySector} + 2) * 4096; }
+
+constexpr UTHandleKind endlessDirectoryKind = {ReadEndlessDirectory, SizeOfEndlessDirectory, nullptr};
+
+EndlessDirectory& OpenEndlessDirectory(char (*typeOf)(std::uint32_t entry), std::uint32_t childOf2To20) {
+    EndlessDirectory& directory = *UTNewHandleRecord<EndlessDirectory>(endlessDirectoryKind, nullptr);
+    directory.typeOf = typeOf;
+    directory.childOf2To20 = childOf2To20;
+    return directory;
+}
+
+TEST(CompoundStorageTree, EndsBehind2To20EntriesAlsoWhenTheyAreNotInUse) {
+    EndlessDirectory& directory =
+        OpenEndlessDirectory([](std::uint32_t entry) { return entry < walkLimit ? '\0' : '\2'; }, storageNone);
+    EXPECT_EQ(UTOpenStream(directory.handle, "1"), nullptr) << "the entry behind the limit";
+    EXPECT_NE(UTOpenStream(directory.handle, "0"), nullptr) << "the last one within it";
+    CFChild child;
+    ASSERT_TRUE(CFGetChild(directory.handle, 0, child));
+    EXPECT_EQ(child.size, walkLimit);
+    EXPECT_FALSE(CFGetChild(directory.handle, 1, child));
+    UTCloseHandle(directory.handle);
+}
+
+TEST(CompoundStorageTree, EndsBehind2To20EntriesOfWhateverTypeButForEachStorage) {
+    EndlessDirectory& directory = OpenEndlessDirectory(
+        [](std::uint32_t entry) {
+            return entry < walkLimit ? "\1\2\5\0"[entry % 4] : entry == walkLimit ? '\1' : '\2';
+        },
+        walkLimit + 1);
+    CFChild child;
+    // Half of the entries in front are children: those of numbers 4n and 4n + 1, without the root's number 0.
+    constexpr std::size_t last = walkLimit / 2 - 1;
+    EXPECT_FALSE(CFGetChild(directory.handle, last + 1, child));
+    ASSERT_TRUE(CFGetChild(directory.handle, last, child));
+    EXPECT_TRUE(child.isStorage);
+    EXPECT_EQ(child.name[0], '0');
+    UTHandle* const sub = UTOpenSubStorage(directory.handle, "0");
+    ASSERT_NE(sub, nullptr);
+    EXPECT_NE(UTOpenStream(*sub, "1"), nullptr) << "a storage has a count of its own";
+    EXPECT_EQ(UTOpenStream(directory.handle, "1"), nullptr);
+    UTCloseHandle(directory.handle);
+}
+
 // ---- Sub-storages --------------------------------------------------------------------------------------------------
 
 TEST(SubStorage, IsAStorageOfItsOwnWithTheBytesOfTheFile) {
