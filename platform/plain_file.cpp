@@ -23,21 +23,25 @@ struct UTPlainFile {
     int descriptor;
     bool ownsDescriptor;
     bool windowRead;
-    bool sizeKnown;  // false for files that tell no size but may hold bytes, as under /proc
+    bool windowFailed;  // whether the window ends in front of bytes that could not be read
+    bool sizeKnown;     // false for files that tell no size but may hold bytes, as under /proc
     std::uint64_t size;
     std::uint32_t windowFilled;
     std::uint8_t window[windowBytes];
 };
 
-// Reads from a file until size bytes have come or it ends, over interrupted and short system reads.
+// Reads from a file until size bytes have come or it ends, over interrupted and short system reads. failed tells whether
+// a system read failed, also behind bytes that came.
 std::int32_t UTReadDescriptor(int descriptor, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
-                              std::uint32_t& count) {
-    return UTRepeatRead(size, count, [=](std::uint32_t at, std::uint32_t wanted, std::uint32_t& came) {
+                              std::uint32_t& count, bool& failed) {
+    failed = false;
+    return UTRepeatRead(size, count, [=, &failed](std::uint32_t at, std::uint32_t wanted, std::uint32_t& came) {
         ssize_t result = -1;
         do {
             result = pread(descriptor, destination + at, wanted, static_cast<off_t>(offset + at));
         } while (result < 0 && errno == EINTR);
-        if (result < 0) return -1;
+        failed = result < 0;
+        if (failed) return -1;
         came = static_cast<std::uint32_t>(result);
         return 0;
     });
@@ -47,10 +51,18 @@ std::int32_t UTReadDescriptor(int descriptor, std::uint64_t offset, std::uint8_t
 std::int32_t UTReadWindow(UTPlainFile& file) {
     if (file.windowRead) return 0;
     const std::uint64_t wanted = file.sizeKnown ? std::min<std::uint64_t>(file.size, windowBytes) : windowBytes;
-    const std::int32_t status =
-        UTReadDescriptor(file.descriptor, 0, file.window, static_cast<std::uint32_t>(wanted), file.windowFilled);
+    const std::int32_t status = UTReadDescriptor(file.descriptor, 0, file.window, static_cast<std::uint32_t>(wanted),
+                                                 file.windowFilled, file.windowFailed);
     file.windowRead = status == 0;
     return status;
+}
+
+// Whether to ask the file for what the window does not hold. A file that tells its size ends there; in front of it a
+// window that is not full is no end. Of any other file it is one, unless a failure cut it. Where bytes can't be read, the
+// read that begins at them is to fail as the system's does.
+bool UTGoesOnBehindWindow(const UTPlainFile& file, std::uint64_t offset) {
+    if (file.sizeKnown) return offset < file.size;
+    return file.windowFilled == windowBytes || file.windowFailed;
 }
 
 std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
@@ -66,10 +78,12 @@ std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* desti
             count = std::min(size, file.windowFilled - start);
             std::memcpy(bytes, file.window + start, count);
         }
-        if (count == size || file.windowFilled < windowBytes) return 0;
+        if (count == size || !UTGoesOnBehindWindow(file, offset + count)) return 0;
     }
     std::uint32_t further = 0;
-    const std::int32_t status = UTReadDescriptor(file.descriptor, offset + count, bytes + count, size - count, further);
+    bool failed = false;
+    const std::int32_t status =
+        UTReadDescriptor(file.descriptor, offset + count, bytes + count, size - count, further, failed);
     if (status != 0) return count > 0 ? 0 : status;
     count += further;
     return 0;
@@ -113,6 +127,7 @@ UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     file->descriptor = descriptor;
     file->ownsDescriptor = ownsDescriptor;
     file->windowRead = false;
+    file->windowFailed = false;
     file->sizeKnown = size > 0;
     file->size = size;
     file->windowFilled = 0;

@@ -4,10 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
+#include <limits>
 
 #include "fiid.h"
 #include "platform/base_utility.h"
@@ -19,6 +22,13 @@ namespace {
 // Never destroyed: when coverage is measured, the counters are written, with these calls, behind all else.
 std::string& calls = *new std::string;
 mode_t pretendedType = 0;  // what fstat tells of each file, if not 0
+
+// How awkward pread is.
+constexpr off_t never = std::numeric_limits<off_t>::max();
+off_t failFrom = never;                                           // bytes from here on can't be read
+std::size_t mostBytes = std::numeric_limits<std::size_t>::max();  // of one call
+std::uint32_t interruptions = 0;                                  // in front of each call that does something
+std::uint32_t interruptionsLeft = 0;
 
 }  // namespace
 
@@ -49,6 +59,17 @@ int __wrap_fstat(int descriptor, struct stat* status) {
 }
 ssize_t __wrap_pread(int descriptor, void* buffer, size_t size, off_t offset) {
     calls += "pread@" + std::to_string(offset) + " ";
+    if (interruptionsLeft > 0) {
+        --interruptionsLeft;
+        errno = EINTR;
+        return -1;
+    }
+    interruptionsLeft = interruptions;
+    if (offset >= failFrom) {
+        errno = EIO;
+        return -1;
+    }
+    size = std::min({size, mostBytes, static_cast<std::size_t>(failFrom - offset)});
     return __real_pread(descriptor, buffer, size, offset);
 }
 int __wrap_close(int descriptor) {
@@ -141,6 +162,143 @@ TEST(BlockDevice, WithoutAnEndIsRefused) {
     EXPECT_EQ(errno, ESPIPE);
     close(ends[0]);
     close(ends[1]);
+}
+
+// ---- Reads that fail, are short, or are interrupted ----------------------------------------------------------------
+
+// A file of 20,000 bytes that tell where they stand, open as a descriptor and through it as a handle. pread is as it
+// should be until a test says otherwise, and again afterwards.
+class AwkwardFile : public testing::Test {
+ protected:
+    void SetUp() override {
+        const std::string path = testing::TempDir() + "fiid-awkward-" + std::to_string(getpid());
+        for (std::uint32_t index = 0; index < 20000; ++index) {
+            bytes_ += static_cast<char>(index * 2654435761U >> 13 & 0xFF);
+        }
+        std::ofstream(path, std::ios::binary) << bytes_;
+        descriptor_ = open(path.c_str(), O_RDWR);
+        std::remove(path.c_str());
+    }
+    void TearDown() override {
+        failFrom = never;
+        mostBytes = std::numeric_limits<std::size_t>::max();
+        interruptions = 0;
+        interruptionsLeft = 0;
+        Close();
+        close(descriptor_);
+    }
+
+    void Open() {
+        Close();
+        const IODescriptorSpec specification = {descriptor_, nullptr};
+        ASSERT_EQ(IOOpen(&file_, IOSpecDescriptor, &specification, 1), 0);
+    }
+    // As a file that tells no size.
+    void OpenWithoutSize() {
+        pretendedType = S_IFREG;
+        Open();
+        pretendedType = 0;
+    }
+    void Close() {
+        if (file_ != nullptr) file_->operations.IOClose(file_);
+        file_ = nullptr;
+    }
+
+    // Reads in portions until nothing comes; status_ and errno are those of the last read.
+    std::string ReadAll(std::uint32_t portion) {
+        std::string all;
+        for (;;) {
+            std::string bytes(portion, '#');
+            std::uint32_t count = 77;
+            errno = 0;
+            status_ = file_->operations.IORead(file_, bytes.data(), portion, &count);
+            if (status_ != 0 || count == 0) return all;
+            all += bytes.substr(0, count);
+        }
+    }
+
+    std::string bytes_;
+    int descriptor_ = -1;
+    HIOFILE file_ = nullptr;
+    std::int32_t status_ = 77;
+};
+
+constexpr std::uint32_t portions[] = {1000, 2048, 4096, 20000};
+
+TEST_F(AwkwardFile, TellsAFailureBehindTheBytesInFrontOfIt) {
+    for (const bool sizeTold : {true, false}) {
+        for (const off_t from : {0, 1, 4096, 8191, 8192, 8193, 12288, 19999}) {
+            for (const std::uint32_t portion : portions) {
+                SCOPED_TRACE(testing::Message() << sizeTold << " " << from << " " << portion);
+                failFrom = from;
+                sizeTold ? Open() : OpenWithoutSize();
+                EXPECT_EQ(ReadAll(portion), bytes_.substr(0, static_cast<std::size_t>(from)));
+                EXPECT_NE(status_, 0);
+                EXPECT_EQ(errno, EIO);
+                EXPECT_EQ(ReadAll(portion), "");
+                EXPECT_NE(status_, 0) << "the next read tells it too";
+                EXPECT_EQ(errno, EIO);
+            }
+        }
+    }
+}
+
+TEST_F(AwkwardFile, DeliversWhatCanBeReadAgain) {
+    for (const bool sizeTold : {true, false}) {
+        failFrom = 4096;
+        sizeTold ? Open() : OpenWithoutSize();
+        EXPECT_EQ(ReadAll(1000), bytes_.substr(0, 4096));
+        failFrom = never;
+        EXPECT_EQ(ReadAll(1000), bytes_.substr(4096)) << sizeTold;
+        EXPECT_EQ(status_, 0);
+    }
+}
+
+TEST_F(AwkwardFile, EndsWhereItWasCutAfterItWasOpened) {
+    for (const std::uint32_t size : {12000U, 8192U, 8191U, 5000U, 1U, 0U}) {
+        for (const std::uint32_t portion : portions) {
+            SCOPED_TRACE(testing::Message() << size << " " << portion);
+            ASSERT_EQ(ftruncate(descriptor_, 0), 0);
+            ASSERT_EQ(pwrite(descriptor_, bytes_.data(), bytes_.size(), 0), static_cast<ssize_t>(bytes_.size()));
+            Open();
+            ASSERT_EQ(ftruncate(descriptor_, size), 0);
+            EXPECT_EQ(ReadAll(portion), bytes_.substr(0, size));
+            EXPECT_EQ(status_, 0);
+        }
+    }
+}
+
+TEST_F(AwkwardFile, DeliversItsBytesOverShortAndInterruptedReads) {
+    for (const bool sizeTold : {true, false}) {
+        for (const std::size_t most : {std::size_t{100}, std::size_t{1000}, std::size_t{8192}}) {
+            for (const std::uint32_t between : {0U, 1U, 3U}) {
+                SCOPED_TRACE(testing::Message() << sizeTold << " " << most << " " << between);
+                mostBytes = most;
+                interruptions = interruptionsLeft = between;
+                sizeTold ? Open() : OpenWithoutSize();
+                EXPECT_EQ(ReadAll(2048), bytes_);
+                EXPECT_EQ(status_, 0);
+            }
+        }
+    }
+}
+
+TEST_F(AwkwardFile, AsksOnceForItsHeadWhenItIsSound) {
+    calls.clear();
+    Open();
+    EXPECT_EQ(ReadAll(4096), bytes_);
+    EXPECT_EQ(calls, "fstat pread@0 pread@8192 pread@12288 pread@16384 pread@20000 ") << "the last one finds the end";
+
+    ASSERT_EQ(ftruncate(descriptor_, 5000), 0);
+    calls.clear();
+    Open();
+    EXPECT_EQ(ReadAll(4096), bytes_.substr(0, 5000));
+    EXPECT_EQ(calls, "fstat pread@0 ");
+
+    calls.clear();
+    OpenWithoutSize();
+    EXPECT_EQ(ReadAll(4096), bytes_.substr(0, 5000));
+    EXPECT_EQ(calls, "fstat pread@0 pread@5000 ") << "the second one finds the end";
 }
 
 }  // namespace
