@@ -47,8 +47,9 @@ typedef struct IOMemorySpec {
     const char* name; /* the name that IOInfoName reports, or null for none */
 } IOMemorySpec;
 
-/* An open descriptor of a regular file or a block device, readable. It stays the caller's and must stay open until the
- * handle is closed; its file position is neither used nor moved. */
+/* An open descriptor of a regular file or a block device, readable; one of unbuffered reads (O_DIRECT) is refused with
+ * EINVAL. It stays the caller's and must stay open until the handle is closed; its file position is neither used nor
+ * moved. */
 typedef struct IODescriptorSpec {
     int descriptor;
     const char* name; /* the name that IOInfoName reports, or null for none */
@@ -59,8 +60,9 @@ enum { IOOpenRead = 1 };
 
 /* Opens an object for reading and stores the new handle, which the caller closes with its IOClose. Regular files
  * (symbolic links followed) and block devices open; anything else, such as a directory, a FIFO, a socket or a character
- * device, is refused without blocking. mode is IOOpenRead. Returns 0, or -1 with *handle null and errno telling the
- * reason. */
+ * device, is refused without blocking. To learn what a path leads to it is opened, so a FIFO has a reader for a moment
+ * before it is refused: a writer that waits at it sees one come and go. mode is IOOpenRead. Returns 0, or -1 with *handle
+ * null and errno telling the reason. */
 int32_t IOOpen(HIOFILE* handle, uint32_t specificationType, const void* specification, uint32_t mode);
 
 /* The one property of a handle that can be set: of an archive handle, a uint32_t of 0. */

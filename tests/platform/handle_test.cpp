@@ -388,6 +388,9 @@ TEST(Open, RefusesWhatIsNoFileWithoutBlocking) {
     }
     HIOFILE handle = nullptr;
     EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, "/dev/null", IOOpenRead), -1);
+    errno = 0;
+    EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, socketPath.c_str(), IOOpenRead), -1);
+    EXPECT_EQ(errno, ENXIO) << "the system's own answer to opening a socket";
     close(listener);
 }
 
@@ -398,6 +401,58 @@ TEST(Open, RefusesWhatItDoesNotKnow) {
     EXPECT_EQ(IOOpen(&handle, IOSpecNarrow, nullptr, IOOpenRead), -1);
     const IODescriptorSpec closed = {-1, nullptr};
     EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &closed, IOOpenRead), -1);
+}
+
+// errno behind an open that is to fail.
+int ReasonOf(std::uint32_t type, const void* specification) {
+    HIOFILE handle = nullptr;
+    errno = 0;
+    EXPECT_EQ(IOOpen(&handle, type, specification, IOOpenRead), -1);
+    EXPECT_EQ(handle, nullptr);
+    return errno;
+}
+
+int ReasonOfDescriptor(int descriptor) {
+    const IODescriptorSpec specification = {descriptor, nullptr};
+    const int reason = ReasonOf(IOSpecDescriptor, &specification);
+    if (descriptor >= 0) close(descriptor);
+    return reason;
+}
+
+TEST(Open, TellsTheReasonOfARefusal) {
+    const TemporaryDirectory directory;
+    const std::string fifo = directory.Path("fifo");
+    const std::string inner = directory.Path("dir");
+    const std::string missing = directory.Path("missing");
+    const std::u16string missingWide(missing.begin(), missing.end());
+    const std::u16string innerWide(inner.begin(), inner.end());
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    ASSERT_EQ(mkdir(inner.c_str(), 0700), 0);
+    EXPECT_EQ(ReasonOf(IOSpecNarrow, inner.c_str()), EISDIR);
+    EXPECT_EQ(ReasonOf(IOSpecNarrow, fifo.c_str()), EINVAL);
+    EXPECT_EQ(ReasonOf(IOSpecNarrow, "/dev/null"), EINVAL);
+    EXPECT_EQ(ReasonOf(IOSpecNarrow, missing.c_str()), ENOENT);
+    EXPECT_EQ(ReasonOf(IOSpecNarrow, ""), ENOENT);
+    EXPECT_EQ(ReasonOf(IOSpecNarrow, directory.Write("file", "x").append("/x").c_str()), ENOTDIR);
+    EXPECT_EQ(ReasonOf(IOSpecWide, missingWide.c_str()), ENOENT);
+    EXPECT_EQ(ReasonOf(IOSpecWide, innerWide.c_str()), EISDIR);
+    for (const std::uint32_t type : {2U, 4U, 5U, 6U, 7U}) EXPECT_EQ(ReasonOf(type, nullptr), EINVAL) << type;
+    for (const std::uint32_t type : {0U, 1U, 3U, 8U, 0xFFFFFFFFU}) EXPECT_EQ(ReasonOf(type, "x"), EINVAL) << type;
+}
+
+TEST(Open, TellsTheReasonOfARefusedDescriptor) {
+    const TemporaryDirectory directory;
+    const std::string fifo = directory.Path("fifo");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    EXPECT_EQ(ReasonOfDescriptor(-1), EBADF);
+    EXPECT_EQ(ReasonOfDescriptor(ends[0]), EINVAL);
+    EXPECT_EQ(ReasonOfDescriptor(ends[1]), EBADF) << "it can't be read";
+    EXPECT_EQ(ReasonOfDescriptor(open(directory.Path(".").c_str(), O_RDONLY)), EISDIR);
+    EXPECT_EQ(ReasonOfDescriptor(open(fifo.c_str(), O_RDONLY | O_NONBLOCK)), EINVAL);
+    EXPECT_EQ(ReasonOfDescriptor(open("/dev/null", O_RDONLY)), EINVAL);
+    EXPECT_EQ(ReasonOfDescriptor(socket(AF_UNIX, SOCK_STREAM, 0)), EINVAL);
 }
 
 TEST(Open, FollowsSymbolicLinksAndNamesTheLink) {
@@ -453,6 +508,22 @@ TEST(Open, DescriptorThatCannotBeReadIsRefused) {
     close(both.descriptor);
 }
 
+// Whoever opens a file so must read whole blocks into aligned memory; a caller of IORead does not.
+TEST(Open, DescriptorOfUnbufferedReadsIsRefused) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("a", std::string(8192, 'a'));
+    for (const int access : {O_RDONLY, O_RDWR}) {
+        const IODescriptorSpec specification = {open(path.c_str(), access | O_DIRECT), nullptr};
+        if (specification.descriptor < 0) GTEST_SKIP() << "this file system knows no such descriptors";
+        HIOFILE handle = nullptr;
+        errno = 0;
+        EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, IOOpenRead), -1) << access;
+        EXPECT_EQ(errno, EINVAL) << access;
+        EXPECT_EQ(handle, nullptr);
+        close(specification.descriptor);
+    }
+}
+
 TEST(Open, DescriptorOfAPipeIsRefused) {
     int ends[2] = {};
     ASSERT_EQ(pipe(ends), 0);
@@ -497,6 +568,51 @@ TEST(PlainFile, OfMoreThan4GiBOpensAndTellsTheLargestPosition) {
     EXPECT_EQ(handle.Seek(1, 0x7FFFFFFF), 0);
     EXPECT_EQ(handle.Seek(0, 0), 0);
     EXPECT_EQ(handle.Read(4), "head");
+}
+
+TEST(PlainFile, OffsetOfMoreThan2GiBReachesToTheEndAndNotBehind) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("large", "head");
+    ASSERT_EQ(truncate(path.c_str(), (2LL << 30) + 5), 0);
+    const Handle handle(IOSpecNarrow, path.c_str());
+    ASSERT_EQ(handle.Status(), 0);
+    const auto seekTo = [&handle](std::uint32_t offset) { return handle.Seek(0, static_cast<std::int32_t>(offset)); };
+    EXPECT_EQ(seekTo(0x80000000), 0);
+    EXPECT_EQ(handle.Read(100), std::string(5, '\0'));
+    EXPECT_EQ(seekTo(0x80000005), 0) << "the end itself";
+    EXPECT_EQ(handle.Tell(), 0x80000005U);
+    EXPECT_EQ(handle.Read(1), "");
+    EXPECT_NE(seekTo(0x80000006), 0);
+    EXPECT_EQ(handle.Tell(), 0x80000005U) << "the position stays";
+    ASSERT_EQ(truncate(path.c_str(), 0x7FFFFFFF), 0);
+    const Handle smaller(IOSpecNarrow, path.c_str());
+    EXPECT_EQ(smaller.Seek(0, 0x7FFFFFFF), 0);
+    EXPECT_NE(smaller.Seek(0, INT32_MIN), 0);
+}
+
+TEST(PlainFile, PositionsBehind4GiBAreExact) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.Write("large", "head");
+    const int descriptor = open(path.c_str(), O_WRONLY);
+    ASSERT_EQ(pwrite(descriptor, "mark", 4, (4LL << 30) + 3), 4);
+    ASSERT_EQ(ftruncate(descriptor, 9LL << 30), 0);
+    close(descriptor);
+    const Handle handle(IOSpecNarrow, path.c_str());
+    for (int step = 0; step < 4; ++step) ASSERT_EQ(handle.Seek(1, 0x7FFFFFFF), 0);
+    EXPECT_EQ(handle.Tell(), 0xFFFFFFFFU);
+    EXPECT_EQ(handle.Read(1), std::string(1, '\0'));
+    // Stands at 8 GiB - 3 now; the mark lies at 4 GiB + 3.
+    ASSERT_EQ(handle.Seek(1, INT32_MIN), 0);
+    ASSERT_EQ(handle.Seek(1, -0x7FFFFFFA), 0);
+    EXPECT_EQ(handle.Tell(), 0xFFFFFFFFU);
+    EXPECT_EQ(handle.Read(4), "mark");
+    ASSERT_EQ(handle.Seek(1, -8), 0);
+    EXPECT_EQ(handle.Tell(), 0xFFFFFFFFU) << "4 GiB - 1, which can be told";
+    EXPECT_EQ(handle.Read(8), std::string("\0\0\0\0mark", 8));
+    ASSERT_EQ(handle.Seek(2, INT32_MIN), 0);
+    ASSERT_EQ(handle.Seek(1, INT32_MIN), 0);
+    ASSERT_EQ(handle.Seek(1, -0x3FFFFFFD), 0);
+    EXPECT_EQ(handle.Read(4), "mark");
 }
 
 TEST(PlainFile, WithoutAToldSizeIsReadAllTheSame) {

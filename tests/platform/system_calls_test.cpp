@@ -191,7 +191,7 @@ class AwkwardFile : public testing::Test {
     void Open() {
         Close();
         const IODescriptorSpec specification = {descriptor_, nullptr};
-        ASSERT_EQ(IOOpen(&file_, IOSpecDescriptor, &specification, 1), 0);
+        ASSERT_EQ(IOOpen(&file_, IOSpecDescriptor, &specification, IOOpenRead), 0);
     }
     // As a file that tells no size.
     void OpenWithoutSize() {
