@@ -1,4 +1,5 @@
-// interrupt.cpp - a signal is noted, and looked for between records and where the program waits.
+// interrupt.cpp - a signal is noted, and looked for between records and where the program waits; an alarm ends the
+// program where it does not look.
 #include "cli/interrupt.h"
 
 #include <poll.h>
@@ -10,16 +11,31 @@
 namespace {
 
 constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr unsigned deadlineSeconds = 2;
 
 volatile std::sig_atomic_t signalThatCame = 0;
 
-extern "C" void NoteSignal(int number) {
-    if (signalThatCame == 0) {
-        signalThatCame = number;
-        return;
-    }
+void EndBy(int number) {
     std::signal(number, SIG_DFL);
-    raise(number);  // it is blocked while its handler runs, and ends the program behind it
+    raise(number);  // one that is blocked, as a signal is while its handler runs, ends the program behind that
+}
+
+extern "C" void EndAtTheDeadline(int) { EndBy(signalThatCame); }
+
+// A file may take long to identify, and a reader may have stopped reading. No record is torn by that: a write to a pipe
+// that waits for room, of PIPE_BUF bytes at most, has written nothing yet.
+void SetDeadline() {
+    // Not caught earlier: an alarm that the caller set before it started the program is to end it as ever.
+    struct sigaction action = {};
+    action.sa_handler = EndAtTheDeadline;
+    sigaction(SIGALRM, &action, nullptr);
+    alarm(deadlineSeconds);
+}
+
+extern "C" void NoteSignal(int number) {
+    if (signalThatCame != 0) return EndBy(number);
+    signalThatCame = number;
+    SetDeadline();
 }
 
 }  // namespace
@@ -33,6 +49,10 @@ void CatchInterrupts() {
         action.sa_flags = SA_RESTART;  // a write under way is finished, so that no record is torn
         sigaction(number, &action, nullptr);
     }
+    sigset_t deadline;
+    sigemptyset(&deadline);
+    sigaddset(&deadline, SIGALRM);
+    sigprocmask(SIG_UNBLOCK, &deadline, nullptr);  // the caller may have blocked it
 }
 
 bool Interrupted() { return signalThatCame != 0; }
@@ -53,8 +73,5 @@ bool WaitForInput(int descriptor) {
 }
 
 void EndIfInterrupted() {
-    if (!Interrupted()) return;
-    const int number = signalThatCame;
-    std::signal(number, SIG_DFL);
-    raise(number);
+    if (Interrupted()) EndBy(signalThatCame);
 }

@@ -30,8 +30,8 @@ bidirectional controls and line separators are escaped byte by byte (\x1B).
 
 Output is handed over by whole records, so that several processes can share one output (in a pipe: up to 4,096 bytes
 a record), and record by record when the paths of --files-from come through a pipe: a program may write a path and
-wait for its record. SIGINT, SIGTERM and SIGHUP end fiid behind a whole record, with the array of json closed, and a
-second one ends it at once.
+wait for its record. SIGINT, SIGTERM and SIGHUP end fiid behind a whole record, with the array of json closed, or
+after two seconds where it is inside a long identification or nobody reads its output; a second one ends it at once.
 
 Exit status: 0; 1 if any path could not be read or the output not be written; 2 for wrong usage; a signal ends fiid
 as that signal does (130 in a shell for SIGINT).

@@ -1,4 +1,4 @@
-// Signals that end the program: noted once, fatal twice, and never slept over.
+// Signals that end the program: noted once, fatal twice or at the deadline, and never slept over.
 #include "cli/interrupt.h"
 
 #include <gtest/gtest.h>
@@ -74,7 +74,73 @@ TEST_P(InterruptDeathTest, SignalEndsTheWaitingWheneverItComes) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST_P(InterruptDeathTest, FirstSignalSetsTheDeadline) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            if (alarm(0) != 0) _exit(2);
+            raise(number);
+            ExitWith(alarm(0) != 0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_P(InterruptDeathTest, DeadlineEndsTheProgramByTheFirstSignal) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            raise(number);
+            raise(SIGALRM);
+            _exit(1);
+        },
+        testing::KilledBySignal(number), "");
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, InterruptDeathTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+// What is under way never looks whether a signal has come.
+[[noreturn]] void NeverEnd() {
+    alarm(60);  // the signal sets its own; without it this one ends the test
+    raise(SIGTERM);
+    while (true) pause();
+}
+
+TEST(DeadlineDeathTest, OneSignalEndsWhatDoesNotLookForIt) {
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            NeverEnd();
+        },
+        testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(DeadlineDeathTest, ComesToAProgramThatWasStartedWithTheAlarmBlockedOrIgnored) {
+    EXPECT_EXIT(
+        {
+            sigset_t blocked;
+            sigemptyset(&blocked);
+            sigaddset(&blocked, SIGALRM);
+            sigprocmask(SIG_BLOCK, &blocked, nullptr);
+            std::signal(SIGALRM, SIG_IGN);
+            CatchInterrupts();
+            raise(SIGTERM);
+            raise(SIGALRM);
+            _exit(1);
+        },
+        testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(DeadlineDeathTest, AlarmOfTheCallerEndsTheProgramAsBefore) {
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            raise(SIGALRM);
+            _exit(1);
+        },
+        testing::KilledBySignal(SIGALRM), "");
+}
 
 TEST(Waiting, EndsWithInputAndAtTheEnd) {
     int ends[2];

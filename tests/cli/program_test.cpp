@@ -1,6 +1,7 @@
 // The program: paths, directories, lists, standard input, output formats, exit statuses.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -324,14 +325,25 @@ std::vector<std::string> WritesOf(const std::string& directory, const std::vecto
     return writes;
 }
 
-TEST_F(Program, WritesEndBehindWholeRecordsAndFitIntoAPipe) {
-    // Paths of many lengths, and no failures: their messages would push the records out.
-    std::string list;
-    for (int index = 0; index < 1000; ++index) {
-        for (int steps = index % 100; steps > 0; --steps) list += "./";
-        list += "a.gif\n";
+std::vector<std::string> PathsOfManyLengths(int count) {
+    std::vector<std::string> paths;
+    for (int index = 0; index < count; ++index) {
+        std::string path;
+        for (int steps = index % 100; steps > 0; --steps) path += "./";
+        paths.push_back(path + "a.gif");
     }
-    Write("list", list);
+    return paths;
+}
+
+std::string LinesOf(const std::vector<std::string>& paths, const std::string& lineEnd) {
+    std::string lines;
+    for (const std::string& path : paths) lines += path + lineEnd + "\n";
+    return lines;
+}
+
+TEST_F(Program, WritesEndBehindWholeRecordsAndFitIntoAPipe) {
+    // No failures: their messages would push the records out.
+    Write("list", LinesOf(PathsOfManyLengths(1000), ""));
     Write("a.gif", "GIF89a");
     for (const char* format : {"text", "ndjson", "csv", "tsv", "json"}) {
         const std::vector<std::string> writes = WritesOf(directory_, {"--format", format, "--files-from", "list"});
@@ -404,6 +416,73 @@ TEST_F(Program, SignalEndsBehindAWholeRecordAndIsPassedOn) {
         EXPECT_EQ(fifo.output, "a.gif: " + NameOf("1503") + " [1503]\n") << signal;
         EXPECT_EQ(fifo.exitStatus, exitStatus) << signal;
     }
+}
+
+// The state of a process as ps tells it: S for one that sleeps until something comes.
+char StateOf(pid_t process) {
+    const std::string line = ReadWholeFile("/proc/" + std::to_string(process) + "/stat");
+    const std::size_t name = line.rfind(") ");
+    return name == std::string::npos ? '?' : line[name + 2];
+}
+
+bool IsFull(int pipeEnd) {
+    pollfd room = {pipeEnd, POLLOUT, 0};
+    return poll(&room, 1, 0) == 0;
+}
+
+// Looks a hundred times a second, for a minute at most, whether something has come about.
+template <typename Condition>
+bool ComesAbout(Condition holds) {
+    for (int turn = 0; turn < 6000; ++turn) {
+        if (holds()) return true;
+        usleep(10000);
+    }
+    return false;
+}
+
+// How a process ended; one that does not end is killed.
+int EndOf(pid_t process) {
+    int status = 0;
+    if (!ComesAbout([&] { return waitpid(process, &status, WNOHANG) == process; })) {
+        kill(process, SIGKILL);
+        waitpid(process, &status, 0);
+    }
+    return status;
+}
+
+std::string ReadToTheEnd(int descriptor) {
+    std::string bytes;
+    char block[4096];
+    for (ssize_t came = 0; (came = read(descriptor, block, sizeof(block))) > 0;) {
+        bytes.append(block, static_cast<std::size_t>(came));
+    }
+    return bytes;
+}
+
+TEST_F(Program, OneSignalEndsItBehindAWholeRecordWhenNobodyReads) {
+    Write("a.gif", "GIF89a");
+    const std::vector<std::string> paths = PathsOfManyLengths(4000);
+    const std::string answers = LinesOf(paths, ": " + NameOf("1503") + " [1503]");
+    Write("list", LinesOf(paths, ""));
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        if (chdir(directory_.c_str()) != 0 || dup2(ends[1], STDOUT_FILENO) < 0) _exit(9);
+        execl(FIID_PROGRAM, FIID_PROGRAM, "--files-from", "list", nullptr);
+        _exit(9);
+    }
+    EXPECT_TRUE(ComesAbout([&] { return IsFull(ends[1]) && StateOf(child) == 'S'; }));
+    kill(child, SIGTERM);
+    const int status = EndOf(child);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGTERM);
+    close(ends[1]);
+    const std::string output = ReadToTheEnd(ends[0]);
+    close(ends[0]);
+    EXPECT_NE(output, "");
+    EXPECT_TRUE(output.ends_with("\n"));
+    EXPECT_TRUE(answers.starts_with(output));
 }
 
 // ---- Output formats -------------------------------------------------------------------------------------------------
