@@ -88,6 +88,7 @@ void WalkPath(const std::string& path, const WalkVisitor& visitor) {
         return visitor.failure(path.substr(0, longestToldPath),
                                "a path can't hold a NUL byte; -0 reads a list that is separated by them");
     }
+    if (path.size() > longestPath) return visitor.failure(path.substr(0, longestToldPath), "is too long for a path");
     const EntryKind namedKind = KindOf(path);
     if (namedKind == EntryKind::File) return visitor.file(path);
     if (namedKind == EntryKind::Fifo) return visitor.fifo(path);

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "cli/descriptors.h"
+#include "cli/file_walk.h"
 #include "cli/interrupt.h"
 
 namespace {
@@ -26,7 +27,7 @@ std::optional<std::string> ReadEntries(int descriptor, char separator,
         if (came <= 0) break;
         for (const char character : std::string_view(block.data(), static_cast<std::size_t>(came))) {
             if (character != separator) {
-                entry += character;
+                if (entry.size() <= longestPath) entry += character;  // one more tells that it is longer
                 continue;
             }
             if (!entry.empty()) visit(entry);

@@ -46,6 +46,17 @@ TEST_F(PathList, EntryMayLieAcrossBlocks) {
     EXPECT_EQ(Read(path + "\n" + path + "\n" + path, false), Paths(3, path));
 }
 
+TEST_F(PathList, EntryIsCutBehindTheLongestPath) {
+    const std::string longest(65536, 'x');
+    const std::string cut(65537, 'x');
+    const std::string rest(200000, 'x');
+    EXPECT_EQ(Read(longest + "\n" + longest, false), (Paths{longest, longest}));
+    EXPECT_EQ(Read(cut + "\na\n" + cut, false), (Paths{cut, "a", cut}));
+    EXPECT_EQ(Read(cut + "y\na\n", false), (Paths{cut, "a"}));
+    EXPECT_EQ(Read(cut + rest + "\n\nb\n" + cut + rest, false), (Paths{cut, "b", cut}));
+    EXPECT_EQ(Read(cut + rest + std::string(1, '\0') + "b", true), (Paths{cut, "b"}));
+}
+
 TEST_F(PathList, FailuresAreTold) {
     const auto visit = [](const std::string& path) { ADD_FAILURE() << path; };
     EXPECT_EQ(ReadPathList(directory_.At("missing"), false, visit), "No such file or directory");

@@ -226,6 +226,23 @@ TEST_F(Program, ListSeparatedByNulNeedsItsOption) {
     EXPECT_EQ(run.exitStatus, 1);
 }
 
+TEST_F(Program, EntryOfAListThatIsTooLongIsAFailureAndTheNextIsRead) {
+    Write("a.gif", "GIF89a");
+    const std::string longest(65536, 'x');
+    Write("list", longest + "\n" + longest + "x\n" + longest + longest + "\na.gif\n" + longest + longest);
+    const ProgramRun run = Run("$FIID --format tsv --files-from list | cut -f 1,2,6");
+    const std::string tooLong = longest.substr(0, 4096) + "\t\tis too long for a path\n";
+    EXPECT_EQ(run.output, "path\tfiid\terror\n" + longest + "\t\tFile name too long\n" + tooLong + tooLong +
+                              "a.gif\t1503\t\n" + tooLong);
+    EXPECT_EQ(Run("$FIID --files-from list").exitStatus, 1);
+}
+
+TEST_F(Program, NulBytesOfAnEntryAreToldBeforeItsLength) {
+    Write("list", "a" + std::string(70000, '\0'));
+    EXPECT_EQ(Run("$FIID --format ndjson --files-from list | grep -o '\"error\".*'").output,
+              "\"error\":\"a path can't hold a NUL byte; -0 reads a list that is separated by them\"}\n");
+}
+
 TEST_F(Program, MissingListIsAFailure) {
     Write("a.gif", "GIF89a");
     const ProgramRun run = Run("$FIID --files-from missing a.gif");
