@@ -102,6 +102,16 @@ TEST_F(Program, UnreadablePathsGetAMessageAndTheOthersTheirAnswers) {
     EXPECT_EQ(run.exitStatus, 1);
 }
 
+TEST_F(Program, SocketGetsAMessage) {
+    ASSERT_EQ(mknod((directory_ + "/socket").c_str(), S_IFSOCK | 0600, 0), 0);
+    const ProgramRun run = Run("$FIID --format tsv socket . | cut -f 1,2,6");
+    EXPECT_EQ(run.output,
+              "path\tfiid\terror\nsocket\t\tis a socket, not a file\n./socket\t\tis a socket, not a file\n");
+    EXPECT_EQ(run.messages, "fiid: socket: is a socket, not a file\nfiid: ./socket: is a socket, not a file\n");
+    EXPECT_EQ(Run("$FIID socket").exitStatus, 1);
+    EXPECT_EQ(Run("$FIID --files-from socket").messages, "fiid: socket: No such device or address\n");
+}
+
 TEST_F(Program, FileWithoutPermissionGetsAMessage) {
     if (geteuid() == 0) {
         // Root may read everything; a file whose reads fail tells the same road.
@@ -173,6 +183,8 @@ TEST_F(Program, ClosedStandardInputIsAFailure) {
     EXPECT_EQ(list.messages, "fiid: -: standard input is closed\n");
     EXPECT_EQ(list.exitStatus, 1);
     EXPECT_EQ(Run("$FIID - 0> written").messages, "fiid: -: standard input is closed\n");
+    EXPECT_EQ(Run("$FIID --format ndjson - <&-").output, "{\"path\":\"-\",\"error\":\"standard input is closed\"}\n");
+    EXPECT_EQ(Run("$FIID --files-from - 0> written").messages, "fiid: -: standard input is closed\n");
 }
 
 TEST_F(Program, ClosedStandardOutputIsAFailure) {
