@@ -17,8 +17,9 @@ constexpr const char* description =
     R"(fiid tells the format of files by their content: it answers with one of about 430 format identifiers.
 A directory is walked recursively, in sorted order; symbolic links to directories are followed only when they are
 named on the command line or in a list. So are FIFOs read, to their end and into a temporary file; below a directory
-a FIFO is a failure. Standard input (-) is read likewise, but when it is a file it is not copied, and is taken from
-its start, wherever it has been read to.)";
+a FIFO is a failure. Standard input (-) is read likewise: a pipe there is copied whole, whatever its size, to a
+temporary file in TMPDIR (or /tmp). A file there is not copied, and is taken from its start, wherever it has been
+read to.)";
 
 constexpr const char* footer =
     R"(Output formats: text (PATH: NAME [FIID]), ndjson (a JSON object a line), json (one array), csv (RFC 4180), tsv
@@ -30,8 +31,13 @@ bidirectional controls and line separators are escaped byte by byte (\x1B).
 
 Output is handed over by whole records, so that several processes can share one output (in a pipe: up to 4,096 bytes
 a record), and record by record when the paths of --files-from come through a pipe: a program may write a path and
-wait for its record. SIGINT, SIGTERM and SIGHUP end fiid behind a whole record, with the array of json closed, or
-after two seconds where it is inside a long identification or nobody reads its output; a second one ends it at once.
+wait for its record. ndjson, csv and tsv serve such a program: behind the header of csv and tsv they hold a line for
+each path, also for a failure (csv more of them where a path holds line feeds); text writes failures to standard
+error only. A directory gives 0 to n records, an empty entry none. An entry of more than 65,536 bytes is a failure
+that shows its beginning.
+
+SIGINT, SIGTERM and SIGHUP end fiid behind a whole record, with the array of json closed, or after two seconds where
+it is inside a long identification or nobody reads its output; a second one ends it at once.
 
 Exit status: 0; 1 if any path could not be read or the output not be written; 2 for wrong usage; a signal ends fiid
 as that signal does (130 in a shell for SIGINT).

@@ -143,6 +143,11 @@ TEST_F(Program, HelpAndVersionAre0) {
     EXPECT_EQ(help.exitStatus, 0);
     EXPECT_NE(help.output.find("Examples:"), std::string::npos);
     EXPECT_EQ(help.messages, "");
+    // What a program that speaks with fiid has to know.
+    for (const char* fact :
+         {"serve such a program", "text writes failures", "0 to n records", "two seconds", "TMPDIR", "65,536 bytes"}) {
+        EXPECT_NE(help.output.find(fact), std::string::npos) << fact;
+    }
     const ProgramRun version = Run("$FIID --version");
     EXPECT_EQ(version.exitStatus, 0);
     EXPECT_EQ(version.output.substr(0, 5), "fiid ");
