@@ -514,7 +514,7 @@ TEST(Open, DescriptorOfUnbufferedReadsIsRefused) {
     const std::string path = directory.Write("a", std::string(8192, 'a'));
     for (const int access : {O_RDONLY, O_RDWR}) {
         const IODescriptorSpec specification = {open(path.c_str(), access | O_DIRECT), nullptr};
-        if (specification.descriptor < 0) GTEST_SKIP() << "this file system knows no such descriptors";
+        if (specification.descriptor < 0) continue;  // this file system knows no such descriptors
         HIOFILE handle = nullptr;
         errno = 0;
         EXPECT_EQ(IOOpen(&handle, IOSpecDescriptor, &specification, IOOpenRead), -1) << access;
