@@ -29,12 +29,13 @@ typedef uint16_t FIID;
  *   a handle that IOOpen stores         the caller's; its IOClose ends it
  *   a host's own handle                 the host's; no entry closes it
  *   the handle in IOSpecHandle          stays the host's; the handle around it is the caller's, and is closed first
- *   a handle that IOOpenSub stores      the library's that asked for it, which closes it before the parent, with one
- *                                       exception: an archive whose setting is refused (IOSetInfo, base_utility.h) stays
- *                                       open; handles of IOOpen end what was opened in them with themselves
- *   memory and name in IOMemorySpec     the caller's; the memory must stay until the handle is closed, the name is copied
- *   descriptor and name in              the caller's; the descriptor must stay open until the handle is closed, the name
- *     IODescriptorSpec                  is copied
+ *   a handle that IOOpenSub stores      the library's that asked for it, which closes it before the parent. One stays
+ *                                       open: an archive whose setting is refused (IOSetInfo, base_utility.h). Handles
+ *                                       of IOOpen end what was opened in them with themselves
+ *   memory and name in IOMemorySpec     the caller's; the memory must stay until the handle is closed, the name is
+ *                                       copied
+ *   descriptor and name in              the caller's; the descriptor must stay open until the handle is closed, the
+ *     IODescriptorSpec                  name is copied
  *   paths, names of formats, readers    the caller's; used during the call alone
  *
  * Where a handle stands: FIIdHandle leaves it at offset 0, FIIdSpecial and FIExtTextID wherever they stopped. A handle
@@ -55,7 +56,7 @@ typedef uint16_t FIID;
  *                                       a size of 2 bytes or more
  */
 
-/* ---- The handle contract ------------------------------------------------------------------------------------------ */
+/* ---- The handle contract ----------------------------------------------------------------------------------------- */
 
 /* An open I/O handle: a pointer to a record that starts with its table of operations. IOOpen (base_utility.h) makes
  * handles over files, memory and descriptors; a host may bring a record of its own that starts with an IOOperations. */
@@ -162,7 +163,7 @@ typedef struct IOSubDerivedSpec {
     uint8_t reserved2[24];
 } IOSubDerivedSpec;
 
-/* ---- The reader --------------------------------------------------------------------------------------------------- */
+/* ---- The reader -------------------------------------------------------------------------------------------------- */
 
 enum { FIReaderBufferSize = 2048 };
 
@@ -178,7 +179,7 @@ typedef struct FIReader {
     uint8_t buffer[FIReaderBufferSize];
 } FIReader;
 
-/* ---- The entries -------------------------------------------------------------------------------------------------- */
+/* ---- The entries ------------------------------------------------------------------------------------------------- */
 
 /* Flags of an identification: bit 0 asks for extended text identification, so that a file which no signature claims is
  * told as text (4022, 4005, 1184) or not (1999) by its characters. No other bit has a meaning. Text identification can
