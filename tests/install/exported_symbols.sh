@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# exported_symbols.sh LIBRARY EXPECTED [SIBLING]: fails unless the library's dynamic symbols, with their version nodes, are exactly
-# the expected ones, its soname is set, and it needs its sibling library, if one is named.
+# exported_symbols.sh LIBRARY EXPECTED [SIBLING]: fails unless the library's dynamic symbols, with their version nodes,
+# are exactly the expected ones, its soname is set, and it needs its sibling library, if one is named.
 set -euo pipefail
 symbols=$(nm --dynamic --defined-only --with-symbol-versions --format=posix "$1" | cut -d' ' -f1 | LC_ALL=C sort)
 diff <(echo "$symbols") "$2"
