@@ -95,8 +95,10 @@ FIID FIMatchMarkedRecords(const FIMarkedBlock& block) {
 
 FIID FIProbeMarkedRecords(FIReader& reader) {
     FIMarkedBlock block = {};
-    if (FIRewindHandle(reader) != success) return 0;
-    if (FIReadBlock(reader, block.bytes.data(), markedBlockSize, block.size) != success) return 0;
+    if (!FICopyHead(reader, block.bytes.data(), markedBlockSize, block.size)) {
+        if (FIRewindHandle(reader) != success) return 0;
+        if (FIReadBlock(reader, block.bytes.data(), markedBlockSize, block.size) != success) return 0;
+    }
     if (block.size < markedSmallest) return 0;
     return FIMatchMarkedRecords(block);
 }

@@ -162,6 +162,9 @@ std::uint16_t FIScanFaxBuffer(std::uint8_t* buffer, std::uint16_t count) {
 FIID FIProbeRawFax(FIReader& reader) {
     std::uint8_t buffer[roomSize];
     std::uint32_t count = 0;
-    if (FIRewindHandle(reader) != 0 || FIReadBlock(reader, buffer, scanSize, count) != 0) return 0;
+    if (!FICopyHead(reader, buffer, scanSize, count) &&
+        (FIRewindHandle(reader) != 0 || FIReadBlock(reader, buffer, scanSize, count) != 0)) {
+        return 0;
+    }
     return FIScanFaxBuffer(buffer, static_cast<std::uint16_t>(count)) != 0 ? rawFaxFormat : FIID{0};
 }

@@ -69,8 +69,10 @@ FIID FIProbeXbm(FIReader& reader) {
     constexpr std::uint32_t smallest = 42;
     std::array<char, textBlockSize> block = {};  // a failing read may tell more bytes than it stored
     std::uint32_t count = 0;
-    if (FIRewindHandle(reader) != success) return 0;
-    static_cast<void>(FIReadBlock(reader, block.data(), textBlockSize, count));  // the count alone decides
+    if (!FICopyHead(reader, block.data(), textBlockSize, count)) {
+        if (FIRewindHandle(reader) != success) return 0;
+        static_cast<void>(FIReadBlock(reader, block.data(), textBlockSize, count));  // the count alone decides
+    }
     if (count < smallest) return 0;
 
     std::string_view text = FIAsText(block, count);
@@ -87,8 +89,11 @@ FIID FIProbeXbm(FIReader& reader) {
 FIID FIProbeXpm(FIReader& reader) {
     std::array<char, textBlockSize> block;
     std::uint32_t count = 0;
-    if (FIRewindHandle(reader) != success) return 0;
-    if (FIReadBlock(reader, block.data(), textBlockSize, count) != success || count == 0) return 0;
+    if (!FICopyHead(reader, block.data(), textBlockSize, count)) {
+        if (FIRewindHandle(reader) != success) return 0;
+        if (FIReadBlock(reader, block.data(), textBlockSize, count) != success) return 0;
+    }
+    if (count == 0) return 0;
 
     std::string_view text = FIAsText(block, count);
     // Quirk: a token may go on behind what is compared: "/**", "XPM2" and "*/x" are taken too.

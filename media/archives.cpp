@@ -174,15 +174,20 @@ std::int32_t FICheckTarHeader(const std::uint8_t* block) {
 FIID FIProbeTar(FIReader& reader) {
     std::uint8_t block[tarBlockSize] = {};
     std::uint32_t count = 0;
-    if (FIRewindHandle(reader) != 0 || FIReadBlock(reader, block, tarBlockSize, count) != 0) return 0;
+    if (!FICopyHead(reader, block, tarBlockSize, count) &&
+        (FIRewindHandle(reader) != 0 || FIReadBlock(reader, block, tarBlockSize, count) != 0)) {
+        return 0;
+    }
     return FICheckTarHeader(block) == 0 ? tarFormat : FIID{0};
 }
 
 FIID FIProbeLhaStub(FIReader& reader) {
     std::uint8_t block[lhaBlockSize] = {};  // for a handle that tells a count and delivers nothing
     std::uint32_t count = 0;
-    static_cast<void>(FIRewindHandle(reader));
-    static_cast<void>(FIReadBlock(reader, block, lhaBlockSize, count));
+    if (!FICopyHead(reader, block, lhaBlockSize, count)) {
+        static_cast<void>(FIRewindHandle(reader));
+        static_cast<void>(FIReadBlock(reader, block, lhaBlockSize, count));
+    }
     for (std::uint32_t start = 0; start + lhaLevelOffset < count; ++start) {
         if (FIIsLhaHeader(block + start)) return lhaStubFormat;
     }

@@ -72,6 +72,21 @@ enum { IOSetInfoArchive = 39, IOSetInfoArchiveMember = 2 };
  * an archive, or -1. */
 int32_t IOSetInfo(HIOFILE handle, uint32_t selector, uint32_t member, const void* value);
 
+/* The start of an object that lies in memory. */
+typedef struct UTHead {
+    const uint8_t* bytes; /* the handle's own; they stay until it is closed */
+    uint32_t size;        /* bytes: the whole object, or its first 8,192 */
+    uint64_t objectSize;  /* bytes, at least size; UINT64_MAX when it is not known */
+} UTHead;
+
+/* Hands out the start of an object, reading it if need be, and returns 0. What it tells must be what reads would
+ * deliver: with a size below 8,192 the object ends behind it. Returns -1 for a handle that has no such thing: one of a
+ * host's own, one whose start can't be read, or one that was opened in another. The position is left alone.
+ *
+ * The one function of this header that a replacement may leave out: the identification is the same without it, and
+ * slower. */
+int16_t UTGetHead(HIOFILE handle, UTHead* head);
+
 /* ---- Strings and options ----------------------------------------------------------------------------------------- */
 
 /* Key of the display name of a format identifier: the identifier with this bit set. */

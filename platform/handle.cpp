@@ -136,6 +136,11 @@ UTHandle* UTFindHandle(HIOFILE file) {
     return file != nullptr && file->operations.IORead == UTRead ? &UTFromFile(file) : nullptr;
 }
 
+extern "C" std::int16_t UTGetHead(HIOFILE file, UTHead* head) {
+    UTHandle* const handle = UTFindHandle(file);
+    return handle != nullptr && handle->kind->head != nullptr && handle->kind->head(*handle, *head) ? 0 : -1;
+}
+
 std::int32_t UTGetNameInfo(HIOFILE file, std::uint32_t selector, void* value) {
     const UTHandleName& name = UTFromFile(file).name;
     switch (selector) {

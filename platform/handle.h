@@ -12,8 +12,12 @@
 #include <type_traits>
 
 #include "fiid.h"
+#include "platform/base_utility.h"
 
 struct UTHandle;
+
+// Bytes of an object that UTGetHead hands out, when it has as many: all that the routines look at near the start.
+inline constexpr std::uint32_t UTHeadBytes = 8192;
 
 // What an object can do. One constant per kind.
 struct UTHandleKind {
@@ -25,6 +29,8 @@ struct UTHandleKind {
     std::uint64_t (*size)(UTHandle& handle);
     // Gives back what the kind's own record holds, null when that is nothing. The record itself is freed by its caller.
     void (*release)(UTHandle& handle);
+    // Hands out the object's start as UTGetHead does; null for a kind that has none.
+    bool (*head)(UTHandle& handle, UTHead& head) = nullptr;
 };
 
 // Something found in an object's bytes that is kept with the handle and ends with it. Its maker's record is one.

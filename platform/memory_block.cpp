@@ -26,7 +26,13 @@ std::int32_t UTReadMemory(UTHandle& handle, std::uint64_t offset, void* destinat
 
 std::uint64_t UTMemorySize(UTHandle& handle) { return UTRecordOf<UTMemoryBlock>(handle).size; }
 
-constexpr UTHandleKind memoryKind = {UTReadMemory, UTMemorySize, nullptr};
+bool UTMemoryHead(UTHandle& handle, UTHead& head) {
+    const UTMemoryBlock& block = UTRecordOf<UTMemoryBlock>(handle);
+    head = {block.data, static_cast<std::uint32_t>(std::min<std::uint64_t>(block.size, UTHeadBytes)), block.size};
+    return true;
+}
+
+constexpr UTHandleKind memoryKind = {UTReadMemory, UTMemorySize, nullptr, UTMemoryHead};
 
 }  // namespace
 

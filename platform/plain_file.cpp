@@ -15,8 +15,7 @@
 
 namespace {
 
-// The window holds all that the routines look at near the start: 4,096 bytes and what stands behind.
-constexpr std::uint32_t windowBytes = 8192;
+constexpr std::uint32_t windowBytes = UTHeadBytes;
 
 struct UTPlainFile {
     UTHandle handle;
@@ -96,7 +95,18 @@ void UTReleasePlainFile(UTHandle& handle) {
     if (file.ownsDescriptor) close(file.descriptor);
 }
 
-constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile};
+// The window, if it is all that reads would deliver of its range. A file that became shorter, or of which a part can't be
+// read, is left to the reads.
+bool UTPlainFileHead(UTHandle& handle, UTHead& head) {
+    UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
+    if (UTReadWindow(file) != 0 || file.windowFailed) return false;
+    if (file.sizeKnown && file.windowFilled < std::min<std::uint64_t>(file.size, windowBytes)) return false;
+    const std::uint64_t sizeSeen = file.windowFilled < windowBytes ? file.windowFilled : UINT64_MAX;
+    head = {file.window, file.windowFilled, file.sizeKnown ? file.size : sizeSeen};
+    return true;
+}
+
+constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile, UTPlainFileHead};
 
 // Tells the size, or -1 with errno set for a kind of file that is refused.
 std::int32_t UTMeasureDescriptor(int descriptor, std::uint64_t& size) {

@@ -16,6 +16,10 @@ inline std::int32_t FIReadHandle(HIOFILE file, void* block, std::uint32_t size, 
     return status;
 }
 
+// Copies the file's first bytes, up to size of them, from the reader's head. False when it has none that holds so many.
+// Stands in front of FIRewindHandle and FIReadBlock, which would deliver the same.
+bool FICopyHead(const FIReader& reader, void* block, std::uint32_t size, std::uint32_t& count);
+
 // Moves the reader's handle to offset 0. Returns the seek's status.
 std::int32_t FIRewindHandle(FIReader& reader);
 

@@ -1,8 +1,11 @@
 // reader.cpp - the parts of FIReader that are not worth inlining.
 #include "reader/reader.h"
 
+#include <type_traits>
+
 #include "platform/base_utility.h"
 #include "reader/handle_block.h"
+#include "reader/head.h"
 
 namespace {
 
@@ -11,6 +14,25 @@ constexpr std::uint32_t endOfReach = 0xFFFFFFFF;
 std::int32_t FISeekHandle(HIOFILE file, std::uint32_t target) {
     // The operation's offset is a signed number that origin 0 reads as unsigned.
     return file->operations.IOSeek(file, IOOriginStart, static_cast<std::int32_t>(target));
+}
+
+// What FIReaderNew allocates.
+struct FIOwnReader {
+    FIReader reader;
+    const FIHead* head;
+};
+static_assert(std::is_standard_layout_v<FIOwnReader>);
+
+// Makes the head the reader's buffer.
+//
+// This is the seek and the read that a reader without a head makes: neither can fail in the head's range, the same bytes
+// come, and a buffer that reaches further is one that the handle has filled. Only the handle stays where it is, which the
+// next refill looks at.
+void FIReaderStandInHead(FIReader& reader, const FIHead& head, std::uint32_t target) {
+    reader.bufferPos = 0;
+    reader.bytesFilled = head.size;
+    reader.bytesLeft = static_cast<std::int16_t>(head.size - target);
+    reader.cursor = const_cast<std::uint8_t*>(head.bytes) + target;  // nobody writes through it
 }
 
 // Reads the next 2,048 bytes at the handle's position. Returns the first of them.
@@ -38,12 +60,18 @@ std::uint16_t FIReaderReachEnd(FIReader& reader) {
 
 }  // namespace
 
-FIReader* FIReaderNew(HIOFILE file) {
-    auto* const reader = static_cast<FIReader*>(HeapAlloc(GetProcessHeap(), 0, sizeof(FIReader)));
-    if (reader == nullptr) return nullptr;
-    FIReaderStart(*reader, file);
-    reader->self = reader;
-    return reader;
+FIReader* FIReaderNew(HIOFILE file, const FIHead* head) {
+    auto* const own = static_cast<FIOwnReader*>(HeapAlloc(GetProcessHeap(), 0, sizeof(FIOwnReader)));
+    if (own == nullptr) return nullptr;
+    FIReaderStart(own->reader, file);
+    own->reader.self = own;
+    own->head = head;
+    if (head != nullptr) FIReaderStandInHead(own->reader, *head, 0);
+    return &own->reader;
+}
+
+const FIHead* FIReaderHead(const FIReader& reader) {
+    return reader.self != nullptr ? static_cast<const FIOwnReader*>(reader.self)->head : nullptr;
 }
 
 void FIReaderStart(FIReader& reader, HIOFILE file) {
@@ -72,6 +100,10 @@ std::uint16_t FIReaderFill(FIReader& reader) {
 }
 
 std::int32_t FIReaderFlush(FIReader& reader, std::uint32_t target) {
+    if (const FIHead* const head = FIReaderHead(reader); head != nullptr && target < head->size) {
+        FIReaderStandInHead(reader, *head, target);
+        return 0;
+    }
     reader.bytesFilled = 0;
     reader.bytesLeft = 0;
     const std::int32_t status = FISeekHandle(reader.file, target);

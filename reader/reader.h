@@ -13,15 +13,23 @@
 
 #include "fiid.h"
 
+struct FIHead;
+
 // What FIReaderGetByte delivers at the end of the file.
 inline constexpr std::uint16_t endOfFile = 0xFFFF;
 
 // A new reader over a handle, from the process heap, or null when memory is exhausted. Does not touch the file: the
 // reader starts at offset 0 wherever the handle stands. Release it with FIReaderFree.
-FIReader* FIReaderNew(HIOFILE file);
+//
+// With the handle's head (reader/head.h), which stays the caller's and must outlive the reader, what lies in it is taken
+// from there: the head is the reader's buffer as long as the reader stands in it. It delivers what the handle would.
+FIReader* FIReaderNew(HIOFILE file, const FIHead* head = nullptr);
 
 // Makes a reader in place, in a record of the caller's, over a handle.
 void FIReaderStart(FIReader& reader, HIOFILE file);
+
+// The head that a reader takes its bytes from, or null.
+const FIHead* FIReaderHead(const FIReader& reader);
 
 // Frees a reader of FIReaderNew and returns its handle, which stays open, standing wherever the reader left it.
 HIOFILE FIReaderFree(FIReader& reader);
@@ -29,7 +37,7 @@ HIOFILE FIReaderFree(FIReader& reader);
 // The slow path of FIReaderGetByte: refills the buffer. Not to be called otherwise.
 std::uint16_t FIReaderFill(FIReader& reader);
 
-// The slow path of FIReaderSeek: drops the buffer and moves the handle.
+// The slow path of FIReaderSeek: goes back to the head if the target lies there, or drops the buffer and moves the handle.
 std::int32_t FIReaderFlush(FIReader& reader, std::uint32_t target);
 
 // The next byte, 0 to 255, or endOfFile.
@@ -50,8 +58,9 @@ inline void FIReaderPutBack(FIReader& reader) {
 inline std::int32_t FIReaderSeek(FIReader& reader, std::uint32_t target) {
     const std::uint32_t bufferEnd = reader.bufferPos + reader.bytesFilled;
     if (target < reader.bufferPos || target >= bufferEnd) return FIReaderFlush(reader, target);
-    reader.bytesLeft = static_cast<std::int16_t>(bufferEnd - target);  // 1 to 2,048
-    reader.cursor = reader.buffer + (target - reader.bufferPos);
+    const auto bytesLeft = static_cast<std::int16_t>(bufferEnd - target);  // 1 to 2,048, in a head to 8,192
+    reader.cursor += reader.bytesLeft - bytesLeft;
+    reader.bytesLeft = bytesLeft;
     return 0;
 }
 

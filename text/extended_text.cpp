@@ -1,4 +1,4 @@
-// extended_text.cpp - FIExtTextID: text told by its characters alone, the last resort when no signature row fits.
+// extended_text.cpp - text told by its characters alone, the last resort when no signature row fits.
 //
 // What counts are line ends, blanks, at-signs, high bytes and control characters.
 //
@@ -10,8 +10,11 @@
 //
 // The sample is the first 4,096 bytes, or a smaller file whole. A control character ends it; only a sample that holds
 // one can be no text. Bytes 08, 09 and 0C, CR and LF are no control characters here, and 7F is a plain text byte.
+#include "text/extended_text.h"
+
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "catalogue/format_not_known.h"
 #include "fiid.h"
@@ -169,9 +172,16 @@ FIID FIDecideText(const TextCounts& counts, std::uint32_t sampleSize) {
 
 }  // namespace
 
+FIID FITellText(FIReader& reader, FIHead*) {
+    const std::uint32_t sampleSize = FIMeasureSample(reader);
+    static_cast<void>(FIReaderSeek(reader, 0));  // a failure shows in the bytes that come
+    return FIDecideText(FICountSample(reader, sampleSize), sampleSize);
+}
+
 extern "C" std::int16_t FIExtTextID(FIReader* reader, FIID* fiid) {
-    const std::uint32_t sampleSize = FIMeasureSample(*reader);
-    static_cast<void>(FIReaderSeek(*reader, 0));  // a failure shows in the bytes that come
-    *fiid = FIDecideText(FICountSample(*reader, sampleSize), sampleSize);
+    // A host's reader need not have a value there, and the reader's functions look at it.
+    void* const self = std::exchange(reader->self, nullptr);
+    *fiid = FITellText(*reader);
+    reader->self = self;
     return 0;
 }
