@@ -7,7 +7,7 @@
 #include "core/routines.h"
 #include "platform/base_utility.h"
 #include "reader/reader.h"
-#include "signatures/routine_numbers.h"
+#include "signatures/routine_needs.h"
 
 namespace {
 
@@ -56,8 +56,8 @@ void MeasureWalk(benchmark::State& state) {
 
 void RegisterRoutines() {
     benchmark::RegisterBenchmark("walk/unclaimed", MeasureWalk);
-    for (const std::uint16_t number : routineNumbers) {
-        benchmark::RegisterBenchmark(("routine/" + std::to_string(number)).c_str(), MeasureRoutine,
-                                     FIFindRoutine(number));
+    for (const FIRoutineNeeds& routine : routineNeeds) {
+        benchmark::RegisterBenchmark(("routine/" + std::to_string(routine.number)).c_str(), MeasureRoutine,
+                                     FIFindRoutine(routine.number));
     }
 }

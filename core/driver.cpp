@@ -2,6 +2,7 @@
 #include "core/driver.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <iterator>
 
@@ -9,9 +10,12 @@
 #include "core/interpreter.h"
 #include "platform/base_utility.h"
 #include "reader/ascii_case.h"
+#include "reader/head.h"
 #include "reader/reader.h"
+#include "signatures/row_filter.h"
 #include "signatures/table.h"
 #include "text/encoded_text.h"
+#include "text/extended_text.h"
 
 namespace {
 
@@ -59,8 +63,25 @@ bool FIReadClassId(HIOFILE handle, std::uint8_t (&classId)[classIdSize]) {
            handle->operations.IOGetInfo(handle, IOInfoClassId, classId) == 0;
 }
 
+// Tries the rows that the head lets pass, in order. The closing entry fails in any file and is left out.
+FIVerdict FIWalkSelectedRows(FIReader& reader, FIRequest& request) {
+    const FIFilterBytes bytes = {request.head->bytes, request.head->size};
+    const FIRowSet rows = FISelectRows(bytes, request.hasClassId);
+    for (std::size_t word = 0; word < rows.size(); ++word) {
+        for (std::uint64_t bits = rows[word]; bits != 0; bits &= bits - 1) {
+            const auto row =
+                static_cast<std::uint16_t>(word * 64 + static_cast<std::size_t>(std::countr_zero(bits)) + 1);
+            if (!FIFarByteFits(row, bytes)) continue;
+            const FIID fiid = FIRunSignature(FISignatureEntry(row), reader, request);
+            if (fiid != 0) return {fiid, row};
+        }
+    }
+    return {0, 0};
+}
+
 // Tries the entries in order, the closing one too: it passes over the table's end and fails in what lies behind.
 FIVerdict FIWalkTable(FIReader& reader, FIRequest& request) {
+    if (request.head != nullptr) return FIWalkSelectedRows(reader, request);
     for (std::uint16_t row = 1; row <= signatureEntryCount; ++row) {
         const FIID fiid = FIRunSignature(FISignatureEntry(row), reader, request);
         if (fiid != 0) return {fiid, row};
@@ -80,13 +101,15 @@ bool FITextIsAllowed(std::uint32_t flags) {
 
 }  // namespace
 
-std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& verdict) {
+std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& verdict, FIWalk walk) {
     verdict = {0, 0};
+    FIHead head;        // its masks stay undefined until they are made
     FIRequest request;  // the namespace's further units stay undefined until the scan fills them
     request.xmlNamespace[0] = xmlNamespaceNotScanned;
     request.hasClassId = FIReadClassId(handle, request.classId);
     FIReadExtension(handle, request.extension);
-    FIReader* const reader = FIReaderNew(handle);
+    request.head = walk == FIWalk::byHead && FITakeHead(handle, head) ? &head : nullptr;
+    FIReader* const reader = FIReaderNew(handle, request.head);
     if (reader == nullptr) {
         verdict.fiid = formatNotKnown;
         return failure;
@@ -94,7 +117,7 @@ std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& v
     verdict = FIWalkTable(*reader, request);
     if (verdict.fiid == 0) {
         if (FITextIsAllowed(flags) && !request.hasClassId) {
-            static_cast<void>(FIExtTextID(reader, &verdict.fiid));
+            verdict.fiid = FITellText(*reader, request.head);
         } else {
             verdict.fiid = formatNotKnown;
         }

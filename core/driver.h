@@ -12,5 +12,10 @@ struct FIVerdict {
     std::uint16_t row;
 };
 
+// How the table is walked. With the head of the file, if the handle has one, what it rules out is left out; the plain walk
+// runs every row in full, as over handles without a head. Both give the same verdict: the plain walk is what the other one
+// is tested against.
+enum class FIWalk : std::uint8_t { byHead, plain };
+
 // FIIdHandle with the deciding row.
-std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& verdict);
+std::int16_t FIIdHandleWithRow(HIOFILE handle, std::uint32_t flags, FIVerdict& verdict, FIWalk walk = FIWalk::byHead);

@@ -5,6 +5,7 @@
 
 #include "core/routines.h"
 #include "reader/file_end.h"
+#include "reader/head.h"
 #include "reader/little_endian.h"
 #include "reader/reader.h"
 
@@ -137,7 +138,11 @@ FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, FIRequest& reques
         if (opcode == FIOpcode::Id) return FILoadWordLE(code);
         if (opcode == FIOpcode::Call) {
             const FIRoutine* const routine = FIFindRoutine(FILoadWordLE(code));
-            if (routine != nullptr) return FIRunRoutine(*routine, reader, extension);
+            if (routine != nullptr) {
+                const bool ruledOut =
+                    request.head != nullptr && routine->gate != nullptr && !routine->gate(*request.head);
+                return ruledOut ? FIID{0} : FIRunRoutine(*routine, reader, extension);
+            }
             // Quirk: the number's high byte is taken as the start of the next item. The three rows for PICT data hold
             // FF 0C 00 FF 08: a call of the unknown routine 0xFF00, whose high byte then reads as the FF of Id.
             code += 1;

@@ -8,6 +8,8 @@
 #include "package/xml_namespace.h"
 #include "signatures/bytecode.h"
 
+struct FIHead;
+
 // Characters of an extension that the rows know.
 inline constexpr std::size_t extensionLength = 4;
 
@@ -16,6 +18,7 @@ struct FIRequest {
     char extension[extensionLength + 1];  // the file's, in upper case, NUL-terminated
     bool hasClassId;                      // whether classId holds the class identifier of a storage
     std::uint8_t classId[classIdSize];    // a GUID in its memory form
+    FIHead* head = nullptr;               // the file's, or null: then all rows and routines run
     // FIXmlNamespace: the first unit is xmlNamespaceNotScanned until a row asks; the further ones need no value before.
     std::uint16_t xmlNamespace[xmlNamespaceUnits];
 };

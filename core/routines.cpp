@@ -31,7 +31,7 @@
 #include "sheets/rbf_records.h"
 #include "sheets/table_headers.h"
 #include "sheets/worksheet_records.h"
-#include "signatures/routine_numbers.h"
+#include "signatures/routine_needs.h"
 #include "storage/named_streams.h"
 #include "storage/storage_dispatcher.h"
 #include "storage/word_storage.h"
@@ -116,8 +116,8 @@ constexpr FIRoutine routines[] = {
     // clang-format on
 };
 
-static_assert(std::ranges::is_sorted(routineNumbers));
-static_assert(std::ranges::equal(routines, routineNumbers, {}, &FIRoutine::number));
+static_assert(std::ranges::is_sorted(routineNeeds, {}, &FIRoutineNeeds::number));
+static_assert(std::ranges::equal(routines, routineNeeds, {}, &FIRoutine::number, &FIRoutineNeeds::number));
 
 }  // namespace
 

@@ -29,7 +29,7 @@
 
 #include "signatures/bytecode.h"
 #include "signatures/namespace_hosts.h"
-#include "signatures/routine_numbers.h"
+#include "signatures/routine_needs.h"
 
 // How a row ends: with an identifier, or with a call of a special routine.
 struct FIRowResult {
@@ -294,13 +294,13 @@ consteval auto FIAssembleRows() {
 }
 
 // Whether a row may stand under a number: numbers have no gap, an identifier of 0 would be a row that fails, and a
-// routine that is called stands in routineNumbers.
+// routine that is called stands in routineNeeds.
 constexpr bool FIIsGoodRow(const FISignatureRow& row, std::uint16_t number) {
     if (row.row != number || row.result.number == 0) return false;
     if (row.result.opcode == FIOpcode::Id) return true;
     if (row.result.opcode != FIOpcode::Call) return false;
-    for (const std::uint16_t routine : routineNumbers) {
-        if (routine == row.result.number) return true;
+    for (const FIRoutineNeeds& routine : routineNeeds) {
+        if (routine.number == row.result.number) return true;
     }
     return false;
 }
