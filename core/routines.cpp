@@ -51,16 +51,16 @@ namespace {
 
 constexpr FIRoutine routines[] = {
     // clang-format off
-    {1003, FIProbeHighBitWords},                                                        // wordproc/code_statistics.h
+    {1003, FIProbeHighBitWords, nullptr, FIMayBeHighBitWords},                          // wordproc/code_statistics.h
     {1007, FIProbeBlockHeader},                                                         // wordproc/block_structures.h
     {1010, FIProbeWordChecksum},                                                        // wordproc/trailers.h
     {1018, FIProbeMirroredLengths},                                                     // wordproc/block_structures.h
     {1019, FIProbeEscapeHeader},                                                        // wordproc/trailers.h
-    {1020, FIProbeLayoutTrailer},                                                       // wordproc/trailers.h
+    {1020, FIProbeLayoutTrailer, nullptr, FIMayBeLayoutTrailer},                        // wordproc/trailers.h
     {1021, [](FIReader& reader) { return FIProbePipeCodes(reader, 1021); }},            // wordproc/trailers.h
-    {1023, FIProbeFunctionCodes},                                                       // wordproc/function_codes.h
+    {1023, FIProbeFunctionCodes, nullptr, FIMayHaveFunctionCodes},                      // wordproc/function_codes.h
     {1025, FIProbeBlockList},                                                           // wordproc/block_structures.h
-    {1034, FIProbeCommandCounts},                                                       // wordproc/code_statistics.h
+    {1034, FIProbeCommandCounts, nullptr, FIMayHaveCommandCounts},                      // wordproc/code_statistics.h
     {1041, FIProbeEntryTable},                                                          // wordproc/block_structures.h
     {1057, FIProbeVersionSections},                                                     // wordproc/version_sections.h
     {1077, [](FIReader& reader) { return FIProbePipeCodes(reader, 1077); }},            // wordproc/trailers.h
@@ -84,13 +84,13 @@ constexpr FIRoutine routines[] = {
     {1450, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1450); }}, // storage/named_streams.h
     {1453, [](FIReader& reader) { return FIProbePerfectOfficeStorage(reader, 1453); }}, // storage/named_streams.h
     {1504, FIProbeEpsPreview},                                                          // graphics/eps_preview.h
-    {1505, FIProbeRawFax},                                                              // graphics/raw_fax.h
+    {1505, FIProbeRawFax, nullptr, FIMayBeRawFax},                                      // graphics/raw_fax.h
     {1515, FIProbeIconFile},                                                            // graphics/icons.h
     {1518, FIProbeMacPaint},                                                            // graphics/macpaint.h
     {1528, FIProbeCgm},                                                                 // graphics/cgm.h
     {1535, FIProbeJpeg},                                                                // graphics/jpeg.h
     {1544, FIProbeDxf},                                                                 // graphics/drawings.h
-    {1557, FIProbePdf},                                                                 // graphics/drawings.h
+    {1557, FIProbePdf, nullptr, FIMayBePdf},                                            // graphics/drawings.h
     {1569, FIProbeIges},                                                                // graphics/card_images.h
     {1570, FIProbeMarkedRecords},                                                       // graphics/marked_records.h
     {1571, FIProbeXbm},                                                                 // graphics/x_images.h
@@ -108,9 +108,9 @@ constexpr FIRoutine routines[] = {
     {1709, FIProbeId3Header},                                                           // media/mpeg_audio.h
     {1710, FIProbeMpegAudio},                                                           // media/mpeg_audio.h
     {1802, FIProbePackage},                                                             // package/package_probe.h
-    {1803, FIProbeZipStub},                                                             // media/archives.h
-    {1807, FIProbeTar},                                                                 // media/archives.h
-    {1814, FIProbeLhaStub},                                                             // media/archives.h
+    {1803, FIProbeZipStub, nullptr, FIMayBeZipStub},                                    // media/archives.h
+    {1807, FIProbeTar, nullptr, FIMayBeTar},                                            // media/archives.h
+    {1814, FIProbeLhaStub, nullptr, FIMayBeLhaStub},                                    // media/archives.h
     {1999, nullptr, FIProbeStorage},                                                    // storage/storage_dispatcher.h
     {4050, FIProbeEncodedText},                                                         // text/encoded_text.h
     // clang-format on

@@ -19,6 +19,8 @@
 #include <string_view>
 
 #include "reader/ascii_case.h"
+#include "reader/find_byte.h"
+#include "reader/head.h"
 #include "reader/reader.h"
 #include "reader/rewind.h"
 #include "reader/text_line.h"
@@ -123,6 +125,15 @@ FIID FIProbeMif(FIReader& reader) {
         if (version != std::end(mifVersions)) return japanese ? version->japaneseFormat : version->format;
     }
     return mifFormat;
+}
+
+bool FIMayBePdf(FIHead& head) {
+    const std::uint32_t starts = std::min(head.size, pdfSearchSize);
+    return FICountPlaces(head.bytes, starts, '%', [&head](std::uint32_t place) {
+               const std::uint32_t text = place + 1;
+               return text + pdfVersion.size() <= head.size &&
+                      std::equal(pdfVersion.begin(), pdfVersion.end(), head.bytes + text);
+           }) != 0;
 }
 
 FIID FIProbePdf(FIReader& reader) {

@@ -5,6 +5,8 @@
 
 #include "fiid.h"
 
+struct FIHead;
+
 // The text form of DXF: 1544 or 0.
 FIID FIProbeDxf(FIReader& reader);
 
@@ -15,3 +17,6 @@ FIID FIProbeMif(FIReader& reader);
 
 // A PDF header of major version 1 within the first kilobyte: 1557 or 0.
 FIID FIProbePdf(FIReader& reader);
+
+// Its gate: whether such a header stands in the head.
+bool FIMayBePdf(FIHead& head);

@@ -16,9 +16,12 @@
 #include <array>
 #include <bit>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
+#include <utility>
 
 #include "reader/handle_block.h"
+#include "reader/head.h"
 
 namespace {
 
@@ -33,18 +36,24 @@ constexpr std::uint16_t lookupMask = (1U << faxLongestCode) - 1;
 
 constexpr std::uint32_t standardWidths[] = {1728, 2048, 2432, 3456, 4096, 4864};
 
-// Entry b is b with its eight bits in the opposite order.
-constexpr std::array<std::uint8_t, 256> FIMakeReversedBytes() {
-    std::array<std::uint8_t, 256> reversed{};
-    for (std::uint32_t byte = 0; byte < reversed.size(); ++byte) {
-        for (std::uint32_t bit = 0; bit < bitsPerByte; ++bit) {
-            if ((byte >> bit & 1) != 0) reversed[byte] = static_cast<std::uint8_t>(reversed[byte] | 0x80 >> bit);
-        }
-    }
-    return reversed;
+// Turns the bits of each byte round: its halves, their pairs, and the bits of these change places, in eight bytes at once.
+void FIReverseFaxBytes(std::uint8_t* bytes, std::size_t count) {
+    const auto swap = [](std::uint64_t eight, std::uint64_t mask, std::uint32_t distance) {
+        return (eight & mask) << distance | (eight >> distance & mask);
+    };
+    const auto reverse = [&swap](std::uint8_t* start, std::size_t size) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, start, size);
+        eight = swap(eight, 0x0F0F0F0F0F0F0F0F, 4);
+        eight = swap(eight, 0x3333333333333333, 2);
+        eight = swap(eight, 0x5555555555555555, 1);
+        std::memcpy(start, &eight, size);
+    };
+    const std::size_t inEights = count - count % sizeof(std::uint64_t);
+    for (std::size_t start = 0; start < inEights; start += sizeof(std::uint64_t))
+        reverse(bytes + start, sizeof(std::uint64_t));
+    reverse(bytes + inEights, count - inEights);
 }
-
-constexpr std::array<std::uint8_t, 256> reversedBytes = FIMakeReversedBytes();
 
 // A place in the stream.
 struct FIFaxPosition {
@@ -52,57 +61,93 @@ struct FIFaxPosition {
     std::uint8_t bit;  // 0 to 7, 0 being the most significant
 };
 
-// Moves behind the next end-of-line mark that lies whole between the position and the end of the data. The mark is the
-// first one bit with at least eleven zeros in front of it, so whole bytes can be passed over by their runs of zeros.
-bool FIFindFaxMark(FIFaxPosition& position, const std::uint8_t* end) {
-    std::uint32_t zeros = 0;  // in a row, up to the byte looked at
+// Numbers whose first byte in memory is the most significant one. The builtins are one instruction, which g++ does not
+// make of a loop.
+std::uint32_t FILoadFourHighFirst(const std::uint8_t* bytes) {
+    std::uint32_t number;
+    std::memcpy(&number, bytes, sizeof(number));
+    return std::endian::native == std::endian::little ? __builtin_bswap32(number) : number;
+}
+
+std::uint64_t FILoadEightHighFirst(const std::uint8_t* bytes) {
+    std::uint64_t number;
+    std::memcpy(&number, bytes, sizeof(number));
+    return std::endian::native == std::endian::little ? __builtin_bswap64(number) : number;
+}
+
+// The next 64 bits from a byte on, the first one on top; zeros behind the end.
+std::uint64_t FILoadFaxBits(const std::uint8_t* byte, const std::uint8_t* end) {
+    constexpr std::ptrdiff_t size = sizeof(std::uint64_t);
+    if (end - byte >= size) return FILoadEightHighFirst(byte);
+    std::array<std::uint8_t, size> bytes = {};
+    std::copy(byte, end, bytes.begin());
+    return FILoadEightHighFirst(bytes.data());
+}
+
+// The bits with eleven zeros from them on in the same 64.
+std::uint64_t FIFindMarkZeros(std::uint64_t bits) {
+    static_assert(markZeros == 1 + 1 + 2 + 4 + 3);
+    std::uint64_t zeros = ~bits;
+    zeros &= zeros << 1;  // of two
+    zeros &= zeros << 2;  // of four
+    zeros &= zeros << 4;  // of eight
+    return zeros & zeros << 3;
+}
+
+// Moves a position to the next one bit and behind it. False when the data ends first.
+bool FIPassFaxZeros(FIFaxPosition& position, const std::uint8_t* end) {
     std::uint32_t firstBit = position.bit;
     for (const std::uint8_t* byte = position.byte; byte < end; ++byte) {
         const auto bits = static_cast<std::uint8_t>(*byte << firstBit);  // from firstBit on, zeros behind
-        if (bits == 0) {
-            zeros += bitsPerByte - firstBit;
-        } else {
-            const auto leading = static_cast<std::uint32_t>(std::countl_zero(bits));
-            if (zeros + leading >= markZeros) {
-                const std::uint32_t next = firstBit + leading + 1;
-                position.byte = byte + next / bitsPerByte;
-                position.bit = static_cast<std::uint8_t>(next % bitsPerByte);
-                return true;
-            }
-            zeros = static_cast<std::uint32_t>(std::countr_zero(*byte));
+        if (bits != 0) {
+            const std::uint32_t next = firstBit + static_cast<std::uint32_t>(std::countl_zero(bits)) + 1;
+            position.byte = byte + next / bitsPerByte;
+            position.bit = static_cast<std::uint8_t>(next % bitsPerByte);
+            return true;
         }
         firstBit = 0;
     }
     return false;
 }
 
-// Decodes the row at a position, which moves as FIDecodeFaxRow moves its cursor.
-std::uint16_t FIDecodeFaxRowAt(FIFaxPosition& position, const std::uint8_t* end) {
-    return FIDecodeFaxRow(position.byte, faxWhiteLookup, faxBlackLookup, position.bit,
-                          static_cast<std::int32_t>(end - position.byte));
+// Moves behind the next end-of-line mark that lies whole between the position and the end of the data: the first one bit
+// with at least eleven zeros in front of it. Of 64 bits a run of zeros can start in the first 54, and the next look is
+// at the bits from the 49th on, so that none is missed.
+bool FIFindFaxMark(FIFaxPosition& position, const std::uint8_t* end) {
+    constexpr std::ptrdiff_t step = 6;
+    std::uint32_t firstBit = position.bit;
+    for (const std::uint8_t* byte = position.byte; byte < end; byte += std::min(step, end - byte)) {
+        const std::uint64_t bits = FILoadFaxBits(byte, end) | ~(~std::uint64_t{0} >> firstBit);
+        firstBit = 0;
+        const std::uint64_t zeros = FIFindMarkZeros(bits);
+        if (zeros == 0) continue;
+        const std::uint32_t behind = static_cast<std::uint32_t>(std::countl_zero(zeros)) + markZeros;
+        position = {byte + behind / bitsPerByte, static_cast<std::uint8_t>(behind % bitsPerByte)};
+        return FIPassFaxZeros(position, end);
+    }
+    return false;
 }
 
-// Shifts the next bits of the stream into the low end of a register. Lowers rowBytesLeft with every byte that is used
-// up, on beyond 0 if the fetch goes on there; the stream holds zeros behind the data.
-std::uint16_t FIFetchFaxBits(FIFaxPosition& position, std::uint32_t bits, std::int32_t& rowBytesLeft,
-                             std::uint16_t lastBits) {
-    std::uint32_t fetched = lastBits;
-    while (bits > 0) {
-        const std::uint32_t bitsLeft = bitsPerByte - position.bit;
-        const std::uint32_t taken = std::min(bits, bitsLeft);
-        const std::uint32_t byte = rowBytesLeft > 0 ? *position.byte : 0;
-        fetched = fetched << taken | (byte >> (bitsLeft - taken) & faxBitMask[taken]);
-        bits -= taken;
-        if (taken < bitsLeft) {
-            position.bit = static_cast<std::uint8_t>(position.bit + taken);
-        } else {
-            ++position.byte;
-            position.bit = 0;
-            --rowBytesLeft;
-        }
+// A row's bits, counted from the most significant one of the first byte on. Behind its bytes there are zeros.
+struct FIFaxBits {
+    const std::uint8_t* bytes;
+    std::int64_t byteCount;
+
+    std::uint32_t ByteAt(std::uint32_t index) const { return index < byteCount ? bytes[index] : 0; }
+
+    // Four bytes from one of them on, the first one on top.
+    std::uint32_t FourAt(std::uint32_t index) const {
+        if (index + std::int64_t{4} <= byteCount) return FILoadFourHighFirst(bytes + index);
+        return ByteAt(index) << 24 | ByteAt(index + 1) << 16 | ByteAt(index + 2) << 8 | ByteAt(index + 3);
     }
-    return static_cast<std::uint16_t>(fetched & lookupMask);
-}
+
+    // The 13 bits that end in front of a bit.
+    std::uint16_t KeyBefore(std::uint32_t endBit) const {
+        const std::uint32_t first = endBit - faxLongestCode;
+        const std::uint32_t bitsBehind = 4 * bitsPerByte - faxLongestCode - first % bitsPerByte;
+        return static_cast<std::uint16_t>(FourAt(first / bitsPerByte) >> bitsBehind & lookupMask);
+    }
+};
 
 // Moves back by less than 16 bits.
 void FIStepFaxBack(FIFaxPosition& position, std::uint32_t bits) {
@@ -112,39 +157,61 @@ void FIStepFaxBack(FIFaxPosition& position, std::uint32_t bits) {
     position.bit = static_cast<std::uint8_t>(bit % bitsPerByte);
 }
 
-}  // namespace
-
-std::uint16_t FIDecodeFaxRow(const std::uint8_t*& bitCursor, const FIFaxLookup& whiteLookup,
-                             const FIFaxLookup& blackLookup, std::uint8_t& bitPosition, std::int32_t rowBytesLeft) {
-    FIFaxPosition position = {bitCursor, bitPosition};
-    bool isWhite = true;
+// FIDecodeFaxRow over the bytes from a position to the end, up to so many pixels: a row of more is none of a standard
+// width, and the position then lies anywhere in it.
+std::uint16_t FIDecodeRow(FIFaxPosition& position, std::int32_t rowBytesLeft, const FIFaxLookup& whiteLookup,
+                          const FIFaxLookup& blackLookup, std::uint32_t mostPixels) {
+    const FIFaxBits row = {position.byte, rowBytesLeft};
+    std::uint32_t taken = position.bit;               // bits, from the first byte's most significant one on
+    const std::uint8_t* lookup = whiteLookup.data();  // of the colour whose turn it is, and of the other one
+    const std::uint8_t* otherLookup = blackLookup.data();
+    const std::uint8_t* lengths = std::data(faxWhiteLengths);
+    const std::uint8_t* otherLengths = std::data(faxBlackLengths);
     std::uint32_t total = 0;
-    std::uint16_t nextBits = 0;
-    std::uint32_t codeLength = faxLongestCode;  // of the last code; the register slides by it
-    // Quirk: the end of the data stops a row when a fetch uses up the last byte and no more. A fetch that steps over
+    std::uint32_t codeLength = faxLongestCode;  // of the last code; the 13 bits looked at slide by it
+    // Quirk: the end of the data stops a row when its last code uses up the last byte and no more. A code that steps over
     // the end lets the row run on into the zeros there, where the next key that is no code stops it.
-    while (rowBytesLeft != 0) {
-        nextBits = FIFetchFaxBits(position, codeLength, rowBytesLeft, nextBits);
-        const std::uint8_t index = (isWhite ? whiteLookup : blackLookup)[nextBits];
+    while (std::int64_t{taken / bitsPerByte} != rowBytesLeft) {
+        taken += codeLength;
+        const std::uint8_t index = lookup[row.KeyBefore(taken)];
         if (index == faxNoCode) break;
-        codeLength = isWhite ? faxWhiteLengths[index] : faxBlackLengths[index];
+        codeLength = lengths[index];
         total += FIGetFaxRunPixels(index);
-        if (index < faxFirstMakeUp) isWhite = !isWhite;
+        if (total > mostPixels) return 0;
+        if (index >= faxFirstMakeUp) continue;
+        std::swap(lookup, otherLookup);
+        std::swap(lengths, otherLengths);
     }
+    position = {position.byte + taken / bitsPerByte, static_cast<std::uint8_t>(taken % bitsPerByte)};
     // Quirk: the cursor goes back by 13 minus the length of the last code that was good. That is right for a row that
     // the end of the data stopped. When a bad code stopped it, all its 13 bits were fetched, and the cursor comes to
     // stand inside of it: mostly inside the mark that ends the row. The search then passes over that mark unless enough
     // fill zeros stand in front of it, and the row compared with this one is the next but one.
     FIStepFaxBack(position, faxLongestCode - codeLength);
-    bitCursor = position.byte;
-    bitPosition = position.bit;
     const bool isStandard = std::ranges::find(standardWidths, total) != std::end(standardWidths);
     return isStandard ? static_cast<std::uint16_t>(total) : std::uint16_t{0};
 }
 
+// Decodes the row at a position, which moves as FIDecodeFaxRow moves its cursor if the row has a width.
+std::uint16_t FIDecodeFaxRowAt(FIFaxPosition& position, const std::uint8_t* end) {
+    return FIDecodeRow(position, static_cast<std::int32_t>(end - position.byte), faxWhiteLookup, faxBlackLookup,
+                       *std::ranges::max_element(standardWidths));
+}
+
+}  // namespace
+
+std::uint16_t FIDecodeFaxRow(const std::uint8_t*& bitCursor, const FIFaxLookup& whiteLookup,
+                             const FIFaxLookup& blackLookup, std::uint8_t& bitPosition, std::int32_t rowBytesLeft) {
+    FIFaxPosition position = {bitCursor, bitPosition};
+    const std::uint16_t width = FIDecodeRow(position, rowBytesLeft, whiteLookup, blackLookup, UINT32_MAX);
+    bitCursor = position.byte;
+    bitPosition = position.bit;
+    return width;
+}
+
 std::uint16_t FIScanFaxBuffer(std::uint8_t* buffer, std::uint16_t count) {
     const std::uint8_t* const end = buffer + count;
-    std::transform(buffer, buffer + count, buffer, [](std::uint8_t byte) { return reversedBytes[byte]; });
+    FIReverseFaxBytes(buffer, count);
 
     FIFaxPosition scan = {buffer, 0};
     FIFaxPosition rowEnd = scan;
@@ -157,6 +224,25 @@ std::uint16_t FIScanFaxBuffer(std::uint8_t* buffer, std::uint16_t count) {
     // The first row with a width decides, together with the one behind the next mark: a mismatch does not start again.
     if (!FIFindFaxMark(rowEnd, end)) return 0;
     return FIDecodeFaxRowAt(rowEnd, end) == firstWidth ? 1 : 0;
+}
+
+// Eleven zeros in a row that no NUL is part of lie in two bytes: at most 7 in the high bits of the first and at most 7 in
+// the low bits of the second. The first is then 0F or less. Of the soft control characters, 08 to 0D, which have 4 zeros
+// on top, the second has to be 80 with its 7; any other control character just opens the gate.
+bool FIMayBeRawFax(FIHead& head) {
+    if (FIAnyInHead(head, scanSize, FIHardControls)) return true;
+    std::uint64_t carry = 0;  // whether the byte in front of these 64 is soft
+    const auto behindSoft = [&carry](const FIByteMasks& masks) {
+        const std::uint64_t behind = masks.soft << 1 | carry;
+        carry = masks.soft >> (byteMaskSpan - 1);
+        return behind & masks.high;
+    };
+    return FIVisitHead(head, scanSize, behindSoft, [&head](std::uint64_t bits, std::uint32_t start) {
+        for (; bits != 0; bits &= bits - 1) {
+            if (head.bytes[start + static_cast<std::uint32_t>(std::countr_zero(bits))] == 0x80) return true;
+        }
+        return false;
+    });
 }
 
 FIID FIProbeRawFax(FIReader& reader) {

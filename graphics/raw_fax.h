@@ -4,11 +4,16 @@
 #include <cstdint>
 
 #include "fiid.h"
+
+struct FIHead;
 #include "graphics/fax_codes.h"
 
 // Returns 1505 or 0. Reads up to 2,048 bytes from offset 0 of the reader's handle, past the reader: the handle is left
 // behind them, and the reader keeps its own position.
 FIID FIProbeRawFax(FIReader& reader);
+
+// Its gate: whether the head holds the zeros of an end-of-line mark.
+bool FIMayBeRawFax(FIHead& head);
 
 // Returns 1 when two rows of fax data, stored least significant bit first, agree in width, otherwise 0. Turns the bits
 // of the count bytes round in place. What lies behind them counts as zeros and is not read.

@@ -19,7 +19,9 @@
 #include <iterator>
 
 #include "reader/file_end.h"
+#include "reader/find_byte.h"
 #include "reader/handle_block.h"
+#include "reader/head.h"
 #include "reader/reader.h"
 
 namespace {
@@ -85,9 +87,10 @@ std::int32_t FISigned(std::uint8_t byte) { return byte < 0x80 ? byte : byte - 0x
 bool FIIsOctal(std::uint8_t byte) { return byte >= '0' && byte <= '7'; }
 bool FIIsFiller(std::uint8_t byte) { return byte == 0 || byte == ' '; }
 
-bool FIFieldsAreOctal(const std::uint8_t* block) {
-    return std::all_of(std::begin(tarFields), std::end(tarFields), [block](const FITarField& field) {
-        return std::all_of(block + field.offset, block + field.offset + field.size,
+// Of a block of which no more than size bytes came, 0 stands for the others.
+bool FIFieldsAreOctal(const std::uint8_t* block, std::size_t size = tarBlockSize) {
+    return std::all_of(std::begin(tarFields), std::end(tarFields), [block, size](const FITarField& field) {
+        return std::all_of(block + std::min(field.offset, size), block + std::min(field.offset + field.size, size),
                            [](std::uint8_t byte) { return FIIsOctal(byte) || FIIsFiller(byte); });
     });
 }
@@ -141,7 +144,23 @@ bool FIIsLhaHeader(const std::uint8_t* header) {
            header[lhaLevelOffset] <= lhaHighestLevel;
 }
 
+// Whether a header lies whole in these bytes. Tries the places of a minus sign alone, for a header has one.
+bool FIHoldsLhaHeader(const std::uint8_t* bytes, std::uint32_t size) {
+    constexpr std::uint32_t minusOffset = 2;
+    if (size <= lhaLevelOffset) return false;
+    const std::uint32_t placesEnd = size - lhaLevelOffset + minusOffset;
+    return FICountPlaces(bytes, placesEnd, '-', [bytes](std::uint32_t place) {
+               return place >= minusOffset && FIIsLhaHeader(bytes + place - minusOffset);
+           }) != 0;
+}
+
 }  // namespace
+
+bool FIMayBeZipStub(FIHead& head) { return head.fileSize >= shortStub + sizeof(localHeaderSignature); }
+
+bool FIMayBeTar(FIHead& head) { return FIFieldsAreOctal(head.bytes, std::min<std::size_t>(head.size, tarBlockSize)); }
+
+bool FIMayBeLhaStub(FIHead& head) { return FIHoldsLhaHeader(head.bytes, std::min(head.size, lhaBlockSize)); }
 
 FIID FIProbeZipStub(FIReader& reader) {
     for (const std::uint32_t offset : {shortStub, mediumStub}) {
@@ -188,8 +207,5 @@ FIID FIProbeLhaStub(FIReader& reader) {
         static_cast<void>(FIRewindHandle(reader));
         static_cast<void>(FIReadBlock(reader, block, lhaBlockSize, count));
     }
-    for (std::uint32_t start = 0; start + lhaLevelOffset < count; ++start) {
-        if (FIIsLhaHeader(block + start)) return lhaStubFormat;
-    }
-    return 0;
+    return FIHoldsLhaHeader(block, count) ? lhaStubFormat : FIID{0};
 }

@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "reader/find_byte.h"
+#include "reader/head.h"
 #include "reader/reader.h"
 
 namespace {
@@ -101,6 +103,46 @@ void FICountCode(FICommandScan& scan, std::uint16_t current) {
     }
 }
 
+bool FIIsCapital(std::uint8_t byte) { return byte >= 'A' && byte <= 'Z'; }
+
+// Bytes for the gate, which asks for those around a place: 0 in front of the first and behind the last, which no vote is
+// made of.
+struct FIVoteBytes {
+    const std::uint8_t* bytes;
+    std::uint32_t size;
+
+    std::uint8_t At(std::uint32_t place) const { return place < size ? bytes[place] : std::uint8_t{0}; }
+    std::uint8_t Before(std::uint32_t place, std::uint32_t distance) const {
+        return place >= distance ? bytes[place - distance] : std::uint8_t{0};
+    }
+};
+
+std::uint32_t FICountCommandsAtMost(const FIVoteBytes& text) {
+    return FICountPlaces(text.bytes, text.size, commandMark, [&text](std::uint32_t place) {
+        return FIIsCapital(text.At(place + 1)) && FIIsCapital(text.At(place + 2));
+    });
+}
+
+std::uint32_t FICountPlusCodes(const FIVoteBytes& text) {
+    return FICountPlaces(text.bytes, text.size, plusSign, [&text](std::uint32_t place) {
+        const std::uint8_t code = text.At(place + 1);
+        return code == 0xD1 || code == 0xD2 || code == 0xD4;
+    });
+}
+
+// Each by the rare one of its bytes.
+std::uint32_t FICountThreeByteLineEnds(const FIVoteBytes& text) {
+    return FICountPlaces(
+               text.bytes, text.size, 0x0B,
+               [&text](std::uint32_t place) { return text.Before(place, 1) == '\n' && text.At(place + 1) == 0x52; }) +
+           FICountPlaces(
+               text.bytes, text.size, 0x0E,
+               [&text](std::uint32_t place) { return text.At(place + 1) == '\r' && text.At(place + 2) == '\n'; }) +
+           FICountPlaces(text.bytes, text.size, 0x0F, [&text](std::uint32_t place) {
+               return text.Before(place, 2) == '\r' && text.Before(place, 1) == '\n';
+           });
+}
+
 // A tie goes to the answer that is tested first.
 FIID FIJudgeVotes(const FICommandScan& scan, bool firstNonZero) {
     const std::uint16_t most = std::max({scan.votes1034, scan.votes1022, scan.votes1033});
@@ -180,9 +222,29 @@ void FICountMark(FIFiveBytes& view, FIMarkedLine& line) {
     }
 }
 
+// Line ends as the routine sees them, with their top bits or without.
+std::uint32_t FICountFoldedLineEnds(const std::uint8_t* bytes, std::uint32_t size) {
+    const auto lineFeedFollows = [bytes, size](std::uint32_t place) {
+        return place + 1 < size && (bytes[place + 1] & ~topBit) == '\n';
+    };
+    return FICountPlaces(bytes, size, '\r', lineFeedFollows) +
+           FICountPlaces(bytes, size, '\r' | topBit, lineFeedFollows);
+}
+
 bool FISpeaksForFormat(const FIMarkedLine& line) { return line.goodMarks != 0 && line.badMarks == 0 && !line.plainGap; }
 
 }  // namespace
+
+// The routine takes 4,096 steps, of a byte each, and passes over two bytes more behind each command. With one command at
+// most, the steps end in front of the 4,099th byte; the votes that can be had up to there are counted without regard to
+// the steps, and with two bytes more for a command's letters. Two commands open the gate by themselves.
+bool FIMayHaveCommandCounts(FIHead& head) {
+    constexpr std::uint32_t bytesLookedAt = static_cast<std::uint32_t>(commandBudget) + 4;
+    const FIVoteBytes text = {head.bytes, std::min(head.size, bytesLookedAt)};
+    const std::uint32_t codesNeeded = text.At(0) == plusSign ? leastVotes1034 - votesOfLeadingPlus : leastVotes1034;
+    return FICountCommandsAtMost(text) >= leastVotes1033 || FICountPlusCodes(text) >= codesNeeded ||
+           FICountThreeByteLineEnds(text) >= leastVotes1022;
+}
 
 FIID FIProbeCommandCounts(FIReader& reader) {
     if (FIReaderSeek(reader, 0) != 0) return 0;
@@ -200,6 +262,14 @@ FIID FIProbeCommandCounts(FIReader& reader) {
         --scan.budget;
     }
     return FIJudgeVotes(scan, firstNonZero);
+}
+
+// A line that speaks for the format has a byte with its top bit set, and all but the last are ended by CR LF.
+bool FIMayBeHighBitWords(FIHead& head) {
+    constexpr std::uint32_t bytesTaken = middleBytes + 5;
+    constexpr std::uint32_t leastMarks = leastMarkedLines;
+    return FICountInHead(head, bytesTaken, FIHighBytes) >= leastMarks &&
+           FICountFoldedLineEnds(head.bytes, std::min(head.size, bytesTaken)) >= leastMarks - 1;
 }
 
 FIID FIProbeHighBitWords(FIReader& reader) {

@@ -27,8 +27,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 
+#include "reader/head.h"
 #include "reader/reader.h"
 
 namespace {
@@ -474,9 +476,42 @@ bool FIWalkStep(FICodeWalk& walk) {
     return true;
 }
 
+// The first byte that is no text, or end. Eight bytes without a top bit are passed over at once.
+const std::uint8_t* FIFindFunctionCode(const std::uint8_t* byte, const std::uint8_t* end) {
+    constexpr std::uint64_t topBits = 0x8080808080808080;
+    for (; byte < end; ++byte) {
+        std::uint64_t eight = 0;
+        while (end - byte >= static_cast<std::ptrdiff_t>(sizeof(eight))) {
+            std::memcpy(&eight, byte, sizeof(eight));
+            if ((eight & topBits) != 0) break;
+            byte += sizeof(eight);
+        }
+        if (byte == end || *byte >= firstFunctionCode) break;
+    }
+    return byte;
+}
+
 void FIRememberCode(FICodeWalk& walk) {
     std::shift_right(std::begin(walk.recent), std::end(walk.recent), 1);
     walk.recent[0] = walk.code;
+}
+
+// Takes the text bytes that the reader has buffered, up to the budget. Each of them would be a step that counts one and
+// remembers it, and does nothing else.
+void FIPassOverText(FICodeWalk& walk) {
+    FIReader& reader = walk.reader;
+    const auto most = std::min<std::int32_t>(reader.bytesLeft, budget - walk.count);
+    if (most <= 0) return;
+    const std::uint8_t* const start = reader.cursor;
+    const std::uint8_t* const end = FIFindFunctionCode(start, start + most);
+    FIAddCount(walk, static_cast<std::uint16_t>(end - start));
+    const std::uint8_t* const firstRemembered = end - std::min<std::ptrdiff_t>(end - start, recentCodes);
+    for (const std::uint8_t* byte = firstRemembered; byte < end; ++byte) {
+        walk.code = *byte;
+        FIRememberCode(walk);
+    }
+    reader.bytesLeft = static_cast<std::int16_t>(reader.bytesLeft - (end - start));
+    reader.cursor += end - start;
 }
 
 FIID FIJudgeWalk(const FICodeWalk& walk) {
@@ -511,12 +546,18 @@ bool FICheckLengthPair(FIReader& reader) {
     return false;
 }
 
+// Text alone, each byte of which uses one of the budget, earns nothing.
+bool FIMayHaveFunctionCodes(FIHead& head) { return FIAnyInHead(head, budget, FIHighBytes); }
+
 FIID FIProbeFunctionCodes(FIReader& reader) {
     if (FIReaderSeek(reader, 0) != 0) return 0;
     FICodeWalk walk{reader};
-    do {
+    while (true) {
+        FIPassOverText(walk);
+        if (walk.count >= budget) break;
         if (!FIWalkStep(walk)) return 0;
         FIRememberCode(walk);
-    } while (walk.count < budget);
+        if (walk.count >= budget) break;
+    }
     return FIJudgeWalk(walk);
 }

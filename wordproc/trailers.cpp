@@ -19,11 +19,13 @@
 //        8     2  check value   65,536 less the 16-bit sum of the range's words
 #include "wordproc/trailers.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
 #include "reader/file_end.h"
+#include "reader/head.h"
 #include "reader/reader.h"
 
 namespace {
@@ -169,6 +171,12 @@ bool FISumWords(FIReader& reader, std::uint16_t start, std::uint32_t end, std::u
 }
 
 }  // namespace
+
+// A handle tells a position of 4 GiB or more as the last below it, whose remainder is 127.
+bool FIMayBeLayoutTrailer(FIHead& head) {
+    constexpr std::uint64_t largestTold = 0xFFFFFFFF;
+    return head.fileSize == UINT64_MAX || std::min(head.fileSize, largestTold) % strideSize <= largestRemainder;
+}
 
 FIID FIProbeLayoutTrailer(FIReader& reader) {
     std::uint32_t size = 0;

@@ -5,9 +5,14 @@
 
 #include "fiid.h"
 
+struct FIHead;
+
 // Routine 1020: looks through the last 5,121 bytes for a fill of 1A and the marker "LAYOUT 000" near it. Returns 1020
 // or 1024, two variants of one layout, or 0.
 FIID FIProbeLayoutTrailer(FIReader& reader);
+
+// Its gate: whether the file's size, if the head tells it, is one that the routine looks into.
+bool FIMayBeLayoutTrailer(FIHead& head);
 
 // Routine 1019: the escape sequence ESC "[", any number of zeros, "1$K" at offset 0. Returns 1019 or 0.
 FIID FIProbeEscapeHeader(FIReader& reader);
