@@ -124,10 +124,29 @@ bool FIFindTag(TagScan& scan) {
     return false;
 }
 
+// Takes the characters in front of the next ">" out of the reader's buffer, as many as the limits let through. Each is
+// what FIReadTag would take next.
+void FITakeBufferedCharacters(TagScan& scan) {
+    FIReader& reader = scan.reader;
+    if (scan.mode != TextMode::EightBit || reader.bytesLeft <= 0) return;
+    const std::size_t most = std::min(
+        {static_cast<std::size_t>(reader.bytesLeft), std::size_t{scanLimit - scan.count}, longestTag - scan.tagLength});
+    const std::uint8_t* const start = reader.cursor;
+    const std::uint8_t* const end = std::find(start, start + most, std::uint8_t{'>'});
+    std::transform(start, end, scan.tag.begin() + static_cast<std::ptrdiff_t>(scan.tagLength),
+                   [](std::uint8_t byte) { return FILowerAscii(static_cast<char>(byte)); });
+    const auto taken = static_cast<std::uint32_t>(end - start);
+    scan.tagLength += taken;
+    scan.count += taken;
+    reader.cursor += taken;
+    reader.bytesLeft = static_cast<std::int16_t>(reader.bytesLeft - static_cast<std::int16_t>(taken));
+}
+
 // Reads the tag up to its ">". False when the limit comes first.
 bool FIReadTag(TagScan& scan) {
     scan.tag.fill('\0');
     scan.tagLength = 0;
+    if (scan.count < scanLimit) FITakeBufferedCharacters(scan);
     while (scan.count < scanLimit && scan.tagLength < longestTag) {
         const std::uint8_t character = FITakeCharacter(scan);
         if (character == '>') return true;

@@ -12,6 +12,7 @@
 // value wins too, if it comes first.
 #include "package/xml_namespace.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -34,8 +35,45 @@ bool FIIsWordCharacter(std::uint16_t byte) {
            byte == '.' || byte == '-' || byte == '_' || byte == ':';
 }
 
+// Characters of a word in front of a place, back to the first of the text.
+std::size_t FIMeasureWordBefore(std::string_view text, std::size_t place) {
+    std::size_t length = 0;
+    while (length < place && FIIsWordCharacter(static_cast<std::uint8_t>(text[place - length - 1]))) ++length;
+    return length;
+}
+
+void FITakeBuffered(FIReader& reader, std::size_t count) {
+    reader.cursor += count;
+    reader.bytesLeft = static_cast<std::int16_t>(reader.bytesLeft - static_cast<std::int16_t>(count));
+}
+
+enum class FIBufferSearch : std::uint8_t { found, notThere, undecided };
+
+// FIFindAttribute for what the reader has buffered: looks at the "=" alone, of which there are few. Undecided, with nothing
+// taken, when the search would go on behind the buffer.
+//
+// The same, for the word in front of an "=" is the one that FIFindAttribute has in its buffer then: the name is its last
+// five characters, and the word has started over as often as 255 goes into its length.
+FIBufferSearch FISearchBuffer(FIReader& reader) {
+    constexpr std::size_t most = scanLimit - declarationStart.size();
+    if (reader.bytesLeft <= 0) return FIBufferSearch::undecided;
+    const std::size_t size = std::min<std::size_t>(static_cast<std::size_t>(reader.bytesLeft), most);
+    const std::string_view text(reinterpret_cast<const char*>(reader.cursor), size);
+    for (std::size_t place = text.find('='); place != std::string_view::npos; place = text.find('=', place + 1)) {
+        if (!text.substr(0, place).ends_with(attributeName)) continue;
+        if (FIMeasureWordBefore(text, place) % longestText != attributeName.size()) continue;
+        FITakeBuffered(reader, place + 1);
+        return FIBufferSearch::found;
+    }
+    if (size < most) return FIBufferSearch::undecided;
+    FITakeBuffered(reader, size);
+    return FIBufferSearch::notThere;
+}
+
 // Leaves the reader behind the "=" of the attribute. False when the file or the kilobyte ends first.
 bool FIFindAttribute(FIReader& reader, TextBuffer& word) {
+    const FIBufferSearch search = FISearchBuffer(reader);
+    if (search != FIBufferSearch::undecided) return search == FIBufferSearch::found;
     std::size_t length = 0;
     for (std::uint32_t bytesRead = declarationStart.size(); bytesRead < scanLimit; ++bytesRead) {
         const std::uint16_t byte = FIReaderGetByte(reader);

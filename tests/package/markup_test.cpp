@@ -1,6 +1,8 @@
 // HTML by its leading tags, and the verdict of the two scanners together.
 #include "package/markup.h"
 
+#include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -290,6 +292,33 @@ TEST(HtmlTagsTruncated, EveryLength) {
     for (std::size_t size = 0; size <= bytes.size(); ++size) {
         const auto handle = FIMakeTestHandle(bytes.substr(0, size));
         EXPECT_EQ(FIAnswerOver(FIScanHtmlTags, *handle), size < blank ? FIID{0} : html8) << size << " bytes";
+    }
+}
+
+// What is buffered of a tag is taken at once; a read of one byte buffers nothing.
+TEST(HtmlTagsBuffer, IsTakenAsByteByByte) {
+    const std::string pieces[] = {"<",
+                                  ">",
+                                  "HTML",
+                                  "<body",
+                                  "html ",
+                                  "<!DOCTYPE html ",
+                                  " ",
+                                  "\r\n",
+                                  "\xFF\xFE",
+                                  "\xFE\xFF",
+                                  "x",
+                                  "<!--",
+                                  "-->",
+                                  std::string(1, '\0'),
+                                  std::string(30, 'a'),
+                                  std::string(100, ' '),
+                                  "xmlns:w=\"urn:schemas-microsoft-com:office:word\""};
+    std::mt19937 engine(12);
+    for (std::uint32_t round = 0; round < 3000; ++round) {
+        std::string bytes = engine() % 3 == 0 ? "" : "<";
+        while (bytes.size() < 4 + engine() % 300) bytes += pieces[engine() % std::size(pieces)];
+        static_cast<void>(FIAnswerOf(FIScanHtmlTags, bytes));
     }
 }
 

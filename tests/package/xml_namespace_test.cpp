@@ -2,6 +2,8 @@
 #include "package/xml_namespace.h"
 
 #include <array>
+#include <iterator>
+#include <random>
 #include <string>
 
 #include "core/interpreter.h"
@@ -189,6 +191,30 @@ TEST(XmlNamespaceBytes, AValueOf255BytesFillsTheArray) {
     const Units units = Scan(*FIMakeTestHandle(ValueOfSize(255)));
     EXPECT_EQ(units[254], 'v');
     EXPECT_EQ(units[255], 0);
+}
+
+// What is buffered is looked through by its equals signs; a read of one byte buffers nothing.
+TEST(XmlNamespaceBuffer, IsLookedThroughAsByteByByte) {
+    const std::string pieces[] = {"xmlns",
+                                  "=",
+                                  "xmlns=",
+                                  "\"",
+                                  "'",
+                                  " ",
+                                  ":",
+                                  "a",
+                                  "xmlns='u'",
+                                  "<!--",
+                                  "=xmlns=",
+                                  std::string(250, 'w'),
+                                  std::string(255, 'v'),
+                                  std::string(300, ' ')};
+    std::mt19937 engine(12);
+    for (std::uint32_t round = 0; round < 3000; ++round) {
+        std::string bytes = "<?xml";
+        while (bytes.size() < 40 + engine() % 1200) bytes += pieces[engine() % std::size(pieces)];
+        static_cast<void>(NamespaceOf(bytes));
+    }
 }
 
 TEST(XmlNamespaceStart, RewindsTheReader) {
