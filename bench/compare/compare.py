@@ -62,13 +62,13 @@ def count_flat(tools, files):
 
 
 def dearest(tools, files):
-    """Yields (name, path) of the dearest file of each class that has cliffs."""
+    """Yields (name, path) of the file of each class with cliffs that takes the library longest."""
     for name in DEAREST_OF:
         if name not in files.by_class:
             continue
         costs = measure.costs(tools, files.different(name)[0])
         path = max(costs, key=costs.get)
-        yield f"dearest {name}: {files.real_names[path]}", path
+        yield f"dearest {name}", path
 
 
 def measure_cliffs(tools, files, rounds):
@@ -81,7 +81,8 @@ def measure_cliffs(tools, files, rounds):
     cliffs = {}
     for index, (name, path) in enumerate(inputs.items()):
         listed = files.write("one", [path])
-        cliffs[name] = {"size": os.path.getsize(path), "times": times[str(index)],
+        cliffs[name] = {"file": files.real_names.get(path, ""), "size": os.path.getsize(path),
+                        "times": times[str(index)],
                         "instructions": measure.library_instructions(tools, listed, 1),
                         **measure.library_calls(tools, listed, 1)}
     return cliffs

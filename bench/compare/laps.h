@@ -24,6 +24,8 @@ std::size_t RunLap(const Contestant& contestant, const Paths& paths);
 // an instrument can be told to count in it alone.
 extern "C" std::size_t RunCountedLap(const Contestant& contestant, const Paths& paths);
 
+// What a lap takes, on average of as many as fill some 20 milliseconds: a short one alone is noise. A lap of no files is
+// free.
 Cost TimeLap(const Contestant& contestant, const Paths& paths);
 
 // Runs the program over a list as a process of its own, its output to /dev/null. What it costs to start is in the time.

@@ -107,6 +107,6 @@ def heap_blocks(tools, listed):
 
 
 def costs(tools, listed):
-    """The shortest CPU time of the library for each path of a list, by path."""
+    """The CPU time of the library for each path of a list, by path."""
     output = subprocess.run([tools.compare, "costs", listed], check=True, capture_output=True, text=True).stdout
-    return {path: int(library) for library, _, path in (line.split("\t") for line in output.splitlines())}
+    return {path: int(time) for time, path in (line.split("\t") for line in output.splitlines())}

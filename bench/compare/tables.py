@@ -60,14 +60,15 @@ def print_times(result, clock, title):
     print(f"{title}, us a file: median (least to most)\n")
     table(["class", "files", *titles],
           [[name, files_of(result, name), *(spread(row[who]) for who in there)] for name, row in rows.items()])
-    print(f"{title}, ratio to the floor, median of the rounds:\n")
+    print(f"{title}, ratio to the floor, median of the rounds, and of the library's least to the floor's least:\n")
     faster = ["libmagic / library"] if "libmagic" in there else []
     body = []
     for name, row in rows.items():
         cells = [number(median(ratios(row, who))) for who in there[1:]]
+        cells.append(number(min(row["library"]) / min(row["floor"])))
         cells += [number(median(ratios(row, "libmagic", "library"))) for _ in faster]
         body.append([name, *cells])
-    table(["class", *titles[1:], *faster], body)
+    table(["class", *titles[1:], "library, least", *faster], body)
 
 
 def print_start(result):
@@ -112,7 +113,8 @@ def print_cliffs(result):
     body = []
     for name, row in result["cliffs"].items():
         cpu = {who: entry["cpu"] for who, entry in row["times"].items()}
-        body.append([name, f"{row['size']:,}", spread(cpu["library"]), number(median(ratios(cpu, "library"))),
+        told = f"{name}: {row['file']}" if row["file"] else name
+        body.append([told, f"{row['size']:,}", spread(cpu["library"]), number(median(ratios(cpu, "library"))),
                      *(number(row[key]) for key in ("calls", "preads", "bytes", "instructions")),
                      number(median(ratios(cpu, "libmagic", "library"))) if "libmagic" in cpu else "-"])
     table(["input", "size", "us", "ratio to the floor", "system calls", "preads", "bytes read", "instructions",
