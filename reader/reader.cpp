@@ -1,6 +1,7 @@
 // reader.cpp - the parts of FIReader that are not worth inlining.
 #include "reader/reader.h"
 
+#include <algorithm>
 #include <type_traits>
 
 #include "platform/base_utility.h"
@@ -112,8 +113,16 @@ std::int32_t FIReaderFlush(FIReader& reader, std::uint32_t target) {
 }
 
 std::int16_t FIReaderSkip(std::uint16_t count, FIReader& reader) {
-    for (; count > 0; --count) {
-        if (FIReaderGetByte(reader) == endOfFile) return -1;
+    while (count > 0) {
+        if (reader.bytesLeft > 0) {  // what is buffered at once
+            const std::int16_t taken = static_cast<std::int16_t>(std::min<std::int32_t>(count, reader.bytesLeft));
+            reader.cursor += taken;
+            reader.bytesLeft = static_cast<std::int16_t>(reader.bytesLeft - taken);
+            count = static_cast<std::uint16_t>(count - taken);
+        } else {
+            if (FIReaderGetByte(reader) == endOfFile) return -1;
+            --count;
+        }
     }
     return 0;
 }
