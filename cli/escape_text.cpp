@@ -2,9 +2,10 @@
 #include "cli/escape_text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstdio>
+
+#include "cli/byte_set.h"
+#include "cli/hex_digits.h"
 
 namespace {
 
@@ -25,16 +26,18 @@ constexpr CharacterRange escapedRanges[] = {
     // clang-format on
 };
 
+// All but the ASCII that stays as it is: of the rest, the whole character tells.
+constexpr ByteSet notAsItIs = ByteSet("\\").With(0x00, 0x1F).With(0x7F, 0xFF);
+
 bool IsEscaped(std::uint32_t character) {
     return std::any_of(std::begin(escapedRanges), std::end(escapedRanges), [character](const CharacterRange& range) {
         return character >= range.first && character <= range.last;
     });
 }
 
-std::string EscapeByte(std::uint8_t byte) {
-    std::array<char, 5> text = {};
-    std::snprintf(text.data(), text.size(), "\\x%02X", static_cast<unsigned>(byte));
-    return text.data();
+void AppendEscapedByte(std::string& out, std::uint8_t byte) {
+    out += "\\x";
+    AppendHexByte(out, byte, upperHexDigits);
 }
 
 // One character of UTF-8, or one byte that belongs to none.
@@ -65,19 +68,23 @@ Unit FirstUnit(std::string_view bytes) {
 
 }  // namespace
 
-std::string EscapeForText(std::string_view bytes) {
-    std::string text;
-    while (!bytes.empty()) {
+void AppendEscapedText(std::string& out, std::string_view bytes) {
+    while (notAsItIs.AppendUpTo(out, bytes)) {
         const Unit unit = FirstUnit(bytes);
         const std::string_view own = bytes.substr(0, unit.size);
         if (own == "\\") {
-            text += "\\\\";
+            out += "\\\\";
         } else if (IsEscaped(unit.character)) {
-            for (const char byte : own) text += EscapeByte(static_cast<std::uint8_t>(byte));
+            for (const char byte : own) AppendEscapedByte(out, static_cast<std::uint8_t>(byte));
         } else {
-            text += own;
+            out += own;
         }
         bytes.remove_prefix(unit.size);
     }
+}
+
+std::string EscapeForText(std::string_view bytes) {
+    std::string text;
+    AppendEscapedText(text, bytes);
     return text;
 }

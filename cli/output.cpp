@@ -18,7 +18,8 @@ namespace {
 // that the records tell of.
 constexpr std::size_t gatheredBytes = PIPE_BUF;
 
-std::string gathered;  // whole records
+std::string gathered;        // whole records, and behind them the one that is put together
+std::size_t wholeBytes = 0;  // of the whole ones
 bool flushEachRecord = false;
 
 void WriteMessageLine(std::string_view message) { WriteErrorText("fiid: " + EscapeForText(message) + "\n"); }
@@ -35,17 +36,28 @@ void WriteMessageLine(std::string_view message) { WriteErrorText("fiid: " + Esca
 
 }  // namespace
 
-void WriteRecord(std::string_view record) {
-    if (gathered.size() + record.size() > gatheredBytes) FlushOutput();
-    gathered += record;
+std::string& BeginRecord() {
+    gathered.resize(wholeBytes);
+    return gathered;
+}
+
+void EndRecord() {
+    if (gathered.size() > gatheredBytes) FlushOutput();  // those in front of this one
+    wholeBytes = gathered.size();
     if (flushEachRecord) FlushOutput();
+}
+
+void WriteRecord(std::string_view record) {
+    BeginRecord() += record;
+    EndRecord();
 }
 
 void FlushEachRecord() { flushEachRecord = true; }
 
 void FlushOutput() {
-    if (!WriteFully(STDOUT_FILENO, gathered)) EndAfterFailedWrite();
-    gathered.clear();
+    if (!WriteFully(STDOUT_FILENO, std::string_view(gathered).substr(0, wholeBytes))) EndAfterFailedWrite();
+    gathered.erase(0, wholeBytes);
+    wholeBytes = 0;
 }
 
 void WriteMessage(std::string_view message) {

@@ -1,99 +1,24 @@
 // record_writer.cpp - text, JSON, CSV and TSV.
 #include "cli/record_writer.h"
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <span>
-#include <sstream>
 #include <string_view>
-#include <utility>
-#include <vector>
 
+#include "cli/byte_set.h"
 #include "cli/escape_text.h"
+#include "cli/hex_digits.h"
+#include "cli/json_text.h"
 #include "cli/output.h"
 #include "signatures/table.h"
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-// The fields of a line in the order of its header; an error stands in a field of its own.
-std::string JoinCsv(const std::vector<std::string>& fields) {
-    std::string line;
-    for (const std::string& field : fields) {
-        if (&field != &fields.front()) line += ',';
-        if (field.find_first_of(",\"\r\n") == std::string::npos) {
-            line += field;
-            continue;
-        }
-        line += '"';
-        for (const char character : field) {
-            if (character == '"') line += '"';
-            line += character;
-        }
-        line += '"';
-    }
-    return line + "\r\n";
-}
-
-std::string JoinTsv(const std::vector<std::string>& fields) {
-    std::string line;
-    for (const std::string& field : fields) {
-        if (&field != &fields.front()) line += '\t';
-        for (const char character : field) {
-            switch (character) {
-                case '\t':
-                    line += "\\t";
-                    break;
-                case '\n':
-                    line += "\\n";
-                    break;
-                case '\r':
-                    line += "\\r";
-                    break;
-                case '\\':
-                    line += "\\\\";
-                    break;
-                default:
-                    line += character;
-            }
-        }
-    }
-    return line + "\n";
-}
-
-std::vector<std::string> SplitAtBlanks(const char* text) {
-    std::istringstream words(text);
-    std::vector<std::string> list;
-    for (std::string word; words >> word;) list.push_back(word);
-    return list;
-}
-
-std::string HexOf(const std::string& bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        text += digits[byte >> 4];
-        text += digits[byte & 0x0F];
-    }
-    return text;
-}
-
-// Compact, each invalid byte of UTF-8 as the replacement character.
-std::string Dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
-
-bool IsUtf8(const std::string& text) {
-    try {
-        static_cast<void>(Json(text).dump());
-        return true;
-    } catch (const Json::exception&) {
-        return false;
-    }
-}
-
-std::string SignatureOf(std::uint16_t row) {
+std::string_view SignatureOf(std::uint16_t row) {
     const FISignatureRow* const signature = FIFindSignatureRow(row);
-    return signature != nullptr ? std::string(signature->signature) : "";
+    return signature != nullptr ? signature->signature : std::string_view();
 }
 
 const FIFormatRecord& FormatOf(FIID fiid) {
@@ -102,151 +27,272 @@ const FIFormatRecord& FormatOf(FIID fiid) {
     return format != nullptr ? *format : nameless;
 }
 
+// What there is to tell under one key. The bytes are those of the item that it is told of.
+struct Value {
+    enum class Kind {
+        None,    // nothing: left out of JSON, empty in csv and tsv
+        Number,  // number
+        Text,    // bytes as they are
+        Hex,     // bytes in hexadecimal
+        Words,   // words with one blank between two: an array in JSON
+    };
+    Kind kind;
+    std::uint32_t number;
+    std::string_view bytes;
+};
+
+constexpr Value nothing = {Value::Kind::None, 0, {}};
+
+constexpr Value Number(std::uint32_t number) { return {Value::Kind::Number, number, {}}; }
+constexpr Value Text(std::string_view bytes) { return {Value::Kind::Text, 0, bytes}; }
+constexpr Value Hex(std::string_view bytes) { return {Value::Kind::Hex, 0, bytes}; }
+constexpr Value Words(std::string_view bytes) { return {Value::Kind::Words, 0, bytes}; }
+
 enum class Shown { Always, InJson, WithExplain };
 
 // What the output tells of one item (a Record, a FIFormatRecord) under one key.
 template <typename Item>
 struct Column {
-    const char* key;
+    std::string_view key;
     Shown shown;
-    Json (*value)(const Item&);  // null where there is nothing to tell: left out of JSON, empty in csv and tsv
+    Value (*value)(const Item&);
 };
 
 bool Failed(const Record& record) { return record.error.has_value(); }
 
 const FIFormatRecord& FormatOf(const Record& record) { return FormatOf(record.fiid); }
 
-Json PuidsOf(const FIFormatRecord& format) { return SplitAtBlanks(format.puids); }
-
 // In the order of csv and tsv. An error leaves only the path to tell, and a failed record no answer.
 constexpr Column<Record> recordColumns[] = {
     // clang-format off
-    {"path",      Shown::Always,      [](const Record& r) { return Json(r.path); }},
-    {"path_hex",  Shown::InJson,      [](const Record& r) { return IsUtf8(r.path) ? Json() : Json(HexOf(r.path)); }},
-    {"fiid",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(r.fiid); }},
-    {"name",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(FormatOf(r).name); }},
-    {"mime",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : Json(FormatOf(r).mime); }},
-    {"puid",      Shown::Always,      [](const Record& r) { return Failed(r) ? Json() : PuidsOf(FormatOf(r)); }},
-    {"error",     Shown::Always,      [](const Record& r) { return Failed(r) ? Json(*r.error) : Json(); }},
-    {"row",       Shown::WithExplain, [](const Record& r) { return Failed(r) ? Json() : Json(r.row); }},
-    {"signature", Shown::WithExplain, [](const Record& r) { return Failed(r) ? Json() : Json(SignatureOf(r.row)); }},
+    {"path",      Shown::Always,      [](const Record& r) { return Text(r.path); }},
+    {"path_hex",  Shown::InJson,      [](const Record& r) { return IsUtf8(r.path) ? nothing : Hex(r.path); }},
+    {"fiid",      Shown::Always,      [](const Record& r) { return Failed(r) ? nothing : Number(r.fiid); }},
+    {"name",      Shown::Always,      [](const Record& r) { return Failed(r) ? nothing : Text(FormatOf(r).name); }},
+    {"mime",      Shown::Always,      [](const Record& r) { return Failed(r) ? nothing : Text(FormatOf(r).mime); }},
+    {"puid",      Shown::Always,      [](const Record& r) { return Failed(r) ? nothing : Words(FormatOf(r).puids); }},
+    {"error",     Shown::Always,      [](const Record& r) { return Failed(r) ? Text(*r.error) : nothing; }},
+    {"row",       Shown::WithExplain, [](const Record& r) { return Failed(r) ? nothing : Number(r.row); }},
+    {"signature", Shown::WithExplain, [](const Record& r) { return Failed(r) ? nothing : Text(SignatureOf(r.row)); }},
     // clang-format on
 };
 
 constexpr Column<FIFormatRecord> formatColumns[] = {
     // clang-format off
-    {"fiid",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.fiid); }},
-    {"name",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.name); }},
-    {"mime",       Shown::Always, [](const FIFormatRecord& f) { return Json(f.mime); }},
-    {"puid",       Shown::Always, [](const FIFormatRecord& f) { return PuidsOf(f); }},
-    {"extensions", Shown::Always, [](const FIFormatRecord& f) { return Json(SplitAtBlanks(f.extensions)); }},
+    {"fiid",       Shown::Always, [](const FIFormatRecord& f) { return Number(f.fiid); }},
+    {"name",       Shown::Always, [](const FIFormatRecord& f) { return Text(f.name); }},
+    {"mime",       Shown::Always, [](const FIFormatRecord& f) { return Text(f.mime); }},
+    {"puid",       Shown::Always, [](const FIFormatRecord& f) { return Words(f.puids); }},
+    {"extensions", Shown::Always, [](const FIFormatRecord& f) { return Words(f.extensions); }},
     // clang-format on
 };
 
-// A value as a field of csv and tsv: text as it is, a list with blanks between its members.
-std::string FieldOf(const Json& value) {
-    if (value.is_null()) return "";
-    if (value.is_string()) return value.get<std::string>();
-    if (!value.is_array()) return value.dump();
-    std::string field;
-    for (const Json& member : value) field += (field.empty() ? "" : " ") + member.get<std::string>();
-    return field;
+std::span<const Column<Record>> ColumnsOf(const Record&) { return recordColumns; }
+
+std::span<const Column<FIFormatRecord>> ColumnsOf(const FIFormatRecord&) { return formatColumns; }
+
+void AppendNumber(std::string& out, std::uint32_t number) {
+    std::array<char, 10> digits;
+    out.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
 }
 
-template <typename Item>
-bool HasField(const Column<Item>& column, bool explain) {
-    return column.shown == Shown::Always || (column.shown == Shown::WithExplain && explain);
+void AppendHex(std::string& out, std::string_view bytes) {
+    for (const char byte : bytes) AppendHexByte(out, static_cast<std::uint8_t>(byte), lowerHexDigits);
 }
 
-template <typename Item>
-std::vector<std::string> HeaderOf(std::span<const Column<Item>> columns, bool explain) {
-    std::vector<std::string> header;
-    for (const Column<Item>& column : columns) {
-        if (HasField(column, explain)) header.emplace_back(column.key);
+void AppendJsonWords(std::string& out, std::string_view words) {
+    out += '[';
+    while (!words.empty()) {
+        const std::size_t size = std::min(words.find(' '), words.size());
+        AppendJsonText(out, words.substr(0, size));
+        words.remove_prefix(std::min(size + 1, words.size()));
+        if (!words.empty()) out += ',';
     }
-    return header;
+    out += ']';
 }
 
-template <typename Item>
-std::vector<std::string> FieldsOf(std::span<const Column<Item>> columns, const Item& item, bool explain) {
-    std::vector<std::string> fields;
-    for (const Column<Item>& column : columns) {
-        if (HasField(column, explain)) fields.push_back(FieldOf(column.value(item)));
+void AppendJsonValue(std::string& out, const Value& value) {
+    switch (value.kind) {
+        case Value::Kind::None:
+            return;
+        case Value::Kind::Number:
+            return AppendNumber(out, value.number);
+        case Value::Kind::Text:
+            return AppendJsonText(out, value.bytes);
+        case Value::Kind::Hex:
+            out += '"';
+            AppendHex(out, value.bytes);
+            out += '"';
+            return;
+        case Value::Kind::Words:
+            return AppendJsonWords(out, value.bytes);
     }
-    return fields;
+}
+
+void AppendCsvText(std::string& out, std::string_view text) {
+    constexpr ByteSet quoted = ByteSet(",\"\r\n");
+    constexpr ByteSet doubled = ByteSet("\"");
+    const std::size_t start = out.size();
+    if (!quoted.AppendUpTo(out, text)) return;
+    out.insert(start, 1, '"');
+    while (doubled.AppendUpTo(out, text)) {
+        out += "\"\"";
+        text.remove_prefix(1);
+    }
+    out += '"';
+}
+
+void AppendTsvText(std::string& out, std::string_view text) {
+    constexpr ByteSet escaped = ByteSet("\t\n\r\\");
+    while (escaped.AppendUpTo(out, text)) {
+        out += '\\';
+        out += text[0] == '\t' ? 't' : text[0] == '\n' ? 'n' : text[0] == '\r' ? 'r' : '\\';
+        text.remove_prefix(1);
+    }
+}
+
+// How the fields of a line are written, and what stands between and behind them.
+struct LineForm {
+    char separator;
+    std::string_view end;
+    void (*appendText)(std::string& out, std::string_view text);
+};
+
+constexpr LineForm csvForm = {',', "\r\n", AppendCsvText};
+constexpr LineForm tsvForm = {'\t', "\n", AppendTsvText};
+
+void AppendField(std::string& out, const Value& value, const LineForm& form) {
+    switch (value.kind) {
+        case Value::Kind::None:
+            return;
+        case Value::Kind::Number:
+            return AppendNumber(out, value.number);
+        case Value::Kind::Text:
+        case Value::Kind::Words:
+            return form.appendText(out, value.bytes);
+        case Value::Kind::Hex:
+            return AppendHex(out, value.bytes);
+    }
+}
+
+// A line of the values of those columns that are shown in lines.
+template <typename Item, typename ValueOf>
+void AppendLine(std::string& out, std::span<const Column<Item>> columns, bool explain, const LineForm& form,
+                ValueOf valueOf) {
+    bool first = true;
+    for (const Column<Item>& column : columns) {
+        if (column.shown == Shown::InJson || (column.shown == Shown::WithExplain && !explain)) continue;
+        if (!first) out += form.separator;
+        first = false;
+        AppendField(out, valueOf(column), form);
+    }
+    out += form.end;
 }
 
 template <typename Item>
-Json JsonOf(std::span<const Column<Item>> columns, const Item& item, bool explain) {
-    Json json;
-    for (const Column<Item>& column : columns) {
+void AppendHeader(std::string& out, std::span<const Column<Item>> columns, bool explain, const LineForm& form) {
+    AppendLine(out, columns, explain, form, [](const Column<Item>& column) { return Text(column.key); });
+}
+
+template <typename Item>
+void AppendItem(std::string& out, const Item& item, bool explain, const LineForm& form) {
+    AppendLine(out, ColumnsOf(item), explain, form, [&](const Column<Item>& column) { return column.value(item); });
+}
+
+template <typename Item>
+void AppendJson(std::string& out, const Item& item, bool explain) {
+    char separator = '{';
+    for (const Column<Item>& column : ColumnsOf(item)) {
         if (column.shown == Shown::WithExplain && !explain) continue;
-        Json value = column.value(item);
-        if (!value.is_null()) json[column.key] = std::move(value);
+        const Value value = column.value(item);
+        if (value.kind == Value::Kind::None) continue;
+        out += separator;
+        separator = ',';
+        out += '"';
+        out += column.key;
+        out += "\":";
+        AppendJsonValue(out, value);
     }
-    return json;
+    out += '}';
 }
 
-std::string TextOf(const Record& record, bool explain) {
-    std::ostringstream line;
-    line << EscapeForText(record.path) << ": " << FormatOf(record.fiid).name << " [" << record.fiid << "]";
-    if (explain && record.row != 0) line << " (row " << record.row << ": " << SignatureOf(record.row) << ")";
-    if (explain && record.row == 0) line << " (no row)";
-    line << "\n";
-    return line.str();
+void AppendText(std::string& out, const Record& record, bool explain) {
+    AppendEscapedText(out, record.path);
+    out += ": ";
+    out += FormatOf(record).name;
+    out += " [";
+    AppendNumber(out, record.fiid);
+    out += ']';
+    if (explain && record.row != 0) {
+        out += " (row ";
+        AppendNumber(out, record.row);
+        out += ": ";
+        out += SignatureOf(record.row);
+        out += ')';
+    } else if (explain) {
+        out += " (no row)";
+    }
+    out += '\n';
 }
 
-std::string TextOf(const FIFormatRecord& format) { return std::to_string(format.fiid) + "  " + format.name + "\n"; }
+void AppendText(std::string& out, const FIFormatRecord& format, bool) {
+    AppendNumber(out, format.fiid);
+    out += "  ";
+    out += format.name;
+    out += '\n';
+}
 
 }  // namespace
 
-void RecordWriter::Begin(const std::vector<std::string>& header) {
-    if (format_ == OutputFormat::Csv) WriteRecord(JoinCsv(header));
-    if (format_ == OutputFormat::Tsv) WriteRecord(JoinTsv(header));
-    if (format_ == OutputFormat::Json) WriteRecord("[");
+template <typename ItemColumn>
+void RecordWriter::Begin(std::span<const ItemColumn> columns) {
+    std::string& out = BeginRecord();
+    if (format_ == OutputFormat::Csv) AppendHeader(out, columns, explain_, csvForm);
+    if (format_ == OutputFormat::Tsv) AppendHeader(out, columns, explain_, tsvForm);
+    if (format_ == OutputFormat::Json) out += '[';
+    EndRecord();
 }
 
-void RecordWriter::BeginRecords() { Begin(HeaderOf<Record>(recordColumns, explain_)); }
+void RecordWriter::BeginRecords() { Begin<Column<Record>>(recordColumns); }
 
-void RecordWriter::BeginFormats() { Begin(HeaderOf<FIFormatRecord>(formatColumns, explain_)); }
+void RecordWriter::BeginFormats() { Begin<Column<FIFormatRecord>>(formatColumns); }
 
-// The comma of the array stands in front of an item, so that an array ends well behind any of them.
-void RecordWriter::WriteItem(const std::string& text) {
-    const char* const start = format_ != OutputFormat::Json ? "" : first_ ? "\n" : ",\n";
-    const char* const end = format_ == OutputFormat::Ndjson ? "\n" : "";
+template <typename Item>
+void RecordWriter::WriteItem(const Item& item) {
+    std::string& out = BeginRecord();
+    switch (format_) {
+        case OutputFormat::Text:
+            AppendText(out, item, explain_);
+            break;
+        case OutputFormat::Csv:
+            AppendItem(out, item, explain_, csvForm);
+            break;
+        case OutputFormat::Tsv:
+            AppendItem(out, item, explain_, tsvForm);
+            break;
+        case OutputFormat::Json:
+            // The comma of the array stands in front of an item, so that an array ends well behind any of them.
+            out += first_ ? "\n" : ",\n";
+            AppendJson(out, item, explain_);
+            break;
+        case OutputFormat::Ndjson:
+            AppendJson(out, item, explain_);
+            out += '\n';
+            break;
+    }
     first_ = false;
-    WriteRecord(start + text + end);
+    EndRecord();
 }
 
 void RecordWriter::Write(const Record& record) {
-    if (Failed(record)) WriteMessage(record.path + ": " + *record.error);
-    switch (format_) {
-        case OutputFormat::Text:
-            if (!Failed(record)) WriteItem(TextOf(record, explain_));
-            return;
-        case OutputFormat::Csv:
-            return WriteItem(JoinCsv(FieldsOf<Record>(recordColumns, record, explain_)));
-        case OutputFormat::Tsv:
-            return WriteItem(JoinTsv(FieldsOf<Record>(recordColumns, record, explain_)));
-        case OutputFormat::Json:
-        case OutputFormat::Ndjson:
-            return WriteItem(Dump(JsonOf<Record>(recordColumns, record, explain_)));
+    if (Failed(record)) {
+        WriteMessage(std::string(record.path) + ": " + *record.error);
+        if (format_ == OutputFormat::Text) return;
     }
+    WriteItem(record);
 }
 
-void RecordWriter::Write(const FIFormatRecord& format) {
-    switch (format_) {
-        case OutputFormat::Text:
-            return WriteItem(TextOf(format));
-        case OutputFormat::Csv:
-            return WriteItem(JoinCsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
-        case OutputFormat::Tsv:
-            return WriteItem(JoinTsv(FieldsOf<FIFormatRecord>(formatColumns, format, explain_)));
-        case OutputFormat::Json:
-        case OutputFormat::Ndjson:
-            return WriteItem(Dump(JsonOf<FIFormatRecord>(formatColumns, format, explain_)));
-    }
-}
+void RecordWriter::Write(const FIFormatRecord& format) { WriteItem(format); }
 
 void RecordWriter::End() {
     if (format_ == OutputFormat::Json) WriteRecord(first_ ? "]\n" : "\n]\n");

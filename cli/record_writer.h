@@ -1,8 +1,7 @@
 // record_writer.h - the output formats.
 #pragma once
 
-#include <string>
-#include <vector>
+#include <span>
 
 #include "catalogue/format_catalogue.h"
 #include "cli/record.h"
@@ -22,8 +21,11 @@ class RecordWriter {
     void End();
 
  private:
-    void Begin(const std::vector<std::string>& header);
-    void WriteItem(const std::string& text);
+    // The header, of a column each.
+    template <typename Column>
+    void Begin(std::span<const Column> columns);
+    template <typename Item>
+    void WriteItem(const Item& item);
 
     OutputFormat format_;
     bool explain_;
