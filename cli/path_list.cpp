@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -17,6 +18,11 @@ namespace {
 
 constexpr const char* standardInputName = "-";
 
+// One byte more than the longest path tells that an entry is longer; it takes no further ones.
+void AppendToEntry(std::string& entry, std::string_view bytes) {
+    entry += bytes.substr(0, longestPath + 1 - entry.size());
+}
+
 std::optional<std::string> ReadEntries(int descriptor, char separator,
                                        const std::function<void(const std::string&)>& visit) {
     std::array<char, readBlockBytes> block;
@@ -25,11 +31,11 @@ std::optional<std::string> ReadEntries(int descriptor, char separator,
         const ssize_t came = ReadAvailable(descriptor, block);
         if (came < 0 && !Interrupted()) return std::strerror(errno);
         if (came <= 0) break;
-        for (const char character : std::string_view(block.data(), static_cast<std::size_t>(came))) {
-            if (character != separator) {
-                if (entry.size() <= longestPath) entry += character;  // one more tells that it is longer
-                continue;
-            }
+        for (std::string_view rest(block.data(), static_cast<std::size_t>(came)); !rest.empty();) {
+            const std::size_t end = std::min(rest.find(separator), rest.size());
+            AppendToEntry(entry, rest.substr(0, end));
+            if (end == rest.size()) break;
+            rest.remove_prefix(end + 1);
             if (!entry.empty()) visit(entry);
             entry.clear();
             if (Interrupted()) return std::nullopt;
