@@ -7,5 +7,7 @@
 // Each returns null with errno set when the object can't be opened, or is of a kind that is refused.
 UTHandle* UTOpenPath(const char* path);
 UTHandle* UTOpenDescriptor(const IODescriptorSpec& specification);
+// The same for a descriptor that its owner has opened for reading, as UTOpenPath does: without the call that asks for that.
+UTHandle* UTOpenReadableDescriptor(const IODescriptorSpec& specification);
 UTHandle* UTOpenMemory(const IOMemorySpec& specification);
 UTHandle* UTOpenForeign(HIOFILE file);

@@ -180,7 +180,10 @@ UTHandle* UTOpenPath(const char* path) {
 }
 
 UTHandle* UTOpenDescriptor(const IODescriptorSpec& specification) {
-    if (!UTIsReadable(specification.descriptor)) return nullptr;
+    return UTIsReadable(specification.descriptor) ? UTOpenReadableDescriptor(specification) : nullptr;
+}
+
+UTHandle* UTOpenReadableDescriptor(const IODescriptorSpec& specification) {
     UTHandle* const handle = UTNewPlainFile(specification.descriptor, false);
     if (handle != nullptr) UTSetNarrowName(*handle, specification.name);
     return handle;
