@@ -89,9 +89,7 @@ void WalkPath(const std::string& path, const WalkVisitor& visitor) {
                                "a path can't hold a NUL byte; -0 reads a list that is separated by them");
     }
     if (path.size() > longestPath) return visitor.failure(path.substr(0, longestToldPath), "is too long for a path");
-    const EntryKind namedKind = KindOf(path);
-    if (namedKind == EntryKind::File) return visitor.file(path);
-    if (namedKind == EntryKind::Fifo) return visitor.fifo(path);
+    if (visitor.named(path)) return;
     // The directories in front of the place where the walk is, each with what is still to be visited in it, last first.
     std::vector<Entry> pending = {{path, EntryKind::Directory}};
     while (!pending.empty() && !Interrupted()) {

@@ -11,6 +11,8 @@
 #include "cli/spool.h"
 #include "core/driver.h"
 #include "platform/base_utility.h"
+#include "platform/byte_objects.h"
+#include "platform/operations.h"
 
 namespace {
 
@@ -70,6 +72,16 @@ bool HoldsAFile(int descriptor) {
     return fstat(descriptor, &status) == 0 && (S_ISREG(status.st_mode) || S_ISBLK(status.st_mode));
 }
 
+bool IsFifo(int descriptor) {
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+bool IsDirectory(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 }  // namespace
 
 Record IdentifyPath(const std::string& path, std::uint32_t flags) {
@@ -85,15 +97,38 @@ Record IdentifyPath(const std::string& path, std::uint32_t flags) {
     return record;
 }
 
-Record IdentifyFifo(const std::string& path, std::uint32_t flags) {
+// The path is opened once, whatever it leads to, and only what the library refuses is looked at. So a plain file takes the
+// library's own calls and no more, and nothing can change between a look and the opening. Opening has no effect that
+// looking first would spare: what is neither a file nor a FIFO was always opened to be refused.
+//
+// The library is not given the path: it would open and close a FIFO to learn what it is, and a writer that waits there
+// would lose its reader, and end by SIGPIPE. Nor is IOOpen given the descriptor, whose mode it would ask for: one more
+// call, for what is known here.
+std::optional<Record> IdentifyNamedPath(const std::string& path, std::uint32_t flags) {
     Record record;
     record.path = path;
-    const OwnedDescriptor fifo(OpenForReading(path));
-    if (fifo.Number() < 0) {
-        record.error = ReasonOf(errno);
+    const OwnedDescriptor named(OpenForReading(path));
+    if (named.Number() < 0) {
+        const int reason = errno;
+        if (IsDirectory(path)) return std::nullopt;
+        record.error = DescribeOpenFailure(path, reason);
         return record;
     }
-    IdentifyStream({fifo.Number(), path.c_str()}, "FIFO", flags, record);
+    const IODescriptorSpec specification = {named.Number(), path.c_str()};
+    UTHandle* const handle = UTOpenReadableDescriptor(specification);
+    if (handle != nullptr) {
+        UTGiveOperations(*handle);
+        IdentifyHandle(UTHandleFile(*handle), flags, record);
+        UTCloseHandle(*handle);
+        return record;
+    }
+    const int reason = errno;
+    if (reason == EISDIR) return std::nullopt;
+    if (IsFifo(named.Number())) {
+        IdentifyStream(specification, "FIFO", flags, record);  // through this descriptor, the writer's one reader
+    } else {
+        record.error = DescribeOpenFailure(path, reason);
+    }
     return record;
 }
 

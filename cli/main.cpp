@@ -40,8 +40,13 @@ bool IdentifyAll(const Options& options) {
         record.error = reason;
         write(record);
     };
-    const WalkVisitor visitor = {[&](const std::string& path) { write(IdentifyPath(path, flags)); },
-                                 [&](const std::string& path) { write(IdentifyFifo(path, flags)); }, writeFailure};
+    const auto writeNamed = [&](const std::string& path) {
+        const std::optional<Record> record = IdentifyNamedPath(path, flags);
+        if (record.has_value()) write(*record);
+        return record.has_value();
+    };
+    const WalkVisitor visitor = {writeNamed, [&](const std::string& path) { write(IdentifyPath(path, flags)); },
+                                 writeFailure};
 
     writer.BeginRecords();
     for (const std::string& path : options.paths) {

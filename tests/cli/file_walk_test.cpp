@@ -71,8 +71,14 @@ class FileWalk : public testing::Test {
             if (visited.starts_with(top)) visited.remove_prefix(top.size());
             visits += std::string(kind) + " " + std::string(visited) + reason + "\n";
         };
-        WalkPath(path, {[&](const std::string& visited) { note("file", visited, ""); },
-                        [&](const std::string& visited) { note("fifo", visited, ""); },
+        const auto named = [&](const std::string& visited) {
+            struct stat status = {};
+            const bool known = stat(visited.c_str(), &status) == 0;
+            if (known && S_ISDIR(status.st_mode)) return false;
+            note(known && S_ISFIFO(status.st_mode) ? "fifo" : "file", visited, "");
+            return true;
+        };
+        WalkPath(path, {named, [&](const std::string& visited) { note("file", visited, ""); },
                         [&](const std::string& visited, const std::string& reason) {
                             note("failure", visited, ": " + reason);
                         }});
@@ -136,12 +142,12 @@ TEST_F(FileWalk, EndsWithASignal) {
         {
             CatchInterrupts();
             int files = 0;
-            WalkPath(directory_.At("d"),
-                     {[&](const std::string&) {
-                          ++files;
-                          raise(SIGTERM);
-                      },
-                      [](const std::string&) { _exit(2); }, [](const std::string&, const std::string&) { _exit(3); }});
+            WalkPath(directory_.At("d"), {[](const std::string&) { return false; },
+                                          [&](const std::string&) {
+                                              ++files;
+                                              raise(SIGTERM);
+                                          },
+                                          [](const std::string&, const std::string&) { _exit(3); }});
             _exit(files == 1 ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
