@@ -35,22 +35,28 @@ EntryKind KindOf(const std::string& path) {
     return stat(path.c_str(), &status) == 0 ? KindOf(status.st_mode) : EntryKind::File;
 }
 
-EntryKind KindOf(const std::string& path, unsigned char type) {
+std::string Join(const std::string& directory, std::string_view name) {
+    std::string path;
+    path.reserve(directory.size() + 1 + name.size());
+    path += directory;
+    if (!directory.ends_with('/')) path += '/';
+    path += name;
+    return path;
+}
+
+// The type of an entry is looked at where its directory does not tell it.
+EntryKind KindOf(const std::string& directory, std::string_view name, unsigned char type) {
     if (type == DT_UNKNOWN) {
         struct stat status = {};
-        if (lstat(path.c_str(), &status) != 0) return EntryKind::File;
+        if (lstat(Join(directory, name).c_str(), &status) != 0) return EntryKind::File;
         if (!S_ISLNK(status.st_mode)) return KindOf(status.st_mode);
         type = DT_LNK;
     }
     if (type == DT_LNK) {
-        const EntryKind kind = KindOf(path);
+        const EntryKind kind = KindOf(Join(directory, name));
         return kind == EntryKind::Directory ? EntryKind::LinkToDirectory : kind;
     }
     return KindOf(DTTOIF(static_cast<mode_t>(type)));
-}
-
-std::string Join(const std::string& directory, const std::string& name) {
-    return directory.ends_with('/') ? directory + name : directory + '/' + name;
 }
 
 // The entries of a directory in sorted order, or the errno of the failure in reason.
@@ -68,16 +74,11 @@ std::vector<Entry> ReadDirectory(const std::string& path, int& reason) {
         if (entry == nullptr) break;
         const std::string_view name = entry->d_name;
         if (name == "." || name == "..") continue;
-        entries.push_back({entry->d_name, KindOf(Join(path, entry->d_name), entry->d_type)});
+        entries.push_back({entry->d_name, KindOf(path, name, entry->d_type)});
     }
     reason = errno;
     closedir(directory);
-    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-        // Names are compared by their bytes, unsigned, whatever char is.
-        return std::lexicographical_compare(
-            a.name.begin(), a.name.end(), b.name.begin(), b.name.end(),
-            [](char x, char y) { return static_cast<unsigned char>(x) < static_cast<unsigned char>(y); });
-    });
+    std::ranges::sort(entries, {}, &Entry::name);  // strings are compared by their bytes, unsigned, whatever char is
     return entries;
 }
 
