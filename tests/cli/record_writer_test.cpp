@@ -13,6 +13,7 @@
 #include "cli/output.h"
 #include "cli/temporary_directory.h"
 #include "signatures/table.h"
+#include "support/row_number.h"
 
 namespace {
 
@@ -231,7 +232,7 @@ TEST_F(Writer, FormatsAreAsThePlainFormWritesThem) {
 }
 
 TEST_F(Writer, TextOfRecordsAndFormats) {
-    Record known = {"a\x1B\\", 1503, 172, std::nullopt};
+    Record known = {"a\x1B\\", 1503, 172_row, std::nullopt};
     Record unknown = {"\xFF", 7, 0, std::nullopt};
     Record failed = {"b", 0, 0, "is nothing"};
     EXPECT_EQ(Written({known, unknown, failed}, OutputFormat::Text, false),
