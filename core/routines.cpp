@@ -5,6 +5,7 @@
 #include "core/routines.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <iterator>
 
@@ -119,13 +120,25 @@ constexpr FIRoutine routines[] = {
 static_assert(std::ranges::is_sorted(routineNeeds, {}, &FIRoutineNeeds::number));
 static_assert(std::ranges::equal(routines, routineNeeds, {}, &FIRoutine::number, &FIRoutineNeeds::number));
 
+constexpr std::uint8_t noRoutine = 0xFF;
+static_assert(std::size(routines) < noRoutine);
+
+// The index of each routine by its number, so that a row's call costs one look.
+constexpr auto routineOfNumber = [] {
+    std::array<std::uint8_t, routineNeeds[std::size(routineNeeds) - 1].number + std::size_t{1}> indices = {};
+    for (std::uint8_t& index : indices) index = noRoutine;
+    for (std::uint8_t index = 0; index < std::size(routineNeeds); ++index) {
+        indices[routineNeeds[index].number] = index;
+    }
+    return indices;
+}();
+
 }  // namespace
 
 const FIRoutine* FIFindRoutine(std::uint16_t number) {
-    const FIRoutine* const found =
-        std::lower_bound(std::begin(routines), std::end(routines), number,
-                         [](const FIRoutine& routine, std::uint16_t wanted) { return routine.number < wanted; });
-    return found != std::end(routines) && found->number == number ? found : nullptr;
+    if (number >= std::size(routineOfNumber)) return nullptr;
+    const std::uint8_t index = routineOfNumber[number];
+    return index != noRoutine ? &routines[index] : nullptr;
 }
 
 FIID FIRunRoutine(const FIRoutine& routine, FIReader& reader, const char* extension) {

@@ -18,7 +18,6 @@
 #include <cstddef>
 #include <cstring>
 #include <iterator>
-#include <utility>
 
 #include "reader/handle_block.h"
 #include "reader/head.h"
@@ -96,13 +95,13 @@ std::uint64_t FIFindMarkZeros(std::uint64_t bits) {
 
 // Moves a position to the next one bit and behind it. False when the data ends first.
 bool FIPassFaxZeros(FIFaxPosition& position, const std::uint8_t* end) {
+    constexpr std::ptrdiff_t step = sizeof(std::uint64_t);
     std::uint32_t firstBit = position.bit;
-    for (const std::uint8_t* byte = position.byte; byte < end; ++byte) {
-        const auto bits = static_cast<std::uint8_t>(*byte << firstBit);  // from firstBit on, zeros behind
+    for (const std::uint8_t* byte = position.byte; byte < end; byte += std::min(step, end - byte)) {
+        const std::uint64_t bits = FILoadFaxBits(byte, end) << firstBit;
         if (bits != 0) {
             const std::uint32_t next = firstBit + static_cast<std::uint32_t>(std::countl_zero(bits)) + 1;
-            position.byte = byte + next / bitsPerByte;
-            position.bit = static_cast<std::uint8_t>(next % bitsPerByte);
+            position = {byte + next / bitsPerByte, static_cast<std::uint8_t>(next % bitsPerByte)};
             return true;
         }
         firstBit = 0;
@@ -157,39 +156,96 @@ void FIStepFaxBack(FIFaxPosition& position, std::uint32_t bits) {
     position.bit = static_cast<std::uint8_t>(bit % bitsPerByte);
 }
 
+// A code's run of pixels, by the code's index.
+struct FIFaxCodeRun {
+    std::uint16_t pixels;
+    std::uint8_t length;         // of the code in bits
+    std::uint8_t changesColour;  // 1 behind a terminating code
+};
+
+using FIFaxCodeRuns = std::array<FIFaxCodeRun, faxCodeCount>;
+
+constexpr FIFaxCodeRuns FIMakeFaxCodeRuns(const FIFaxBytes& lengths) {
+    FIFaxCodeRuns runs{};
+    for (std::uint32_t index = 0; index < faxCodeCount; ++index) {
+        const bool terminating = index < faxFirstMakeUp;
+        runs[index] = {static_cast<std::uint16_t>(FIGetFaxRunPixels(index)), lengths[index], std::uint8_t{terminating}};
+    }
+    return runs;
+}
+
+// White and black.
+constexpr FIFaxCodeRuns faxCodeRuns[] = {FIMakeFaxCodeRuns(faxWhiteLengths), FIMakeFaxCodeRuns(faxBlackLengths)};
+
+// A row being decoded.
+struct FIFaxRow {
+    FIFaxBits bits;
+    const std::uint8_t* lookups[2];  // white and black
+    std::uint32_t next;              // the bit where the next code starts
+    std::uint32_t codeLength;        // of the last code
+    std::uint32_t colour = 0;
+    std::uint32_t total = 0;  // pixels
+
+    // Takes the code that a key starts with. False when there is none.
+    bool Take(std::uint64_t key) {
+        const std::uint8_t index = lookups[colour][key];
+        if (index == faxNoCode) return false;
+        const FIFaxCodeRun& run = faxCodeRuns[colour][index];
+        next += run.length;
+        codeLength = run.length;
+        total += run.pixels;
+        colour ^= run.changesColour;
+        return true;
+    }
+};
+
+// Takes codes out of 64 bits at a time, as long as the end of the data is far: no code here uses up the last byte. False
+// when it stopped at a bad code.
+bool FITakeFarCodes(FIFaxRow& row, std::uint32_t mostPixels) {
+    constexpr std::uint32_t windowBits = 64;
+    constexpr std::int64_t farBytes = 16;
+    while (row.next / bitsPerByte + farBytes <= row.bits.byteCount && row.total <= mostPixels) {
+        const std::uint32_t firstBit = row.next % bitsPerByte;
+        std::uint64_t window = FILoadEightHighFirst(row.bits.bytes + row.next / bitsPerByte) << firstBit;
+        const std::uint32_t lastStart = row.next + windowBits - firstBit - faxLongestCode;
+        while (row.next <= lastStart) {
+            if (!row.Take(window >> (windowBits - faxLongestCode))) return false;
+            window <<= row.codeLength;
+        }
+    }
+    return true;
+}
+
+// Takes codes one by one up to the end of the data. Returns the bit behind the last 13 that were looked at.
+//
+// Quirk: the end of the data stops a row when its last code uses up the last byte and no more. A code that steps over
+// the end lets the row run on into the zeros there, where the next key that is no code stops it.
+std::uint32_t FITakeNearCodes(FIFaxRow& row) {
+    std::uint32_t taken = row.next + faxLongestCode - row.codeLength;
+    while (std::int64_t{taken / bitsPerByte} != row.bits.byteCount) {
+        taken = row.next + faxLongestCode;
+        if (!row.Take(row.bits.KeyBefore(taken))) break;
+    }
+    return taken;
+}
+
 // FIDecodeFaxRow over the bytes from a position to the end, up to so many pixels: a row of more is none of a standard
 // width, and the position then lies anywhere in it.
 std::uint16_t FIDecodeRow(FIFaxPosition& position, std::int32_t rowBytesLeft, const FIFaxLookup& whiteLookup,
                           const FIFaxLookup& blackLookup, std::uint32_t mostPixels) {
-    const FIFaxBits row = {position.byte, rowBytesLeft};
-    std::uint32_t taken = position.bit;               // bits, from the first byte's most significant one on
-    const std::uint8_t* lookup = whiteLookup.data();  // of the colour whose turn it is, and of the other one
-    const std::uint8_t* otherLookup = blackLookup.data();
-    const std::uint8_t* lengths = std::data(faxWhiteLengths);
-    const std::uint8_t* otherLengths = std::data(faxBlackLengths);
-    std::uint32_t total = 0;
-    std::uint32_t codeLength = faxLongestCode;  // of the last code; the 13 bits looked at slide by it
-    // Quirk: the end of the data stops a row when its last code uses up the last byte and no more. A code that steps over
-    // the end lets the row run on into the zeros there, where the next key that is no code stops it.
-    while (std::int64_t{taken / bitsPerByte} != rowBytesLeft) {
-        taken += codeLength;
-        const std::uint8_t index = lookup[row.KeyBefore(taken)];
-        if (index == faxNoCode) break;
-        codeLength = lengths[index];
-        total += FIGetFaxRunPixels(index);
-        if (total > mostPixels) return 0;
-        if (index >= faxFirstMakeUp) continue;
-        std::swap(lookup, otherLookup);
-        std::swap(lengths, otherLengths);
-    }
+    FIFaxRow row = {
+        {position.byte, rowBytesLeft}, {whiteLookup.data(), blackLookup.data()}, position.bit, faxLongestCode};
+    const bool goesOn = FITakeFarCodes(row, mostPixels);
+    if (row.total > mostPixels) return 0;
+    const std::uint32_t taken = goesOn ? FITakeNearCodes(row) : row.next + faxLongestCode;
     position = {position.byte + taken / bitsPerByte, static_cast<std::uint8_t>(taken % bitsPerByte)};
     // Quirk: the cursor goes back by 13 minus the length of the last code that was good. That is right for a row that
     // the end of the data stopped. When a bad code stopped it, all its 13 bits were fetched, and the cursor comes to
     // stand inside of it: mostly inside the mark that ends the row. The search then passes over that mark unless enough
     // fill zeros stand in front of it, and the row compared with this one is the next but one.
-    FIStepFaxBack(position, faxLongestCode - codeLength);
-    const bool isStandard = std::ranges::find(standardWidths, total) != std::end(standardWidths);
-    return isStandard ? static_cast<std::uint16_t>(total) : std::uint16_t{0};
+    FIStepFaxBack(position, faxLongestCode - row.codeLength);
+    const bool isStandard = std::ranges::find(standardWidths, row.total) != std::end(standardWidths);
+    return isStandard ? static_cast<std::uint16_t>(row.total) : std::uint16_t{0};
 }
 
 // Decodes the row at a position, which moves as FIDecodeFaxRow moves its cursor if the row has a width.

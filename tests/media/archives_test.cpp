@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <random>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -120,6 +121,30 @@ bool FIIsTar(const std::string& block) {
     const bool isTar = FICheckTarHeader(reinterpret_cast<const std::uint8_t*>(block.data())) == 0;
     EXPECT_EQ(block, before) << "the block was changed";
     return isTar;
+}
+
+// The sums are taken eight bytes at a time; here a byte at a time.
+TEST(Tar, SumsOfRandomBlocksAgreeWithThoseOfTheirBytes) {
+    std::mt19937 engine(20261121);
+    std::uint32_t accepted = 0;
+    for (std::uint32_t round = 0; round < 3000; ++round) {
+        std::string block = FIMakeTarHeader();
+        for (std::size_t offset = 0; offset < tarBlock; ++offset) {
+            const bool free = offset < tarFields || offset >= tarChecksum + tarChecksumSize;
+            if (free && engine() % 3 != 0) block[offset] = static_cast<char>(engine());
+        }
+        const std::int32_t sums[] = {FISumUnsigned(block), FISumSigned(block), FISumUnsigned(block) + 1};
+        const std::int32_t checksum = std::max(sums[engine() % 3], 1);
+        block = FIWithSum(block, checksum);
+        if (round % 5 == 0)
+            block = FIWithWordSum(FIWithChecksum(block, wrongChecksum), static_cast<std::uint16_t>(engine() % 2));
+        const std::int32_t told = round % 5 == 0 ? 07777777 : checksum;
+        const bool expected = told == FISumUnsigned(block) || told == FISumSigned(block) || FISumWords(block) == 0;
+        ASSERT_EQ(FIIsTar(block), expected) << round;
+        accepted += expected ? 1 : 0;
+    }
+    EXPECT_GT(accepted, 1000U);
+    EXPECT_LT(accepted, 2500U);
 }
 
 // ---- tar: the fields ------------------------------------------------------------------------------------------------
