@@ -12,6 +12,7 @@
 #include <fstream>
 #include <limits>
 
+#include "core/driver.h"
 #include "fiid.h"
 #include "platform/base_utility.h"
 #include "support/bytes.h"
@@ -299,6 +300,136 @@ TEST_F(AwkwardFile, AsksOnceForItsHeadWhenItIsSound) {
     OpenWithoutSize();
     EXPECT_EQ(ReadAll(4096), bytes_.substr(0, 5000));
     EXPECT_EQ(calls, "fstat pread@0 pread@5000 ") << "the second one finds the end";
+}
+
+// ---- The head, which is handed out when it is all that reads would deliver -----------------------------------------
+
+class AwkwardHead : public AwkwardFile {
+ protected:
+    // The head that the handle hands out now, or a size that no head has.
+    UTHead TakeHead() {
+        UTHead head = {nullptr, 99999, 99999};
+        const std::int16_t status = UTGetHead(file_, &head);
+        EXPECT_EQ(status == 0, head.bytes != nullptr);
+        if (status == 0) {
+            EXPECT_EQ(std::string(reinterpret_cast<const char*>(head.bytes), head.size), bytes_.substr(0, head.size));
+        }
+        return head;
+    }
+    void ExpectHead(std::uint32_t size, std::uint64_t objectSize) {
+        for (const char* const time : {"first", "second"}) {
+            const UTHead head = TakeHead();
+            EXPECT_EQ(head.size, size) << time;
+            EXPECT_EQ(head.objectSize, objectSize) << time;
+        }
+    }
+    void ExpectNoHead() {
+        EXPECT_EQ(TakeHead().bytes, nullptr);
+        EXPECT_EQ(TakeHead().bytes, nullptr);
+    }
+    void Cut(std::uint32_t size) { ASSERT_EQ(ftruncate(descriptor_, size), 0); }
+    void Restore() {
+        Cut(0);
+        ASSERT_EQ(pwrite(descriptor_, bytes_.data(), bytes_.size(), 0), static_cast<ssize_t>(bytes_.size()));
+    }
+};
+
+TEST_F(AwkwardHead, IsOneReadThatTheReadsShare) {
+    calls.clear();
+    Open();
+    ExpectHead(8192, 20000);
+    EXPECT_EQ(calls, "fstat pread@0 ");
+    char bytes[2048];
+    std::uint32_t count = 0;
+    EXPECT_EQ(file_->operations.IORead(file_, bytes, sizeof(bytes), &count), 0);
+    EXPECT_EQ(std::string(bytes, count), bytes_.substr(0, 2048)) << "the handle was moved";
+    EXPECT_EQ(calls, "fstat pread@0 ");
+}
+
+TEST_F(AwkwardHead, IsWholeOverShortAndInterruptedReads) {
+    for (const std::size_t most : {std::size_t{100}, std::size_t{8191}}) {
+        mostBytes = most;
+        interruptions = interruptionsLeft = 2;
+        Open();
+        ExpectHead(8192, 20000);
+        OpenWithoutSize();
+        ExpectHead(8192, UINT64_MAX);
+    }
+}
+
+TEST_F(AwkwardHead, IsNoneWhereItsBytesCantBeRead) {
+    for (const off_t from : {0, 1, 4096, 8191}) {
+        failFrom = from;
+        Open();
+        ExpectNoHead();
+        OpenWithoutSize();
+        ExpectNoHead();
+    }
+    failFrom = 8192;
+    Open();
+    ExpectHead(8192, 20000);
+    OpenWithoutSize();
+    ExpectHead(8192, UINT64_MAX);
+}
+
+TEST_F(AwkwardHead, OfAFileThatBecameShorterIsNoneIfItsEndShows) {
+    for (const std::uint32_t size : {8191U, 5000U, 1U, 0U}) {
+        Restore();
+        Open();
+        Cut(size);
+        ExpectNoHead();
+    }
+    for (const std::uint32_t size : {8192U, 12000U}) {
+        Restore();
+        Open();
+        Cut(size);
+        ExpectHead(8192, 20000);
+    }
+}
+
+TEST_F(AwkwardHead, OfAFileThatBecameLongerEndsWhereItDid) {
+    Cut(5000);
+    Open();
+    Restore();
+    ExpectHead(5000, 5000);
+}
+
+TEST_F(AwkwardHead, OfAFileThatTellsNoSizeKnowsItWhenTheEndShows) {
+    for (const std::uint32_t size : {0U, 1U, 8191U}) {
+        Restore();
+        Cut(size);
+        OpenWithoutSize();
+        ExpectHead(size, size);
+    }
+    for (const std::uint32_t size : {8192U, 8193U}) {
+        Restore();
+        Cut(size);
+        OpenWithoutSize();
+        ExpectHead(8192, UINT64_MAX);
+    }
+}
+
+// Both walks of the table answer the same where a file changes, fails or tells no size.
+TEST_F(AwkwardHead, DoesNotChangeTheAnswer) {
+    bytes_ = "GIF89a" + bytes_.substr(6);
+    for (const bool sizeTold : {true, false}) {
+        for (const off_t from : {off_t{0}, off_t{3}, off_t{4096}, off_t{9000}, never}) {
+            for (const std::uint32_t cut : {20000U, 9000U, 5000U, 6U, 5U, 0U}) {
+                FIVerdict verdicts[2] = {};
+                for (const FIWalk walk : {FIWalk::byHead, FIWalk::plain}) {
+                    failFrom = never;
+                    Restore();
+                    sizeTold ? Open() : OpenWithoutSize();
+                    Cut(cut);
+                    failFrom = from;
+                    FIVerdict& verdict = verdicts[walk == FIWalk::plain];
+                    EXPECT_EQ(FIIdHandleWithRow(file_, FIFlagExtendedText, verdict, walk), 0);
+                }
+                EXPECT_EQ(verdicts[0].fiid, verdicts[1].fiid) << sizeTold << " " << from << " " << cut;
+                EXPECT_EQ(verdicts[0].row, verdicts[1].row) << sizeTold << " " << from << " " << cut;
+            }
+        }
+    }
 }
 
 }  // namespace
