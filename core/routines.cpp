@@ -135,6 +135,8 @@ constexpr auto routineOfNumber = [] {
 
 }  // namespace
 
+std::span<const FIRoutine> FIAllRoutines() { return routines; }
+
 const FIRoutine* FIFindRoutine(std::uint16_t number) {
     if (number >= std::size(routineOfNumber)) return nullptr;
     const std::uint8_t index = routineOfNumber[number];

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "fiid.h"
 
@@ -18,6 +19,9 @@ struct FIRoutine {
     FIID (*probeWithExtension)(FIReader& reader, const char* extension) = nullptr;
     bool (*gate)(FIHead& head) = nullptr;
 };
+
+// All routines, in ascending order of their numbers.
+std::span<const FIRoutine> FIAllRoutines();
 
 // The routine of a number, or null.
 const FIRoutine* FIFindRoutine(std::uint16_t number);
