@@ -55,6 +55,15 @@ FIID RunEverywhere(const Probe& probe, std::string_view bytes, std::uint32_t sta
     return answer;
 }
 
+FIVerdict Identify(HIOFILE handle, std::uint32_t flags, FIWalk walk) {
+    FIVerdict verdict = {0, 0};
+    EXPECT_EQ(FIIdHandleWithRow(handle, flags, verdict, walk), 0);
+    std::uint32_t position = 1;
+    EXPECT_EQ(handle->operations.IOTell(handle, &position), 0);
+    EXPECT_EQ(position, 0U) << "the handle was not moved back to its start";
+    return verdict;
+}
+
 }  // namespace
 
 FIID FIAnswerOf(FIProbe probe, std::string_view bytes, std::uint32_t start) {
@@ -75,15 +84,19 @@ FIID FIAnswerOver(FIProbeWithExtension probe, TestHandle& handle, const char* ex
     return RunOver([&](FIReader& reader) { return probe(reader, extension); }, handle, 0);
 }
 
+FIVerdict FIIdentifyBothWays(HIOFILE handle, std::uint32_t flags) {
+    const FIVerdict byHead = Identify(handle, flags, FIWalk::byHead);
+    const FIVerdict plain = Identify(handle, flags, FIWalk::plain);
+    EXPECT_EQ(byHead.fiid, plain.fiid) << "another answer when every row is run in full";
+    EXPECT_EQ(byHead.row, plain.row) << "another row decides when every row is run in full";
+    return byHead;
+}
+
 FIID FIIdentifyBytes(std::string_view bytes, const char* name, std::uint32_t flags, std::uint16_t* row) {
     const IOMemorySpec memory = {bytes.data(), bytes.size(), name};
     HIOFILE handle = nullptr;
     EXPECT_EQ(IOOpen(&handle, IOSpecMemory, &memory, IOOpenRead), 0);
-    FIVerdict verdict = {0, 0};
-    EXPECT_EQ(FIIdHandleWithRow(handle, flags, verdict), 0);
-    std::uint32_t position = 1;
-    EXPECT_EQ(handle->operations.IOTell(handle, &position), 0);
-    EXPECT_EQ(position, 0U) << "the handle was not moved back to its start";
+    const FIVerdict verdict = FIIdentifyBothWays(handle, flags);
     EXPECT_EQ(handle->operations.IOClose(handle), 0);
     if (row != nullptr) *row = verdict.row;
     return verdict.fiid;

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/driver.h"
 #include "fiid.h"
 #include "support/bytes.h"
 #include "support/case_name.h"
@@ -38,8 +39,12 @@ FIID FIAnswerOfBlockReader(FIProbe probe, std::string_view bytes, std::uint32_t 
 FIID FIAnswerOver(FIProbe probe, TestHandle& handle, std::uint32_t start = 0);
 FIID FIAnswerOver(FIProbeWithExtension probe, TestHandle& handle, const char* extension);
 
+// The verdict of the whole system for a handle of the platform layer, which stands at 0 afterwards. The table is walked
+// both ways, with the file's head and in full: two verdicts that differ fail the test.
+FIVerdict FIIdentifyBothWays(HIOFILE handle, std::uint32_t flags = FIFlagExtendedText);
+
 // The answer of the whole system for a file of these bytes and this name, through FIIdHandle over a handle of the
 // platform layer in memory; the deciding row through *row if it is not null. Extended text identification is on unless
-// flags are 0.
+// flags are 0. Both ways, as above.
 FIID FIIdentifyBytes(std::string_view bytes, const char* name = "", std::uint32_t flags = FIFlagExtendedText,
                      std::uint16_t* row = nullptr);
