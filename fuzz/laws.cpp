@@ -5,9 +5,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
+#include "core/routines.h"
 #include "platform/base_utility.h"
+#include "platform/handle.h"
+#include "reader/head.h"
 #include "reader/reader.h"
+#include "text/extended_text.h"
 
 namespace {
 
@@ -59,15 +64,23 @@ std::int32_t FuzzTell(HIOFILE file, std::uint32_t* position) {
     return 0;
 }
 
-std::int32_t FuzzGetInfo(HIOFILE, std::uint32_t, void*) { return -1; }
+std::int32_t FuzzGetInfo(HIOFILE file, std::uint32_t selector, void* value) {
+    if (selector != IOInfoName) return -1;
+    std::strcpy(static_cast<char*>(value), FuzzFromFile(file).name);
+    return 0;
+}
 
 std::int32_t FuzzOpenSub(HIOFILE*, std::uint32_t, const void*, std::uint32_t) { return -1; }
+
+FIID RunOver(const FuzzRoutine& routine, FIReader& reader, const char* extension) {
+    for (std::uint32_t taken = 0; taken < routine.start; ++taken) static_cast<void>(FIReaderGetByte(reader));
+    return routine.probe(reader, extension);
+}
 
 FIID RunOver(const FuzzRoutine& routine, HIOFILE file, const char* extension) {
     FIReader reader;
     FIReaderStart(reader, file);
-    for (std::uint32_t taken = 0; taken < routine.start; ++taken) static_cast<void>(FIReaderGetByte(reader));
-    return routine.probe(reader, extension);
+    return RunOver(routine, reader, extension);
 }
 
 HIOFILE OpenMemory(const FuzzFile& file) {
@@ -77,8 +90,35 @@ HIOFILE OpenMemory(const FuzzFile& file) {
     return handle;
 }
 
+FIHead TakeHead(HIOFILE handle) {
+    FIHead head;
+    FuzzRequire(FITakeHead(handle, head), "FITakeHead", "a block of memory has a head");
+    return head;
+}
+
+constexpr std::string_view slowOverThePlatform = "MIF";  // it comes back after 65,536 empty reads
+
+void CheckWithHead(const FuzzRoutine& routine, const FuzzFile& file, FIID answer) {
+    if (routine.name == slowOverThePlatform) return;
+    const HIOFILE handle = OpenMemory(file);
+    const FIHead head = TakeHead(handle);
+    FIReader* const reader = FIReaderNew(handle, &head);
+    FuzzRequire(RunOver(routine, *reader, file.extension) == answer, routine.name, "differs over the head");
+    static_cast<void>(FIReaderFree(*reader));
+    static_cast<void>(handle->operations.IOClose(handle));
+}
+
+bool AreSame(const FIVerdict& one, const FIVerdict& other) { return one.fiid == other.fiid && one.row == other.row; }
+
+FIVerdict Identify(HIOFILE handle, FIWalk walk) {
+    FIVerdict verdict = {0, 0};
+    FuzzRequire(FIIdHandleWithRow(handle, FIFlagExtendedText, verdict, walk) == 0, "FIIdHandle", "a status of failure");
+    std::uint32_t position = 1;
+    FuzzRequire(handle->operations.IOTell(handle, &position) == 0 && position == 0, "FIIdHandle", "not back at 0");
+    return verdict;
+}
+
 void CheckAwkwardHandles(const FuzzRoutine& routine, const FuzzFile& file, FIID answer) {
-    constexpr std::string_view slowOverThePlatform = "MIF";  // it comes back after 65,536 empty reads
     if (routine.name != slowOverThePlatform) {
         const HIOFILE handle = OpenMemory(file);
         FuzzRequire(RunOver(routine, handle, file.extension) == answer, routine.name, "differs over the platform");
@@ -104,9 +144,9 @@ std::uint32_t FuzzHash(std::string_view bytes) {
     return hash ^ hash >> 16;
 }
 
-FuzzHandle FuzzMakeHandle(std::string_view bytes, std::uint32_t bytesPerRead) {
-    return {
-        {{FuzzClose, FuzzRead, FuzzWrite, FuzzSeek, FuzzTell, FuzzGetInfo, FuzzOpenSub}}, bytes, bytesPerRead, 0, 0, 0};
+FuzzHandle FuzzMakeHandle(std::string_view bytes, std::uint32_t bytesPerRead, const char* name) {
+    constexpr IOOperations operations = {FuzzClose, FuzzRead, FuzzWrite, FuzzSeek, FuzzTell, FuzzGetInfo, FuzzOpenSub};
+    return {{operations}, bytes, bytesPerRead, 0, 0, 0, name};
 }
 
 void FuzzCheckRoutines(std::span<const FuzzRoutine> routines, const FuzzFile& file) {
@@ -118,21 +158,55 @@ void FuzzCheckRoutines(std::span<const FuzzRoutine> routines, const FuzzFile& fi
                     "an answer that is not its own");
         FuzzRequire(handle.delivered <= routine.mostBytes, routine.name, "more bytes than its bound");
         if (chosen == 0) CheckAwkwardHandles(routine, file, answer);
+        if (chosen % 4 == 3) CheckWithHead(routine, file, answer);
     }
-    if (chosen == 1) FuzzCheckIdentification(file);
+    if (chosen % 4 == 1) FuzzCheckIdentification(file);
+    if (chosen % 4 == 2) FuzzCheckGates(file);
+}
+
+void FuzzCheckGates(const FuzzFile& file) {
+    const HIOFILE handle = OpenMemory(file);
+    FIHead head = TakeHead(handle);
+    for (const FIRoutine& routine : FIAllRoutines()) {
+        if (routine.gate == nullptr || routine.gate(head)) continue;
+        FIReader reader;
+        FIReaderStart(reader, handle);
+        const std::string name = "routine " + std::to_string(routine.number);
+        FuzzRequire(FIRunRoutine(routine, reader, file.extension) == 0, name.c_str(), "answers with its gate closed");
+    }
+    FIReader reader;
+    FIReaderStart(reader, handle);
+    const FIID text = FITellText(reader);
+    FIReaderStart(reader, handle);
+    FuzzRequire(FITellText(reader, &head) == text, "extended text", "differs with the head");
+    static_cast<void>(handle->operations.IOClose(handle));
+}
+
+FIVerdict FuzzIdentifyBothWays(HIOFILE handle) {
+    const FIVerdict verdict = Identify(handle, FIWalk::byHead);
+    FuzzRequire(verdict.fiid != 0, "FIIdHandle", "no answer");
+    FuzzRequire(AreSame(Identify(handle, FIWalk::byHead), verdict), "FIIdHandle", "another verdict the second time");
+    FuzzRequire(AreSame(Identify(handle, FIWalk::plain), verdict), "FIIdHandle", "another verdict in full");
+    return verdict;
 }
 
 void FuzzCheckIdentification(const FuzzFile& file) {
-    // Over a handle of the target's own for FrameMaker text; see FuzzHandle.
-    FuzzHandle own = FuzzMakeHandle(file.bytes);
+    FuzzHandle own = FuzzMakeHandle(file.bytes, UINT32_MAX, file.name);
+    // Over a handle of the target's own alone for FrameMaker text; see FuzzHandle.
     const bool slow = file.bytes.starts_with("<MIFFile");
-    const HIOFILE handle = slow ? &own.file : OpenMemory(file);
-    FIID answers[2] = {0, 0};
-    for (FIID& answer : answers) {
-        FuzzRequire(FIIdHandle(handle, FIFlagExtendedText, &answer) == 0, "FIIdHandle", "a status of failure");
-        std::uint32_t position = 1;
-        FuzzRequire(handle->operations.IOTell(handle, &position) == 0 && position == 0, "FIIdHandle", "not back at 0");
+    if (slow) {
+        static_cast<void>(FuzzIdentifyBothWays(&own.file));
+        return;
     }
+    const HIOFILE handle = OpenMemory(file);
+    const FIVerdict verdict = FuzzIdentifyBothWays(handle);
+    // Bytes that come from the head are no reads: those in vain of a whole walk have to stay far from the line feed.
+    constexpr std::uint32_t mostVainReads = 8192;
+    FuzzRequire(UTFindHandle(handle)->vainReads < mostVainReads, "FIIdHandle", "reads in vain too often");
     static_cast<void>(handle->operations.IOClose(handle));
-    FuzzRequire(answers[0] == answers[1] && answers[0] != 0, "FIIdHandle", "another answer the second time");
+    // With the platform's handle around it, which sees storages and archives in the host's.
+    HIOFILE over = nullptr;
+    FuzzRequire(IOOpen(&over, IOSpecHandle, &own.file, IOOpenRead) == 0, "IOOpen", "a host's handle opens");
+    FuzzRequire(AreSame(Identify(over, FIWalk::byHead), verdict), "FIIdHandle", "another verdict over a host's handle");
+    static_cast<void>(over->operations.IOClose(over));
 }
