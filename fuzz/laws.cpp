@@ -108,6 +108,16 @@ void CheckWithHead(const FuzzRoutine& routine, const FuzzFile& file, FIID answer
     static_cast<void>(handle->operations.IOClose(handle));
 }
 
+// The bytes over and over, to some size behind the head's.
+std::string Lengthen(std::string_view bytes) {
+    if (bytes.empty()) return "";
+    const std::size_t size = largestHead + FuzzHash(bytes) % 4096;
+    std::string longer;
+    while (longer.size() < size) longer += bytes;
+    longer.resize(size);
+    return longer;
+}
+
 bool AreSame(const FIVerdict& one, const FIVerdict& other) { return one.fiid == other.fiid && one.row == other.row; }
 
 FIVerdict Identify(HIOFILE handle, FIWalk walk) {
@@ -160,8 +170,11 @@ void FuzzCheckRoutines(std::span<const FuzzRoutine> routines, const FuzzFile& fi
         if (chosen == 0) CheckAwkwardHandles(routine, file, answer);
         if (chosen % 4 == 3) CheckWithHead(routine, file, answer);
     }
-    if (chosen % 4 == 1) FuzzCheckIdentification(file);
-    if (chosen % 4 == 2) FuzzCheckGates(file);
+    // Half of them as files that go on behind their head.
+    const std::string longer = chosen >= everySoManyInputs / 2 ? Lengthen(file.bytes) : "";
+    const FuzzFile tried = {longer.empty() ? file.bytes : longer, file.name, file.extension};
+    if (chosen % 4 == 1) FuzzCheckIdentification(tried);
+    if (chosen % 4 == 2) FuzzCheckGates(tried);
 }
 
 void FuzzCheckGates(const FuzzFile& file) {
