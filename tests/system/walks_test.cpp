@@ -86,6 +86,19 @@ TEST(Walks, AreOneOverFilesCutAnywhere) {
     }
 }
 
+// Over and over, so that the file goes on behind its head.
+TEST(Walks, AreOneOverFilesLongerThanTheirHead) {
+    for (const std::string& path : Paths()) {
+        const std::string bytes = ReadFile(path).substr(0, 30000);
+        std::string longer;
+        while (!bytes.empty() && longer.size() < 25000) longer += bytes;
+        for (const std::size_t size : {std::size_t{8191}, std::size_t{8192}, std::size_t{8193}, std::size_t{25000}}) {
+            static_cast<void>(FIIdentifyBytes(longer.substr(0, size), path.c_str()));
+            ASSERT_FALSE(testing::Test::HasFailure()) << path << " for " << size << " bytes";
+        }
+    }
+}
+
 // Skeletons as plain files and, of those of storages, in a storage with their class identifier.
 TEST(Walks, AreOneOverSkeletons) {
     for (std::uint16_t row = 1; row <= signatureRowCount; ++row) {
