@@ -71,7 +71,7 @@ constexpr FIRoutine routines[] = {
     {1141, FIProbeVCard},                                                               // text/vcard.h
     {1146, FIProbeWordStorage},                                                         // storage/word_storage.h
     {1168, FIProbeMif},                                                                 // graphics/drawings.h
-    {1187, nullptr, FIProbeMail},                                                       // text/mail.h
+    {1187, nullptr, FIProbeMail, FIMayBeMail},                                          // text/mail.h
     {1190, FIProbeMarkup},                                                              // package/markup.h
     {1201, FIProbeXBaseTable},                                                          // sheets/table_headers.h
     {1206, FIProbeFieldTable},                                                          // sheets/table_headers.h

@@ -7,17 +7,20 @@
 // like a To header. The breadth is wanted: a single class of address headers makes no mail.
 #include "text/mail.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 #include "reader/ascii_case.h"
+#include "reader/head_line.h"
 #include "reader/header_line.h"
 
 namespace {
 
 constexpr std::uint16_t mostLines = 300;
+constexpr std::uint16_t enoughPoints = 2;
 
 constexpr std::string_view envelopeKeyword = "from ";
 constexpr std::string_view htmlType = "text/html";
@@ -78,25 +81,23 @@ bool FISeen(const HeaderScores& scores, HeaderClass headerClass) {
 
 bool FIContains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 
-// Drops bracketed text, brackets too, lowers the letters, and stores the length that is left. False when the line holds
-// a NUL. An unclosed bracket drops the rest of the line.
-bool FINormaliseLine(char* line, std::uint16_t& length) {
-    std::uint16_t kept = 0;
+bool FIHoldsNul(std::string_view line) { return line.find('\0') != std::string_view::npos; }
+
+// Drops bracketed text, brackets too, and lowers the letters. What is left of the line is stored at target, which has
+// room for all of it and may be the line itself. An unclosed bracket drops the rest of the line.
+std::string_view FINormaliseLine(std::string_view line, char* target) {
+    std::size_t kept = 0;
     bool inBrackets = false;
-    for (std::uint16_t index = 0; index < length; ++index) {
-        const char character = line[index];
-        if (character == '\0') return false;
+    for (const char character : line) {
         if (inBrackets) {
             inBrackets = character != ')';
         } else if (character == '(') {
             inBrackets = true;
         } else {
-            line[kept++] = FILowerAscii(character);
+            target[kept++] = FILowerAscii(character);
         }
     }
-    line[kept] = '\0';
-    length = kept;
-    return true;
+    return {target, kept};
 }
 
 // A line behind a content type of multipart/related: one that begins with white space belongs to it.
@@ -139,22 +140,61 @@ void FIScoreLine(HeaderScores& scores, std::uint16_t lineIndex, std::string_view
     }
 }
 
+// ---- Lines that can't score ----
+
+constexpr std::uint32_t FILetterBit(char letter) { return std::uint32_t{1} << (letter - 'a'); }
+
+constexpr std::uint32_t firstLetters = [] {
+    std::uint32_t letters = 0;
+    for (const HeaderRow& row : headerRows) {
+        const char letter = row.keyword.front();
+        if (letter >= 'a' && letter <= 'z') letters |= FILetterBit(letter);  // the others fit no line
+    }
+    return letters;
+}();
+static_assert(envelopeKeyword.starts_with("from"), "an envelope line starts like a line of the row of that keyword");
+
+// Whether the normalised line may start with the keyword: up to its first bracket it is the line with its letters
+// lowered.
+bool FIMayStartWith(std::string_view line, std::string_view keyword) {
+    for (std::size_t index = 0; index < keyword.size(); ++index) {
+        if (index == line.size()) return false;
+        if (line[index] == '(') return true;
+        if (FILowerAscii(line[index]) != keyword[index]) return false;
+    }
+    return true;
+}
+
+// Whether a line, not normalised yet, may change the scores. Most lines of a text don't, which their first letter tells.
+bool FILineMatters(const HeaderScores& scores, std::string_view line) {
+    if (scores.relatedContinuation) return true;
+    const char first = FILowerAscii(line.front());
+    if (first == '(') return true;
+    if (first < 'a' || first > 'z' || (firstLetters & FILetterBit(first)) == 0) return false;
+    return std::ranges::any_of(headerRows, [line](const HeaderRow& row) { return FIMayStartWith(line, row.keyword); });
+}
+
+// ---- The header block ----
+
 // Scores the lines up to the first empty one, the first that holds a NUL, the end of the file or the 300th.
 HeaderScores FIScoreHeaderBlock(FIReader& reader, char* lineBuffer) {
     HeaderScores scores;
     for (std::uint16_t lineIndex = 0; lineIndex < mostLines; ++lineIndex) {
-        std::uint16_t length = FIReadHeaderLine(lineBuffer, headerLineCapacity, reader);
-        if (length == 0 || !FINormaliseLine(lineBuffer, length)) break;
-        FIScoreLine(scores, lineIndex, std::string_view(lineBuffer, length));
+        const std::string_view line(lineBuffer, FIReadHeaderLine(lineBuffer, headerLineCapacity, reader));
+        if (line.empty() || FIHoldsNul(line)) break;
+        if (FILineMatters(scores, line)) FIScoreLine(scores, lineIndex, FINormaliseLine(line, lineBuffer));
     }
     return scores;
 }
 
+bool FIScoreIsMail(const HeaderScores& scores) {
+    return scores.mimeScore >= enoughPoints || scores.addressScore >= enoughPoints;
+}
+
 FIID FIDecideMail(const HeaderScores& scores, std::string_view extension) {
-    constexpr std::uint16_t enough = 2;
-    const bool addressed = scores.addressScore >= enough;
-    if (scores.mimeScore < enough) {
-        if (!addressed) return 0;
+    if (!FIScoreIsMail(scores)) return 0;
+    const bool addressed = scores.addressScore >= enoughPoints;
+    if (scores.mimeScore < enoughPoints) {
         return scores.envelopeFrom ? 1817 : 1132;
     }
     if (FISeen(scores, HeaderClass::Newsgroups)) return extension.starts_with("NWS") ? 1194 : 1193;
@@ -172,4 +212,21 @@ FIID FIDecideMail(const HeaderScores& scores, std::string_view extension) {
 FIID FIProbeMail(FIReader& reader, const char* extension) {
     return FIWithLineBuffer(
         reader, [&](char* lineBuffer) { return FIDecideMail(FIScoreHeaderBlock(reader, lineBuffer), extension); });
+}
+
+// The header block as it is scored by the probe, as far as it lies in the head.
+bool FIMayBeMail(FIHead& head) {
+    HeaderScores scores;
+    char normalised[headerLineBufferSize];
+    std::uint32_t position = 0;
+    for (std::uint16_t lineIndex = 0; lineIndex < mostLines; ++lineIndex) {
+        std::string_view line;
+        const FIHeadLine state = FITakeHeadLine(head, position, line);
+        if (state == FIHeadLine::beyondHead) return true;
+        if (state == FIHeadLine::holdsNul || line.empty()) return false;
+        if (!FILineMatters(scores, line)) continue;
+        FIScoreLine(scores, lineIndex, FINormaliseLine(line, normalised));
+        if (FIScoreIsMail(scores)) return true;
+    }
+    return false;
 }
