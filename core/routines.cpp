@@ -113,7 +113,7 @@ constexpr FIRoutine routines[] = {
     {1807, FIProbeTar, nullptr, FIMayBeTar},                                            // media/archives.h
     {1814, FIProbeLhaStub, nullptr, FIMayBeLhaStub},                                    // media/archives.h
     {1999, nullptr, FIProbeStorage},                                                    // storage/storage_dispatcher.h
-    {4050, FIProbeEncodedText},                                                         // text/encoded_text.h
+    {4050, FIProbeEncodedText, nullptr, FIMayBeEncodedText},                            // text/encoded_text.h
     // clang-format on
 };
 

@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "reader/ascii_case.h"
+#include "reader/head_line.h"
 #include "reader/header_line.h"
 #include "reader/reader.h"
 #include "reader/white_space.h"
@@ -166,13 +167,10 @@ StepAnswer FIFollowRuns(EncodedScan& scan) {
     return FIFollowBinHexRun(scan);
 }
 
-// Lowers the line in place. False when it holds a NUL.
-bool FILowerLine(EncodedScan& scan) {
-    for (char& character : std::span(scan.line, scan.length)) {
-        if (character == '\0') return false;
-        character = FILowerAscii(character);
-    }
-    return true;
+bool FIHoldsNul(const EncodedScan& scan) { return FILineText(scan).size() != scan.length; }
+
+void FILowerLine(EncodedScan& scan) {
+    for (char& character : std::span(scan.line, scan.length)) character = FILowerAscii(character);
 }
 
 // ---- uuencode and xxencode with a header ----------------------------------------------------------------------------
@@ -284,8 +282,16 @@ FIID FIFollowBinHexStart(EncodedScan& scan) {
 
 // ---- The line loop --------------------------------------------------------------------------------------------------
 
+// Whether a line, in letters of any case, starts as a line does that FITryHeaders looks at. No others need be lowered.
+bool FIStartsLikeHeader(std::string_view line) {
+    constexpr std::string_view starts = "bB=(";
+    static_assert(beginKeyword.front() == 'b' && yBeginKeyword.front() == '=' && binHexNotice.front() == '(');
+    return line.size() >= shortestHeader && starts.find(line.front()) != std::string_view::npos;
+}
+
 StepAnswer FITryHeaders(EncodedScan& scan) {
-    if (scan.length < shortestHeader) return std::nullopt;
+    if (!FIStartsLikeHeader(FILineText(scan))) return std::nullopt;
+    FILowerLine(scan);
     if (FIIsBeginHeader(scan)) return FIFollowBeginHeader(scan);
     if (FILineStartsWith(scan, yBeginKeyword)) return FIFollowYEncHeader(scan);
     if (FIIsBinHexNotice(scan) && FITakeBinHexStart(scan.reader)) return FIFollowBinHexStart(scan);
@@ -297,13 +303,27 @@ StepAnswer FIExamineLine(EncodedScan& scan) {
     FISkipWhiteSpace(scan.reader);
     if (!FIReadLine(scan)) return FIID{0};
     if (const StepAnswer answer = FIFollowRuns(scan)) return answer;
-    if (!FILowerLine(scan)) return FIID{0};
+    if (FIHoldsNul(scan)) return FIID{0};
     if (!FILineStartsWith(scan, mimeBoundary)) {  // such a line is not idle
         if (const StepAnswer answer = FITryHeaders(scan)) return answer;
         if (scan.idleLines > mostIdleLines) return FIID{0};
         ++scan.idleLines;
     }
     return ++scan.lineCount == mostLines ? StepAnswer(FIID{0}) : std::nullopt;
+}
+
+// ---- The gate ----
+
+// Whether a line without a NUL may be more than an idle one as long as no run has begun: a line that FITryHeaders looks
+// at, a boundary line, which is not idle, or one that starts a run. A line that is too short to start one changes
+// nothing, whatever it is.
+bool FIIsNoIdleLine(std::string_view line) {
+    constexpr std::size_t longestRunLine = 65;  // of the three encodings; the others end at 64
+    if (FIStartsLikeHeader(line) || line.starts_with(mimeBoundary)) return true;
+    if (line.size() <= shortLine || line.size() > longestRunLine) return false;
+    char copy[longestRunLine + 1];  // FIIsUuLine may replace its blanks, which FIIsBinHexLine looks at then
+    *std::copy(line.begin(), line.end(), copy) = '\0';
+    return FIIsUuLine(copy, 0) || FIIsXxLine(copy) || FIIsBinHexLine(copy);
 }
 
 }  // namespace
@@ -359,4 +379,18 @@ FIID FIProbeEncodedText(FIReader& reader) {
         while (!answer) answer = FIExamineLine(scan);
         return *answer;
     });
+}
+
+// Idle lines alone end the scan soon.
+bool FIMayBeEncodedText(FIHead& head) {
+    std::uint32_t position = 0;
+    for (std::uint16_t idleLines = 0; idleLines <= mostIdleLines + 1; ++idleLines) {
+        while (position < head.size && FIIsWhiteSpace(head.bytes[position])) ++position;
+        std::string_view line;
+        const FIHeadLine state = FITakeHeadLine(head, position, line);
+        if (state == FIHeadLine::beyondHead) return true;
+        if (state == FIHeadLine::holdsNul || line.empty()) return false;
+        if (FIIsNoIdleLine(line)) return true;
+    }
+    return false;
 }

@@ -5,6 +5,8 @@
 
 #include "fiid.h"
 
+struct FIHead;
+
 // Routine 4050, also the one test of FIIdSpecial. Examines up to 300 lines. Returns
 //   4050  uuencode with a "begin" header      4054  yEnc, one part
 //   4051  uuencoded lines without a header    4055  yEnc, part 2 or later of several
@@ -13,6 +15,9 @@
 // or 0 for none of them, when a seek fails, and when memory is exhausted. The reader is rewound first and left wherever
 // the probe stopped.
 FIID FIProbeEncodedText(FIReader& reader);
+
+// Its gate: whether the lines that the head holds begin anything before the scan ends.
+bool FIMayBeEncodedText(FIHead& head);
 
 // Whether the first count bytes are all from 1 to 127. True for a count of 0. Stops at the first byte that is not, so
 // that a count beyond the end of a NUL-terminated text is harmless.
