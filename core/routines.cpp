@@ -67,7 +67,7 @@ constexpr FIRoutine routines[] = {
     {1077, [](FIReader& reader) { return FIProbePipeCodes(reader, 1077); }},            // wordproc/trailers.h
     {1082, FIProbeBookStorage},                                                         // storage/named_streams.h
     {1108, FIProbeWordPro},                                                             // wordproc/word_pro.h
-    {1132, FIProbeMemoHeader},                                                          // text/memo_headers.h
+    {1132, FIProbeMemoHeader, nullptr, FIMayBeMemo},                                    // text/memo_headers.h
     {1141, FIProbeVCard},                                                               // text/vcard.h
     {1146, FIProbeWordStorage},                                                         // storage/word_storage.h
     {1168, FIProbeMif},                                                                 // graphics/drawings.h

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "reader/ascii_case.h"
+#include "reader/head_line.h"
 #include "reader/reader.h"
 
 namespace {
@@ -56,6 +57,41 @@ bool FITakeMemoLine(FIReader& reader, std::uint16_t& hits) {
     return true;
 }
 
+// ---- The gate ----
+
+enum class FIHeadMemoLine : std::uint8_t { taken, refused, beyondHead };
+
+// FITakeMemoHead in the head, at the start of a line. Returns the column behind what it takes, which may be one that lies
+// behind the head.
+std::uint32_t FIPassMemoHead(const FIHead& head, std::uint32_t start, std::uint16_t& hits) {
+    if (start >= head.size) return 0;
+    const std::string_view wanted = FIMemoHeadOf(head.bytes[start]);
+    if (wanted.empty()) return 0;
+    for (std::uint32_t column = 1; column < wanted.size(); ++column) {
+        if (start + column >= head.size) return column;
+        const std::uint16_t character = FILowerAscii(std::uint16_t{head.bytes[start + column]});
+        if (character != wanted[column]) return column + 1;
+    }
+    ++hits;
+    return static_cast<std::uint32_t>(wanted.size());
+}
+
+// FITakeMemoLine in the head, from one low byte to the next: the others are bytes of the line.
+FIHeadMemoLine FIPassMemoLine(FIHead& head, std::uint32_t& position, std::uint16_t& hits) {
+    constexpr auto lowBytes = [](const FIByteMasks& masks) { return masks.low; };
+    const std::uint32_t start = position;
+    const std::uint32_t limit = std::min(start + memoLineLimit, head.size);
+    std::uint32_t end = FINextInHead(head, start + FIPassMemoHead(head, start, hits), limit, lowBytes);
+    while (end < limit && head.bytes[end] == '\t') end = FINextInHead(head, end + 1, limit, lowBytes);
+    position = end;
+    if (end == start + memoLineLimit) return FIHeadMemoLine::taken;
+    const bool atLineEnd = end < limit && head.bytes[end] == '\r' && end != start;
+    if (end < limit && !atLineEnd) return FIHeadMemoLine::refused;
+    position = end + 2;
+    if (position > head.size) return FIHeadIsWhole(head) ? FIHeadMemoLine::refused : FIHeadMemoLine::beyondHead;
+    return head.bytes[end + 1] == '\n' ? FIHeadMemoLine::taken : FIHeadMemoLine::refused;
+}
+
 }  // namespace
 
 FIID FIProbeMemoHeader(FIReader& reader) {
@@ -65,4 +101,15 @@ FIID FIProbeMemoHeader(FIReader& reader) {
         if (!FITakeMemoLine(reader, hits)) return 0;
     }
     return hits == memoHits ? 1132 : 0;
+}
+
+// The lines as the probe takes them, as far as they lie in the head.
+bool FIMayBeMemo(FIHead& head) {
+    std::uint32_t position = 0;
+    std::uint16_t hits = 0;
+    for (std::uint16_t lines = 0; lines < memoLines && hits < memoHits; ++lines) {
+        const FIHeadMemoLine state = FIPassMemoLine(head, position, hits);
+        if (state != FIHeadMemoLine::taken) return state == FIHeadMemoLine::beyondHead;
+    }
+    return hits == memoHits;
 }
