@@ -14,11 +14,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "catalogue/format_not_known.h"
 #include "fiid.h"
 #include "reader/file_end.h"
+#include "reader/head.h"
 #include "reader/reader.h"
 
 namespace {
@@ -28,6 +30,7 @@ constexpr FIID highText = 4005;
 constexpr FIID atSignText = 1184;
 
 constexpr std::uint32_t largestSample = 4096;
+constexpr std::uint32_t fewAtSigns = 10;  // no more of them make no text of at-signs
 
 constexpr std::uint16_t firstPrintable = 0x20;
 constexpr std::uint16_t firstHighByte = 0x80;
@@ -150,14 +153,13 @@ bool FIHighBytesPrevail(const TextCounts& counts) {
 // Neither factor shows in an answer. With high bytes the answer is 4005 whatever comes out here, or that of the later
 // test, which wants so many of them that no factor above 1 is reached; without high bytes every factor is.
 bool FIRatioIsText(const TextCounts& counts) {
-    constexpr std::uint16_t fewAtSigns = 2;
+    constexpr std::uint16_t twoAtSigns = 2;
     const bool manyAtSigns = counts.atSigns > counts.blanks;
-    if (manyAtSigns && counts.atSigns > fewAtSigns && FIHighBytesPrevail(counts)) return false;
+    if (manyAtSigns && counts.atSigns > twoAtSigns && FIHighBytesPrevail(counts)) return false;
     return counts.textBytes >= (manyAtSigns ? 6 : 4) * counts.highBytes;
 }
 
 bool FIIsAtSignText(const TextCounts& counts, std::uint32_t sampleSize) {
-    constexpr std::uint16_t fewAtSigns = 10;
     return counts.atSigns >= sampleSize / 10 && counts.atSigns > fewAtSigns && FIHighBytesPrevail(counts);
 }
 
@@ -170,9 +172,52 @@ FIID FIDecideText(const TextCounts& counts, std::uint32_t sampleSize) {
     return sampleSize / 4 < (counts.control ? 1U : 0U) ? formatNotKnown : plainText;
 }
 
+// ---- Texts that need no count ----
+//
+// Without a control character in the sample only high bytes and at-signs decide: 1184 asks for more than ten at-signs,
+// and without 1184 the answer is 4005 with a high byte and 4022 without one. Where no byte is lost, the bytes that are
+// counted are those in front of the sample's last, except for what belongs to a line end.
+
+// Whether a control character stands in the first bytes, or two CR in a row, behind which a byte may be lost.
+bool FINeedsCount(FIHead& head, std::uint32_t bytes) {
+    constexpr int verticalTab = 0x0B;  // the only soft one that is a control character here
+    std::uint64_t crCarry = 0;
+    const auto pick = [&crCarry](const FIByteMasks& masks) {
+        const std::uint64_t pairs = masks.cr & (masks.cr << 1 | crCarry);
+        crCarry = masks.cr >> (byteMaskSpan - 1);
+        return FIHardControls(masks) | pairs;
+    };
+    return FIAnyInHead(head, bytes, pick) || std::memchr(head.bytes, verticalTab, bytes) != nullptr;
+}
+
+bool FIMayBeAtSignText(const FIHead& head, std::uint32_t bytes) {
+    const std::uint8_t* const end = head.bytes + bytes;
+    const std::uint8_t* position = head.bytes;
+    for (std::uint32_t atSigns = 0; atSigns <= fewAtSigns; ++atSigns) {
+        position =
+            static_cast<const std::uint8_t*>(std::memchr(position, '@', static_cast<std::size_t>(end - position)));
+        if (position == nullptr) return false;
+        ++position;
+    }
+    return true;
+}
+
+// The answer of FICountSample and FIDecideText where the masks tell it, otherwise 0.
+FIID FITellByHead(FIHead& head) {
+    if (head.fileSize == UINT64_MAX) return 0;
+    const auto sampleSize = static_cast<std::uint32_t>(std::min<std::uint64_t>(head.fileSize, largestSample));
+    if (sampleSize > head.size) return 0;
+    if (sampleSize < 2) return plainText;  // nothing is looked at
+    const std::uint32_t bytes = sampleSize - 1;
+    if (FINeedsCount(head, bytes) || FIMayBeAtSignText(head, bytes)) return 0;
+    return FIAnyInHead(head, bytes, FIHighBytes) ? highText : plainText;
+}
+
 }  // namespace
 
-FIID FITellText(FIReader& reader, FIHead*) {
+FIID FITellText(FIReader& reader, FIHead* head) {
+    const FIID told = head != nullptr ? FITellByHead(*head) : FIID{0};
+    if (told != 0) return told;
     const std::uint32_t sampleSize = FIMeasureSample(reader);
     static_cast<void>(FIReaderSeek(reader, 0));  // a failure shows in the bytes that come
     return FIDecideText(FICountSample(reader, sampleSize), sampleSize);
