@@ -1,7 +1,9 @@
-// The memo routine's gate, against the routine.
+// The memo routine against one that takes every byte by itself, and its gate.
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "reader/ascii_case.h"
 #include "reader/reader.h"
 #include "support/head_input.h"
 #include "support/ordinary_files.h"
@@ -10,6 +12,43 @@
 namespace {
 
 using namespace std::string_literals;
+
+// ---- Byte by byte ---------------------------------------------------------------------------------------------------
+
+std::uint32_t TakeHeadByBytes(FIReader& reader, std::string_view head, std::uint32_t& hits) {
+    std::uint32_t column = 1;
+    while (column < head.size()) {
+        if (FILowerAscii(FIReaderGetByte(reader)) != head[column++]) return column;
+    }
+    ++hits;
+    return column;
+}
+
+bool TakeLineByBytes(FIReader& reader, std::uint32_t& hits) {
+    std::uint32_t column = 0;
+    while (column < 1000) {
+        const std::uint16_t character = FIReaderGetByte(reader);
+        if (character == '\r') return column != 0 && FIReaderGetByte(reader) == '\n';
+        if (character == endOfFile || (character < ' ' && character != '\t')) return false;
+        const std::uint16_t letter = column == 0 ? FILowerAscii(character) : std::uint16_t{0};
+        if (letter == 'f' || letter == 't') {
+            column = TakeHeadByBytes(reader, letter == 'f' ? "from:" : "to:", hits);
+        } else {
+            ++column;
+        }
+    }
+    return true;
+}
+
+FIID ProbeByBytes(FIReader& reader) {
+    std::uint32_t hits = 0;
+    for (std::uint32_t lines = 0; lines < 15 && hits < 2; ++lines) {
+        if (!TakeLineByBytes(reader, hits)) return 0;
+    }
+    return hits == 2 ? 1132 : 0;
+}
+
+// ---- Inputs ---------------------------------------------------------------------------------------------------------
 
 const std::vector<std::string> words = {
     "From: a", "from:", "FROM: b", "To: c", "to:",  "TO:",  "T",     "F",          "Fr",     "Fro", "From", "x",
@@ -37,6 +76,34 @@ FIID MemoAnswer(const std::string& file) {
     FIReader reader;
     FIReaderStart(reader, FIFileOf(*handle));
     return FIProbeMemoHeader(reader);
+}
+
+// ---- Tests ----------------------------------------------------------------------------------------------------------
+
+TEST(MemoProbe, TakesWhatItTakesByteByByte) {
+    RandomNumbers random(4);
+    for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
+        const std::string file = SomeMemo(random);
+        const std::uint32_t bytesPerRead = random.OneIn(2) ? testNever : random.Below(40) + 1;
+        const std::uint32_t failReadsFrom = random.OneIn(4) ? random.Below(8) : testNever;
+        FIID answers[2];
+        std::uint32_t places[2];
+        std::uint32_t reads[2];
+        for (const std::size_t index : {0U, 1U}) {
+            const auto handle = FIMakeTestHandle(file);
+            handle->bytesPerRead = bytesPerRead;
+            handle->failReadsFrom = failReadsFrom;
+            FIReader reader;
+            FIReaderStart(reader, FIFileOf(*handle));
+            if (index == 1) static_cast<void>(FIReaderSeek(reader, 0));  // as the routine does
+            answers[index] = index == 0 ? FIProbeMemoHeader(reader) : ProbeByBytes(reader);
+            places[index] = FIReaderTell(reader);
+            reads[index] = handle->reads;
+        }
+        EXPECT_EQ(answers[0], answers[1]) << testing::PrintToString(file);
+        EXPECT_EQ(places[0], places[1]) << testing::PrintToString(file);
+        EXPECT_EQ(reads[0], reads[1]) << testing::PrintToString(file);
+    }
 }
 
 TEST(MemoGate, RulesOutNoMemo) {
