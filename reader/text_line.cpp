@@ -9,22 +9,90 @@
 
 namespace {
 
-// The bytes of a text in front of the first such byte.
+// ---- The search for what ends a run of bytes ----
+//
+// CR is the highest byte that is looked for. Most bytes of a text are above it, which is told for many at once.
+
+constexpr std::size_t wordSize = sizeof(std::uint64_t);
+constexpr std::size_t blockSize = 256;
+constexpr std::size_t shortRun = 64;  // most lines are shorter, and a block of no use for them
+constexpr std::uint64_t everyByte = 0x0101010101010101;
+
+bool FIIsStop(char byte, FINulByte nul) {
+    return byte == '\n' || byte == '\r' || (byte == '\0' && nul == FINulByte::endsText);
+}
+
+// Whether one of eight bytes is below a limit of at most 80. Only such a byte, or one behind it, makes a subtraction
+// borrow and sets a high bit that the byte itself has not.
+bool FIWordHoldsBelow(std::uint64_t word, std::uint8_t limit) {
+    return ((word - everyByte * limit) & ~word & (everyByte * 0x80)) != 0;
+}
+
+bool FIWordHoldsStop(const char* bytes, FINulByte nul) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, wordSize);
+    if (!FIWordHoldsBelow(word, '\r' + 1)) return false;
+    return FIWordHoldsBelow(word ^ everyByte * '\n', 1) || FIWordHoldsBelow(word ^ everyByte * '\r', 1) ||
+           (nul == FINulByte::endsText && FIWordHoldsBelow(word, 1));
+}
+
+// Whether one of 256 bytes is CR or below. Compilers turn the loop into vector instructions.
+bool FIBlockHoldsLowByte(const char* bytes) {
+    std::uint8_t lowest = 0xFF;
+    for (std::size_t index = 0; index < blockSize; ++index) {
+        lowest = std::min(lowest, static_cast<std::uint8_t>(bytes[index]));
+    }
+    return lowest <= '\r';
+}
+
+// The place of the first stop among the first bytes, or how many they are.
+std::size_t FIFindStopByWords(std::string_view text, FINulByte nul) {
+    std::size_t position = 0;
+    while (text.size() - position >= wordSize && !FIWordHoldsStop(text.data() + position, nul)) position += wordSize;
+    while (position < text.size() && !FIIsStop(text[position], nul)) ++position;
+    return position;
+}
+
+// How many bytes lie in blocks without a low byte. The last block overlaps the one in front of it.
+std::size_t FISizeOfHighBlocks(std::string_view text) {
+    std::size_t size = 0;
+    while (size < text.size() && text.size() >= blockSize) {
+        const std::size_t start = std::min(size, text.size() - blockSize);
+        if (FIBlockHoldsLowByte(text.data() + start)) break;
+        size = start + blockSize;
+    }
+    return size;
+}
+
 std::size_t FISizeUpTo(std::string_view text, char byte) { return std::min(text.find(byte), text.size()); }
 
-// Moves bytes of the reader's buffer to target, at most room of them, up to the first that ends a line or the text.
-// Returns how many. What they leave is what taking them one by one leaves; a buffer that runs out is not refilled.
-std::uint16_t FITakeRun(FIReader& reader, char* target, std::uint16_t room, FINulByte nul) {
-    if (reader.bytesLeft <= 0) return 0;
-    const std::size_t most = std::min<std::size_t>(static_cast<std::uint16_t>(reader.bytesLeft), room);
-    std::string_view run(reinterpret_cast<const char*>(reader.cursor), most);
-    run = run.substr(0, FISizeUpTo(run, '\n'));
-    run = run.substr(0, FISizeUpTo(run, '\r'));
-    if (nul == FINulByte::endsText) run = run.substr(0, FISizeUpTo(run, '\0'));
-    std::memcpy(target, run.data(), run.size());
+// The bytes in front of the first stop: by words in a short run, by blocks and then for each stop in a long one.
+std::size_t FISizeOfRun(std::string_view text, FINulByte nul) {
+    const std::size_t found = FIFindStopByWords(text.substr(0, shortRun), nul);
+    if (found < shortRun) return found;
+    std::string_view rest = text.substr(shortRun);
+    const std::size_t passed = shortRun + FISizeOfHighBlocks(rest);
+    rest = text.substr(passed);
+    rest = rest.substr(0, FISizeUpTo(rest, '\n'));
+    rest = rest.substr(0, FISizeUpTo(rest, '\r'));
+    if (nul == FINulByte::endsText) rest = rest.substr(0, FISizeUpTo(rest, '\0'));
+    return passed + rest.size();
+}
+
+// ---- The reader's buffer ----
+
+// The bytes of the buffer, at most that many, in front of the first that ends a line or, where it ends the text, is NUL.
+// To take them at once leaves what taking them one by one leaves; a buffer that runs out is not refilled.
+std::string_view FIRunInBuffer(const FIReader& reader, std::uint16_t most, FINulByte nul) {
+    if (reader.bytesLeft <= 0) return {};
+    const std::size_t size = std::min<std::size_t>(static_cast<std::uint16_t>(reader.bytesLeft), most);
+    const std::string_view buffer(reinterpret_cast<const char*>(reader.cursor), size);
+    return buffer.substr(0, FISizeOfRun(buffer, nul));
+}
+
+void FIPassRun(FIReader& reader, std::string_view run) {
     reader.cursor += run.size();
     reader.bytesLeft = static_cast<std::int16_t>(static_cast<std::size_t>(reader.bytesLeft) - run.size());
-    return static_cast<std::uint16_t>(run.size());
 }
 
 // Takes the second byte of a line end, or leaves the byte that starts the next line.
@@ -38,7 +106,10 @@ FITakenLine FITakeLine(char* buffer, std::uint16_t capacity, FIReader& reader, F
     FITakenLine line;
     while (line.size + 1 < capacity) {
         const auto room = static_cast<std::uint16_t>(capacity - 1 - line.size);
-        line.size = static_cast<std::uint16_t>(line.size + FITakeRun(reader, buffer + line.size, room, nul));
+        const std::string_view run = FIRunInBuffer(reader, room, nul);
+        std::copy(run.begin(), run.end(), buffer + line.size);
+        FIPassRun(reader, run);
+        line.size = static_cast<std::uint16_t>(line.size + run.size());
         if (line.size + 1 == capacity) break;
         const std::uint16_t byte = FIReaderGetByte(reader);
         if (byte == '\n' || byte == '\r') {
@@ -52,6 +123,26 @@ FITakenLine FITakeLine(char* buffer, std::uint16_t capacity, FIReader& reader, F
         buffer[line.size++] = static_cast<char>(byte);  // control bytes too
     }
     buffer[line.size] = '\0';
+    return line;
+}
+
+FIPassedLine FIPassLine(std::uint16_t capacity, FIReader& reader) {
+    FIPassedLine line;
+    while (line.size + 1 < capacity) {
+        const auto room = static_cast<std::uint16_t>(capacity - 1 - line.size);
+        const std::string_view run = FIRunInBuffer(reader, room, FINulByte::endsText);
+        FIPassRun(reader, run);
+        line.size = static_cast<std::uint16_t>(line.size + run.size());
+        if (line.size + 1 == capacity) break;
+        const std::uint16_t byte = FIReaderGetByte(reader);
+        if (byte == '\n' || byte == '\r') {
+            FITakeLineEndPartner(reader, byte == '\n' ? '\r' : '\n');
+            break;
+        }
+        if (byte == endOfFile) break;
+        if (byte == 0) line.holdsNul = true;
+        ++line.size;
+    }
     return line;
 }
 

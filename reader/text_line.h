@@ -20,6 +20,14 @@ struct FITakenLine {
 // holds an empty line.
 FITakenLine FITakeLine(char* buffer, std::uint16_t capacity, FIReader& reader, FINulByte nul);
 
+struct FIPassedLine {
+    std::uint16_t size = 0;  // bytes passed over, without the line end
+    bool holdsNul = false;
+};
+
+// Passes over a line that FITakeLine would read with this capacity and NUL bytes as text.
+FIPassedLine FIPassLine(std::uint16_t capacity, FIReader& reader);
+
 // A line of a text that a NUL byte ends. Returns 0 when the end of the file or a NUL byte ended it, otherwise 1.
 std::int16_t FIReadTextLine(char* buffer, std::uint16_t capacity, FIReader& reader);
 

@@ -16,6 +16,7 @@
 #include "reader/ascii_case.h"
 #include "reader/head_line.h"
 #include "reader/header_line.h"
+#include "reader/text_line.h"
 
 namespace {
 
@@ -176,10 +177,28 @@ bool FILineMatters(const HeaderScores& scores, std::string_view line) {
 
 // ---- The header block ----
 
+// Passes over the next line if the reader's buffer shows that it changes no score. False, with the line still to come, if
+// it may, or if too little of it is in the buffer.
+//
+// What lies behind a short line's end is looked at with it, but no keyword goes beyond a line end.
+bool FIPassIdleLine(const HeaderScores& scores, FIReader& reader, FIPassedLine& line) {
+    constexpr std::uint16_t lineStart = 32;
+    static_assert(std::ranges::all_of(headerRows, [](const HeaderRow& row) { return row.keyword.size() < lineStart; }));
+    if (reader.bytesLeft < lineStart) return false;
+    if (FILineMatters(scores, {reinterpret_cast<const char*>(reader.cursor), lineStart})) return false;
+    line = FIPassLine(headerLineCapacity, reader);
+    return true;
+}
+
 // Scores the lines up to the first empty one, the first that holds a NUL, the end of the file or the 300th.
 HeaderScores FIScoreHeaderBlock(FIReader& reader, char* lineBuffer) {
     HeaderScores scores;
     for (std::uint16_t lineIndex = 0; lineIndex < mostLines; ++lineIndex) {
+        FIPassedLine passed;
+        if (FIPassIdleLine(scores, reader, passed)) {
+            if (passed.size == 0 || passed.holdsNul) break;
+            continue;
+        }
         const std::string_view line(lineBuffer, FIReadHeaderLine(lineBuffer, headerLineCapacity, reader));
         if (line.empty() || FIHoldsNul(line)) break;
         if (FILineMatters(scores, line)) FIScoreLine(scores, lineIndex, FINormaliseLine(line, lineBuffer));

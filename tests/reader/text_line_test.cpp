@@ -145,7 +145,7 @@ void ExpectSameState(const ReadText& one, const ReadText& other) {
 
 // Pieces of text between line ends, NUL bytes and their like; some are longer than a buffer.
 std::string SomeText(RandomNumbers& random) {
-    const std::string ends = "\n\r\0\n\r\x80\xFF\x0B\x1A"s;
+    const std::string ends = "\n\r\0\n\r\t\t\x80\xFF\x0B\x1A\x0E"s;
     std::string text;
     for (std::uint32_t pieces = random.Below(12); pieces > 0; --pieces) {
         text.append(random.OneIn(40) ? random.Below(3000) : random.Below(20), 'a');
@@ -176,6 +176,32 @@ TEST(TakeLine, IsTheLineByteByByte) {
             EXPECT_EQ(line.size, expected.size) << "round " << round;
             EXPECT_EQ(line.textEnded, expected.textEnded) << "round " << round;
             ExpectSameState(fast, slow);
+        }
+    }
+}
+
+TEST(PassLine, PassesOverWhatTakeLineReads) {
+    RandomNumbers random(10);
+    for (std::uint32_t round = 0; round < 30000 && !HasFailure(); ++round) {
+        const std::string text = SomeText(random);
+        ReadText passed(text);
+        ReadText taken(text);
+        const std::uint32_t bytesPerRead = random.OneIn(3) ? testNever : random.Below(random.OneIn(2) ? 8 : 800) + 1;
+        for (ReadText* const one : {&passed, &taken}) {
+            one->handle->bytesPerRead = bytesPerRead;
+            one->handle->lineFeedAfterEmptyReads = 3;
+        }
+        const std::uint32_t most = random.OneIn(4) ? 4096 : 40;
+        for (std::uint32_t lines = random.Below(16); lines > 0; --lines) {
+            const auto capacity = static_cast<std::uint16_t>(random.Below(most));
+            const FIPassedLine line = FIPassLine(capacity, passed.reader);
+            const FITakenLine expected =
+                TakeLineByBytes(taken.buffer.data(), capacity, taken.reader, FINulByte::isText);
+            EXPECT_EQ(line.size, expected.size) << "round " << round;
+            const std::string_view bytes(taken.buffer.data(), expected.size);
+            EXPECT_EQ(line.holdsNul, bytes.find('\0') != std::string_view::npos) << "round " << round;
+            passed.buffer = taken.buffer;
+            ExpectSameState(passed, taken);
         }
     }
 }

@@ -10,7 +10,6 @@
 #include <string_view>
 
 #include "reader/head.h"
-#include "support/probe_case.h"
 #include "support/random_numbers.h"
 
 // The head of a file, up to size bytes of it. The file must outlive it.

@@ -8,8 +8,11 @@
 #include "reader/ascii_case.h"
 #include "reader/header_line.h"
 #include "reader/white_space.h"
+#include "support/bytes.h"
 #include "support/head_input.h"
 #include "support/ordinary_files.h"
+#include "support/random_numbers.h"
+#include "support/routine_run.h"
 #include "text/encoded_text.h"
 
 namespace {
@@ -134,6 +137,7 @@ std::optional<FIID> TryHeadersPlainly(PlainScan& scan) {
 }
 
 FIID ProbePlainly(FIReader& reader) {
+    if (FIReaderSeek(reader, 0) != 0) return 0;
     PlainScan scan = {.reader = reader};
     for (std::uint32_t lines = 0; lines < 300; ++lines) {
         FISkipWhiteSpace(reader);
@@ -238,33 +242,28 @@ std::string SomeLines(RandomNumbers& random) {
     return file;
 }
 
-FIID AnswerOf(FIProbe probe, const std::string& file) {
-    const auto handle = FIMakeTestHandle(file);
-    FIReader reader;
-    FIReaderStart(reader, FIFileOf(*handle));
-    return probe(reader);
-}
+FIID EncodedTextAnswer(const std::string& file) { return FIRunOver(FIProbeEncodedText, file).answer; }
 
 // ---- Tests --------------------------------------------------------------------------------------------------------
 
-TEST(EncodedTextProbe, AnswersAsWithEveryLineLowered) {
+TEST(EncodedTextProbe, DoesWhatItDoesWithEveryLineLowered) {
     RandomNumbers random(6);
     std::array<std::uint32_t, 8> answers = {};
     for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
         const std::string file = SomeLines(random);
-        const FIID answer = AnswerOf(FIProbeEncodedText, file);
-        EXPECT_EQ(answer, AnswerOf(ProbePlainly, file)) << testing::PrintToString(file);
-        if (answer != 0) ++answers.at(answer - 4050U);
+        const RoutineHandle handle = FISomeHandle(random);
+        const RoutineRun run = FIRunOver(FIProbeEncodedText, file, handle);
+        EXPECT_EQ(run, FIRunOver(ProbePlainly, file, handle)) << testing::PrintToString(file);
+        if (run.answer != 0) ++answers.at(run.answer - 4050U);
     }
     for (const std::uint32_t count : answers) EXPECT_GT(count, 20U) << testing::PrintToString(answers);
 }
 
 TEST(EncodedTextGate, RulesOutNoEncodedText) {
     RandomNumbers random(7);
-    const auto routine = [](const std::string& file) { return AnswerOf(FIProbeEncodedText, file); };
     std::uint32_t closed = 0;
     for (std::uint32_t round = 0; round < 80000 && !HasFailure(); ++round) {
-        closed += FIExpectGateHolds(FIMayBeEncodedText, routine, SomeLines(random), random);
+        closed += FIExpectGateHolds(FIMayBeEncodedText, EncodedTextAnswer, SomeLines(random), random);
     }
     EXPECT_GT(closed, 1000U);
 }
@@ -272,7 +271,6 @@ TEST(EncodedTextGate, RulesOutNoEncodedText) {
 // One line of interest among idle ones: the gate must see each, up to the last that the scan looks at.
 TEST(EncodedTextGate, SeesEveryLineOfTheScan) {
     RandomNumbers random(8);
-    const auto routine = [](const std::string& file) { return AnswerOf(FIProbeEncodedText, file); };
     std::uint32_t closed = 0;
     for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
         const std::string idle = random.OneIn(20) ? std::string(1022, 'x') : "idle" + random.Of(ends);
@@ -280,7 +278,7 @@ TEST(EncodedTextGate, SeesEveryLineOfTheScan) {
         file += random.OneIn(3) ? random.Of(encodings) : random.Of(lines) + random.Of(ends);
         file += FIRepeat(random.Of(lines) + random.Of(ends), random.Below(8));
         file += FIRepeat("idle\n", random.Below(14));
-        closed += FIExpectGateHolds(FIMayBeEncodedText, routine, file, random);
+        closed += FIExpectGateHolds(FIMayBeEncodedText, EncodedTextAnswer, file, random);
     }
     EXPECT_GT(closed, 5000U);
 }

@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "reader/reader.h"
+#include "support/bytes.h"
 #include "support/head_input.h"
 #include "support/ordinary_files.h"
+#include "support/test_handle.h"
 #include "text/extended_text.h"
 
 namespace {

@@ -6,9 +6,11 @@
 
 #include "reader/ascii_case.h"
 #include "reader/header_line.h"
+#include "support/bytes.h"
 #include "support/head_input.h"
 #include "support/ordinary_files.h"
-#include "support/probe_case.h"
+#include "support/random_numbers.h"
+#include "support/routine_run.h"
 #include "text/mail.h"
 
 namespace {
@@ -99,6 +101,7 @@ FIID DecidePlainly(const PlainScores& scores, std::string_view extension) {
 }
 
 FIID ProbePlainly(FIReader& reader, const char* extension) {
+    if (FIReaderSeek(reader, 0) != 0) return 0;
     PlainScores scores;
     std::array<char, headerLineBufferSize> buffer;
     for (std::uint32_t index = 0; index < 300; ++index) {
@@ -185,38 +188,37 @@ std::string SomeMail(RandomNumbers& random) {
     return file;
 }
 
-FIID MailAnswer(FIProbeWithExtension probe, const std::string& file, const char* extension) {
-    const auto handle = FIMakeTestHandle(file);
-    FIReader reader;
-    FIReaderStart(reader, FIFileOf(*handle));
-    return probe(reader, extension);
+FIID MailAnswer(const std::string& file) {
+    return FIRunOver([](FIReader& reader) { return FIProbeMail(reader, ""); }, file).answer;
 }
 
 // ---- Tests --------------------------------------------------------------------------------------------------------
 
-TEST(MailProbe, AnswersAsByEveryLine) {
+TEST(MailProbe, DoesWhatItDoesByEveryLine) {
     RandomNumbers random(2);
     const std::vector<const char*> extensions = {"", "NWS", "EML", "MHT"};
     std::uint32_t mails = 0;
     for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
         const std::string file = SomeMail(random);
+        const RoutineHandle handle = FISomeHandle(random);
         const char* const extension = random.Of(extensions);
-        const FIID answer = MailAnswer(FIProbeMail, file, extension);
-        EXPECT_EQ(answer, MailAnswer(ProbePlainly, file, extension)) << testing::PrintToString(file);
-        mails += answer != 0 ? 1U : 0U;
+        const auto probe = [extension](FIReader& reader) { return FIProbeMail(reader, extension); };
+        const auto plain = [extension](FIReader& reader) { return ProbePlainly(reader, extension); };
+        const RoutineRun run = FIRunOver(probe, file, handle);
+        EXPECT_EQ(run, FIRunOver(plain, file, handle)) << testing::PrintToString(file);
+        mails += run.answer != 0 ? 1U : 0U;
     }
     EXPECT_GT(mails, 5000U);
 }
 
 TEST(MailGate, RulesOutNoMail) {
     RandomNumbers random(3);
-    const auto routine = [](const std::string& file) { return MailAnswer(FIProbeMail, file, ""); };
     std::uint32_t closed = 0;
     for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
         const std::string file = SomeMail(random);
-        closed += FIExpectGateHolds(FIMayBeMail, routine, file, random);
+        closed += FIExpectGateHolds(FIMayBeMail, MailAnswer, file, random);
         if (file.size() <= largestHead) {
-            EXPECT_EQ(FIAskGate(FIMayBeMail, file, largestHead), routine(file) != 0) << testing::PrintToString(file);
+            EXPECT_EQ(FIAskGate(FIMayBeMail, file, largestHead), MailAnswer(file) != 0) << testing::PrintToString(file);
         }
     }
     EXPECT_GT(closed, 5000U);

@@ -5,8 +5,11 @@
 
 #include "reader/ascii_case.h"
 #include "reader/reader.h"
+#include "support/bytes.h"
 #include "support/head_input.h"
 #include "support/ordinary_files.h"
+#include "support/random_numbers.h"
+#include "support/routine_run.h"
 #include "text/memo_headers.h"
 
 namespace {
@@ -41,6 +44,7 @@ bool TakeLineByBytes(FIReader& reader, std::uint32_t& hits) {
 }
 
 FIID ProbeByBytes(FIReader& reader) {
+    if (FIReaderSeek(reader, 0) != 0) return 0;
     std::uint32_t hits = 0;
     for (std::uint32_t lines = 0; lines < 15 && hits < 2; ++lines) {
         if (!TakeLineByBytes(reader, hits)) return 0;
@@ -71,38 +75,17 @@ std::string SomeMemo(RandomNumbers& random) {
     return file;
 }
 
-FIID MemoAnswer(const std::string& file) {
-    const auto handle = FIMakeTestHandle(file);
-    FIReader reader;
-    FIReaderStart(reader, FIFileOf(*handle));
-    return FIProbeMemoHeader(reader);
-}
+FIID MemoAnswer(const std::string& file) { return FIRunOver(FIProbeMemoHeader, file).answer; }
 
 // ---- Tests ----------------------------------------------------------------------------------------------------------
 
-TEST(MemoProbe, TakesWhatItTakesByteByByte) {
+TEST(MemoProbe, DoesWhatItDoesByteByByte) {
     RandomNumbers random(4);
     for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
         const std::string file = SomeMemo(random);
-        const std::uint32_t bytesPerRead = random.OneIn(2) ? testNever : random.Below(40) + 1;
-        const std::uint32_t failReadsFrom = random.OneIn(4) ? random.Below(8) : testNever;
-        FIID answers[2];
-        std::uint32_t places[2];
-        std::uint32_t reads[2];
-        for (const std::size_t index : {0U, 1U}) {
-            const auto handle = FIMakeTestHandle(file);
-            handle->bytesPerRead = bytesPerRead;
-            handle->failReadsFrom = failReadsFrom;
-            FIReader reader;
-            FIReaderStart(reader, FIFileOf(*handle));
-            if (index == 1) static_cast<void>(FIReaderSeek(reader, 0));  // as the routine does
-            answers[index] = index == 0 ? FIProbeMemoHeader(reader) : ProbeByBytes(reader);
-            places[index] = FIReaderTell(reader);
-            reads[index] = handle->reads;
-        }
-        EXPECT_EQ(answers[0], answers[1]) << testing::PrintToString(file);
-        EXPECT_EQ(places[0], places[1]) << testing::PrintToString(file);
-        EXPECT_EQ(reads[0], reads[1]) << testing::PrintToString(file);
+        const RoutineHandle handle = FISomeHandle(random);
+        EXPECT_EQ(FIRunOver(FIProbeMemoHeader, file, handle), FIRunOver(ProbeByBytes, file, handle))
+            << testing::PrintToString(file);
     }
 }
 
