@@ -34,6 +34,8 @@ constexpr std::uint32_t markZeros = 11;
 constexpr std::uint16_t lookupMask = (1U << faxLongestCode) - 1;
 
 constexpr std::uint32_t standardWidths[] = {1728, 2048, 2432, 3456, 4096, 4864};
+constexpr std::uint32_t leastWidth = standardWidths[0];
+constexpr std::uint32_t mostWidth = standardWidths[std::size(standardWidths) - 1];
 
 // Turns the bits of each byte round: its halves, their pairs, and the bits of these change places, in eight bytes at once.
 void FIReverseFaxBytes(std::uint8_t* bytes, std::size_t count) {
@@ -199,6 +201,24 @@ struct FIFaxRow {
     }
 };
 
+// 54 ones are nine times 1111 and 11, the white run of 7 and the black run of 2. Unused parts of binary files are
+// full of them.
+constexpr std::uint32_t onesTaken = 54;
+static_assert(faxRuns[7].white == "1111" && faxRuns[2].black == "11");
+
+// Takes that many ones at once, if they stand on top of the 64 bits, the next code is a white one and the codes are the
+// usual ones.
+bool FITakeOnes(FIFaxRow& row, std::uint64_t window) {
+    constexpr std::uint64_t ones = (std::uint64_t{1} << onesTaken) - 1;
+    constexpr std::uint32_t pairs = onesTaken / (4 + 2);
+    if (row.colour != 0 || window >> (64 - onesTaken) != ones) return false;
+    if (row.lookups[0][lookupMask] != 7 || row.lookups[1][lookupMask] != 2) return false;
+    row.next += onesTaken;
+    row.total += pairs * (7 + 2);
+    row.codeLength = 2;
+    return true;
+}
+
 // Takes codes out of 64 bits at a time, as long as the end of the data is far: no code here uses up the last byte. False
 // when it stopped at a bad code.
 bool FITakeFarCodes(FIFaxRow& row, std::uint32_t mostPixels) {
@@ -208,12 +228,27 @@ bool FITakeFarCodes(FIFaxRow& row, std::uint32_t mostPixels) {
         const std::uint32_t firstBit = row.next % bitsPerByte;
         std::uint64_t window = FILoadEightHighFirst(row.bits.bytes + row.next / bitsPerByte) << firstBit;
         const std::uint32_t lastStart = row.next + windowBits - firstBit - faxLongestCode;
+        if (FITakeOnes(row, window)) continue;
         while (row.next <= lastStart) {
             if (!row.Take(window >> (windowBits - faxLongestCode))) return false;
             window <<= row.codeLength;
         }
     }
     return true;
+}
+
+bool FIIsStandardWidth(std::uint32_t pixels) {
+    return pixels >= leastWidth && std::ranges::find(standardWidths, pixels) != std::end(standardWidths);
+}
+
+// Whether the row at a position may have a standard width. Most rows that are none end after a few codes, far from the end
+// of the data, and nobody asks where.
+bool FIMayHaveWidth(const FIFaxPosition& position, const std::uint8_t* end) {
+    FIFaxRow row = {{position.byte, end - position.byte},
+                    {faxWhiteLookup.data(), faxBlackLookup.data()},
+                    position.bit,
+                    faxLongestCode};
+    return FITakeFarCodes(row, mostWidth) ? row.total <= mostWidth : FIIsStandardWidth(row.total);
 }
 
 // Takes codes one by one up to the end of the data. Returns the bit behind the last 13 that were looked at.
@@ -244,14 +279,13 @@ std::uint16_t FIDecodeRow(FIFaxPosition& position, std::int32_t rowBytesLeft, co
     // stand inside of it: mostly inside the mark that ends the row. The search then passes over that mark unless enough
     // fill zeros stand in front of it, and the row compared with this one is the next but one.
     FIStepFaxBack(position, faxLongestCode - row.codeLength);
-    const bool isStandard = std::ranges::find(standardWidths, row.total) != std::end(standardWidths);
-    return isStandard ? static_cast<std::uint16_t>(row.total) : std::uint16_t{0};
+    return FIIsStandardWidth(row.total) ? static_cast<std::uint16_t>(row.total) : std::uint16_t{0};
 }
 
 // Decodes the row at a position, which moves as FIDecodeFaxRow moves its cursor if the row has a width.
 std::uint16_t FIDecodeFaxRowAt(FIFaxPosition& position, const std::uint8_t* end) {
     return FIDecodeRow(position, static_cast<std::int32_t>(end - position.byte), faxWhiteLookup, faxBlackLookup,
-                       *std::ranges::max_element(standardWidths));
+                       mostWidth);
 }
 
 }  // namespace
@@ -274,6 +308,7 @@ std::uint16_t FIScanFaxBuffer(std::uint8_t* buffer, std::uint16_t count) {
     std::uint16_t firstWidth = 0;
     while (firstWidth == 0) {
         if (!FIFindFaxMark(scan, end)) return 0;
+        if (!FIMayHaveWidth(scan, end)) continue;
         rowEnd = scan;  // the scan itself stays behind the mark and does not move over a row without a width
         firstWidth = FIDecodeFaxRowAt(rowEnd, end);
     }

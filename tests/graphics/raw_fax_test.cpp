@@ -673,6 +673,24 @@ TEST(ScanFaxBuffer, AgreesWithAPlainScanOverRandomStreams) {
     EXPECT_GT(refused, 100U);
 }
 
+// Ones are white runs of 7 and black runs of 2 in turn: 192 of each are 1,728 pixels. Some stand elsewhere in a row.
+TEST(ScanFaxBuffer, StretchesOfOnesAreRunsLikeAnyOthers) {
+    const auto rowOf = [](std::size_t ones) { return mark + Bits(ones, '1') + fill; };
+    EXPECT_EQ(ScanBytes(StoreLowFirst(rowOf(1152) + rowOf(1152) + mark)), 1U);
+    EXPECT_EQ(ScanBytes(StoreLowFirst(rowOf(1152) + rowOf(1158) + mark)), 0U);
+    std::mt19937 engine(1728);
+    for (std::uint32_t round = 0; round < 400; ++round) {
+        Bits bits = Zeros(engine() % 20);
+        for (std::uint32_t row = 0; row < 3; ++row) {
+            bits +=
+                mark + (engine() % 2 == 0 ? EncodeRun(Colour::White, static_cast<std::uint32_t>(engine() % 300)) : "");
+            bits += Bits(engine() % 8 == 0 ? 1152 : engine() % 1400, '1') + Zeros(engine() % 10);
+        }
+        const std::string bytes = StoreLowFirst(bits);
+        ASSERT_EQ(ScanBytes(bytes) != 0, PlainScan(BitsOf(bytes))) << "round " << round;
+    }
+}
+
 // ---- Whole requests ------------------------------------------------------------------------------------------------
 
 constexpr std::uint16_t rawFaxRow = 374_row;
