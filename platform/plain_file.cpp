@@ -2,6 +2,10 @@
 //
 // The file's head is kept in a window of the handle's own. An identification makes many small reads near the start;
 // they cost one system call between them, so that a file which is decided there costs open, fstat, one pread and close.
+//
+// Behind the head two more windows serve the small reads of a file that tells its size: one its tail, one the place that
+// was read last, which grows while the reads go on from there. They are nothing but bytes read ahead. What they do not
+// hold, or could not get, is read for itself, so that each read delivers and fails as if there were none.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,6 +21,20 @@ namespace {
 
 constexpr std::uint32_t windowBytes = UTHeadBytes;
 
+// The far windows. Routines that look far into a file look at places close together, and at the last few kilobytes.
+constexpr std::uint32_t farWindowBytes = 8192;
+// What a window grows to, by doubling, while reads go on behind it.
+constexpr std::uint32_t largestFarWindowBytes = 32768;
+// A read of at least as many bytes goes straight to where the caller wants them.
+constexpr std::uint32_t largeReadBytes = 4096;
+
+// A stretch of the file behind its head that was read ahead.
+struct UTFarWindow {
+    std::uint64_t start;
+    std::uint32_t filled;  // 0: it holds nothing
+    std::uint8_t* bytes;
+};
+
 struct UTPlainFile {
     UTHandle handle;
     int descriptor;
@@ -26,7 +44,13 @@ struct UTPlainFile {
     bool sizeKnown;     // false for files that tell no size but may hold bytes, as under /proc
     std::uint64_t size;
     std::uint32_t windowFilled;
+    UTFarWindow place;        // where was read last; its bytes are placeBytes, or a block of the heap once it has grown
+    UTFarWindow tail;         // ends with the file
+    std::uint32_t placeStep;  // bytes that were wanted for the place's window
+    std::uint64_t behindLast;  // where the read before this one ended
     std::uint8_t window[windowBytes];
+    std::uint8_t placeBytes[farWindowBytes];
+    std::uint8_t tailBytes[farWindowBytes];
 };
 
 // Reads from a file until size bytes have come or it ends, over interrupted and short system reads. failed tells whether
@@ -64,6 +88,89 @@ bool UTGoesOnBehindWindow(const UTPlainFile& file, std::uint64_t offset) {
     return file.windowFilled == windowBytes || file.windowFailed;
 }
 
+// ---- Far windows ---------------------------------------------------------------------------------------------------
+
+// Copies what a window holds of the bytes at an offset. Returns how many they are.
+std::uint32_t UTCopyWindow(const UTFarWindow& window, std::uint64_t offset, std::uint8_t* destination,
+                           std::uint32_t size) {
+    if (offset < window.start || offset - window.start >= window.filled) return 0;
+    const auto start = static_cast<std::uint32_t>(offset - window.start);
+    const std::uint32_t count = std::min(size, window.filled - start);
+    std::memcpy(destination, window.bytes + start, count);
+    return count;
+}
+
+// The same for both windows: the place's may end where the tail's begins.
+std::uint32_t UTCopyFar(const UTPlainFile& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size) {
+    const std::uint32_t count = UTCopyWindow(file.place, offset, destination, size);
+    if (count == size) return count;
+    return count + UTCopyWindow(file.tail, offset + count, destination + count, size - count);
+}
+
+// Reads a window ahead. Where that fails or comes short it holds less, or nothing.
+void UTFillWindow(const UTPlainFile& file, UTFarWindow& window, std::uint64_t start, std::uint32_t size) {
+    bool failed = false;
+    const auto wanted = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, file.size - start));
+    window.start = start;
+    static_cast<void>(UTReadDescriptor(file.descriptor, start, window.bytes, wanted, window.filled, failed));
+}
+
+// How much is read ahead at an offset: twice as much as last time when the reads go on there. The first larger window
+// takes memory; without it the window stays as it is.
+std::uint32_t UTNextStep(UTPlainFile& file, std::uint64_t offset) {
+    const bool goesOn = file.place.filled > 0 && offset == file.place.start + file.place.filled;
+    if (!goesOn) return farWindowBytes;
+    if (file.place.bytes == file.placeBytes) {
+        void* const block = HeapAlloc(GetProcessHeap(), 0, largestFarWindowBytes);
+        if (block == nullptr) return farWindowBytes;
+        file.place.bytes = static_cast<std::uint8_t*>(block);
+    }
+    return std::min(file.placeStep * 2, largestFarWindowBytes);
+}
+
+// Reads ahead what is worth it for a read of size bytes at an offset in front of the file's end. A large read is worth it
+// only where it jumps to the tail, as one does that looks for something from the end on: more reads follow there.
+void UTReadAhead(UTPlainFile& file, std::uint64_t offset, std::uint32_t size) {
+    const bool jumps = offset != file.behindLast;
+    const bool inTail = file.size - offset <= farWindowBytes;
+    if (size >= largeReadBytes && !(jumps && inTail)) return;
+    if (!inTail) {
+        file.placeStep = UTNextStep(file, offset);
+        UTFillWindow(file, file.place, offset, file.placeStep);
+        return;
+    }
+    // What the head or the reads before have had is left out.
+    const std::uint64_t earliest = file.size > windowBytes + farWindowBytes ? file.size - farWindowBytes : windowBytes;
+    UTFillWindow(file, file.tail, jumps ? std::min(earliest, offset) : offset, farWindowBytes);
+}
+
+// Reads at an offset that the head's window does not serve, in front of the end of a file that tells its size.
+std::int32_t UTReadFar(UTPlainFile& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
+                       std::uint32_t& count) {
+    std::int32_t status = 0;
+    count = UTCopyFar(file, offset, destination, size);
+    if (count < size && offset + count < file.size) {
+        UTReadAhead(file, offset + count, size - count);
+        count += UTCopyFar(file, offset + count, destination + count, size - count);
+    }
+    if (count < size && offset + count < file.size) {
+        std::uint32_t further = 0;
+        bool failed = false;
+        status = UTReadDescriptor(file.descriptor, offset + count, destination + count, size - count, further, failed);
+        count += further;
+    }
+    return count > 0 ? 0 : status;
+}
+
+// ---- Reading -------------------------------------------------------------------------------------------------------
+
+std::int32_t UTReadBehindWindow(UTPlainFile& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
+                                std::uint32_t& count) {
+    if (file.sizeKnown) return UTReadFar(file, offset, destination, size, count);
+    bool failed = false;
+    return UTReadDescriptor(file.descriptor, offset, destination, size, count, failed);
+}
+
 std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
                              std::uint32_t& count) {
     UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
@@ -77,21 +184,22 @@ std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* desti
             count = std::min(size, file.windowFilled - start);
             std::memcpy(bytes, file.window + start, count);
         }
-        if (count == size || !UTGoesOnBehindWindow(file, offset + count)) return 0;
     }
-    std::uint32_t further = 0;
-    bool failed = false;
-    const std::int32_t status =
-        UTReadDescriptor(file.descriptor, offset + count, bytes + count, size - count, further, failed);
-    if (status != 0) return count > 0 ? 0 : status;
-    count += further;
-    return 0;
+    std::int32_t status = 0;
+    if (count < size && UTGoesOnBehindWindow(file, offset + count)) {
+        std::uint32_t further = 0;
+        status = UTReadBehindWindow(file, offset + count, bytes + count, size - count, further);
+        count += further;
+    }
+    file.behindLast = offset + count;
+    return count > 0 ? 0 : status;
 }
 
 std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTRecordOf<UTPlainFile>(handle).size; }
 
 void UTReleasePlainFile(UTHandle& handle) {
     const UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
+    if (file.place.bytes != file.placeBytes) HeapFree(GetProcessHeap(), 0, file.place.bytes);
     if (file.ownsDescriptor) close(file.descriptor);
 }
 
@@ -141,6 +249,9 @@ UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     file->sizeKnown = size > 0;
     file->size = size;
     file->windowFilled = 0;
+    file->place = {0, 0, file->placeBytes};
+    file->tail = {0, 0, file->tailBytes};
+    file->behindLast = 0;
     return &file->handle;
 }
 

@@ -10,7 +10,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
+#include <initializer_list>
 #include <limits>
+#include <utility>
 
 #include "core/driver.h"
 #include "fiid.h"
@@ -27,6 +29,7 @@ mode_t pretendedType = 0;  // what fstat tells of each file, if not 0
 // How awkward pread is.
 constexpr off_t never = std::numeric_limits<off_t>::max();
 off_t failFrom = never;                                           // bytes from here on can't be read
+off_t failUpTo = never;                                           // those from here on can again
 std::size_t mostBytes = std::numeric_limits<std::size_t>::max();  // of one call
 std::uint32_t interruptions = 0;                                  // in front of each call that does something
 std::uint32_t interruptionsLeft = 0;
@@ -66,11 +69,12 @@ ssize_t __wrap_pread(int descriptor, void* buffer, size_t size, off_t offset) {
         return -1;
     }
     interruptionsLeft = interruptions;
-    if (offset >= failFrom) {
+    if (offset >= failFrom && offset < failUpTo) {
         errno = EIO;
         return -1;
     }
-    size = std::min({size, mostBytes, static_cast<std::size_t>(failFrom - offset)});
+    size = std::min(size, mostBytes);
+    if (offset < failFrom) size = std::min(size, static_cast<std::size_t>(failFrom - offset));
     return __real_pread(descriptor, buffer, size, offset);
 }
 int __wrap_close(int descriptor) {
@@ -182,6 +186,7 @@ class AwkwardFile : public testing::Test {
     }
     void TearDown() override {
         failFrom = never;
+        failUpTo = never;
         mostBytes = std::numeric_limits<std::size_t>::max();
         interruptions = 0;
         interruptionsLeft = 0;
@@ -427,6 +432,147 @@ TEST_F(AwkwardHead, DoesNotChangeTheAnswer) {
                 }
                 EXPECT_EQ(verdicts[0].fiid, verdicts[1].fiid) << sizeTold << " " << from << " " << cut;
                 EXPECT_EQ(verdicts[0].row, verdicts[1].row) << sizeTold << " " << from << " " << cut;
+            }
+        }
+    }
+}
+
+// ---- Reads far behind the head -------------------------------------------------------------------------------------
+
+// A file of 200,000 bytes, long enough for the windows behind the head to grow and to lie apart.
+class LongFile : public AwkwardFile {
+ protected:
+    static constexpr std::uint32_t size = 200000;
+
+    void SetUp() override {
+        AwkwardFile::SetUp();
+        for (std::uint32_t index = 20000; index < size; ++index) {
+            bytes_ += static_cast<char>(index * 2654435761U >> 13 & 0xFF);
+        }
+        ASSERT_EQ(pwrite(descriptor_, bytes_.data(), size, 0), static_cast<ssize_t>(size));
+    }
+
+    // One read; what came, and the status in status_.
+    std::string ReadAt(std::uint32_t offset, std::uint32_t wanted) {
+        std::string bytes(wanted, '#');
+        std::uint32_t count = 77;
+        errno = 0;
+        EXPECT_EQ(file_->operations.IOSeek(file_, IOOriginStart, static_cast<std::int32_t>(offset)), 0);
+        status_ = file_->operations.IORead(file_, bytes.data(), wanted, &count);
+        return bytes.substr(0, count);
+    }
+
+    // Reads and expects what the system delivers when it is asked for these bytes alone.
+    void ExpectPlainRead(std::uint32_t offset, std::uint32_t wanted) {
+        SCOPED_TRACE(testing::Message() << offset << " " << wanted);
+        std::uint32_t end = std::min(offset + wanted, size);
+        const bool fails = offset < size && off_t{offset} >= failFrom && off_t{offset} < failUpTo;
+        if (off_t{offset} < failFrom) end = static_cast<std::uint32_t>(std::min<off_t>(end, failFrom));
+        const std::string expected = fails || offset >= end ? "" : bytes_.substr(offset, end - offset);
+        EXPECT_EQ(ReadAt(offset, wanted), expected);
+        EXPECT_EQ(status_ != 0, fails);
+        EXPECT_TRUE(!fails || errno == EIO);
+    }
+
+    // The calls that a list of reads makes from a fresh handle.
+    std::string CallsOf(std::initializer_list<std::pair<std::uint32_t, std::uint32_t>> reads) {
+        Open();
+        calls.clear();
+        for (const auto& [offset, wanted] : reads) ExpectPlainRead(offset, wanted);
+        return calls;
+    }
+};
+
+TEST_F(LongFile, IsAskedOnceForPlacesThatLieTogether) {
+    EXPECT_EQ(CallsOf({{12784, 2048}, {15512, 2048}}), "pread@12784 ");
+    EXPECT_EQ(CallsOf({{12784, 2048}, {12784 + 8191, 1}}), "pread@12784 ");
+    EXPECT_EQ(CallsOf({{12784, 2048}, {12784 + 8192, 1}}), "pread@12784 pread@20976 ");
+    EXPECT_EQ(CallsOf({{12784, 2048}, {12783, 1}}), "pread@12784 pread@12783 ");
+}
+
+TEST_F(LongFile, IsAskedOnceForItsTail) {
+    EXPECT_EQ(CallsOf({{size - 7, 2048}, {size - 128, 2048}, {size - 22, 22}, {size - 8192, 10}}), "pread@191808 ");
+    EXPECT_EQ(CallsOf({{size - 4099, 4099}, {size - 22, 22}, {size - 42, 20}}), "pread@191808 ");
+    EXPECT_EQ(CallsOf({{size - 8192, 8192}, {size - 1, 1}}), "pread@191808 ");
+    EXPECT_EQ(CallsOf({{size - 1, 1}, {size - 8193, 1}, {size - 8193, 8193}}), "pread@191808 pread@191807 ")
+        << "what one window does not hold the other does";
+    EXPECT_EQ(CallsOf({{size - 7, 7}, {12784, 2048}, {size - 128, 128}}), "pread@191808 pread@12784 ")
+        << "the tail stays at hand";
+}
+
+TEST_F(LongFile, LeavesOutOfTheTailWhatTheHeadHolds) {
+    ASSERT_EQ(ftruncate(descriptor_, 10000), 0);
+    Open();
+    calls.clear();
+    EXPECT_EQ(ReadAt(9990, 100), bytes_.substr(9990, 10));
+    EXPECT_EQ(ReadAt(8192, 4), bytes_.substr(8192, 4));
+    EXPECT_EQ(calls, "pread@8192 ");
+}
+
+TEST_F(LongFile, IsAskedForMoreAndMoreWhileSmallReadsGoOn) {
+    Open();
+    calls.clear();
+    EXPECT_EQ(ReadAll(2048), bytes_);
+    EXPECT_EQ(calls,
+              "pread@0 pread@8192 pread@16384 pread@32768 pread@65536 pread@98304 pread@131072 pread@163840 "
+              "pread@196608 ");
+}
+
+TEST_F(LongFile, IsAskedForLargeReadsAsTheyAre) {
+    EXPECT_EQ(CallsOf({{20000, 4096}, {24096, 4096}, {20000, 4096}, {100000, 50000}}),
+              "pread@20000 pread@24096 pread@20000 pread@100000 ");
+}
+
+TEST_F(LongFile, FailsWhereABadStretchBegins) {
+    for (const std::uint32_t bad :
+         {1U, 8191U, 8192U, 12784U, 12785U, 15512U, 20975U, 20976U, 191807U, 191808U, 191809U, 195901U, 199999U}) {
+        failFrom = bad;
+        for (const std::uint32_t length : {1U, 2000U, size}) {
+            SCOPED_TRACE(testing::Message() << "bad " << bad << " " << length);
+            failUpTo = bad + length;
+            Open();
+            for (const std::uint32_t offset : {12784U, 15512U, size - 7, size - 128, size - 4099, 8192U, 8191U}) {
+                for (const std::uint32_t wanted : {2048U, 4096U, 1U}) ExpectPlainRead(offset, wanted);
+            }
+            for (std::uint32_t beside = 0; beside < 3; ++beside) {
+                ExpectPlainRead(bad - 1 + beside, 1);
+                ExpectPlainRead(bad - 1 + beside, 3000);
+            }
+        }
+    }
+}
+
+// Reads of any size at any place, near each other or far apart, deliver what a call for themselves would.
+TEST_F(LongFile, DeliversWhateverIsAskedForInAnyOrder) {
+    std::uint32_t state = 1;
+    const auto random = [&state](std::uint32_t bound) {
+        state = state * 1664525 + 1013904223;
+        return (state >> 8) % bound;
+    };
+    for (std::uint32_t round = 0; round < 300; ++round) {
+        failFrom = 1 + random(size);
+        failUpTo = round % 3 == 0 ? never : failFrom + random(20000);
+        if (round % 4 == 0) failFrom = never;
+        mostBytes = round % 5 == 0 ? 1000 : std::numeric_limits<std::size_t>::max();
+        Open();
+        std::uint32_t place = 0;
+        for (std::uint32_t read = 0; read < 60; ++read) {
+            const std::uint32_t wanted = 1 + (random(4) == 0 ? random(40000) : random(5000));
+            ExpectPlainRead(place, wanted);
+            if (HasFailure()) return;
+            switch (random(4)) {
+                case 0:
+                    place = random(size + 100);
+                    break;
+                case 1:
+                    place = size - random(10000);
+                    break;
+                case 2:
+                    place = place > 3000 ? place - random(3000) : place;
+                    break;
+                default:
+                    place = std::min(place + wanted, size);
+                    break;
             }
         }
     }
