@@ -114,6 +114,7 @@ UTHandle* UTNewHandle(const UTHandleKind& kind, std::size_t recordSize, UTHandle
     handle->vainReads = 0;
     handle->storageLooked = false;
     handle->storage = nullptr;
+    handle->archiveSearch = ZASearch::NotMade;
     handle->parent = parent;
     handle->firstChild = nullptr;
     handle->previousSibling = nullptr;
@@ -130,6 +131,12 @@ void UTCloseHandle(UTHandle& handle) {
     if (handle.kind->release != nullptr) handle.kind->release(handle);
     UTUnlink(handle);
     HeapFree(GetProcessHeap(), 0, &handle);
+}
+
+bool UTIsUnseen(const UTHandle& handle) {
+    const UTHandle* outermost = &handle;
+    while (outermost->parent != nullptr) outermost = outermost->parent;
+    return outermost->kind->unseen;
 }
 
 UTHandle* UTFindHandle(HIOFILE file) {

@@ -13,6 +13,7 @@
 
 #include "fiid.h"
 #include "platform/base_utility.h"
+#include "platform/zip/zip_entry.h"
 
 struct UTHandle;
 
@@ -31,6 +32,9 @@ struct UTHandleKind {
     void (*release)(UTHandle& handle);
     // Hands out the object's start as UTGetHead does; null for a kind that has none.
     bool (*head)(UTHandle& handle, UTHead& head) = nullptr;
+    // Whether nobody sees how the object is read, so that reads may be left out, joined and made ahead. Of a host's own
+    // handle the host does, and so it does of all that is opened in it: see UTIsUnseen.
+    bool unseen = false;
 };
 
 // Something found in an object's bytes that is kept with the handle and ends with it. Its maker's record is one.
@@ -56,6 +60,8 @@ struct UTHandle {
     std::uint32_t vainReads;  // reads in a row that delivered nothing
     bool storageLooked;       // whether storage tells the truth
     UTAttachment* storage;    // the compound storage that the object is, once looked for; null when it is none
+    ZASearch archiveSearch;   // of the archive that the object is, if nobody sees how it is read
+    ZADirectory archive;      // its directory, when that was found
     UTHandle* parent;         // the handle that this one was opened in, or null
     UTHandle* firstChild;     // sub-objects that are still open
     UTHandle* previousSibling;
@@ -85,6 +91,9 @@ Record* UTNewHandleRecord(const UTHandleKind& kind, UTHandle* parent) {
 // Ends a handle, after the sub-objects that nobody closed. So a caller that forgets a sub-object loses nothing once it
 // closes the file.
 void UTCloseHandle(UTHandle& handle);
+
+// Whether nobody sees how the object is read, which the outermost one that it was opened in tells.
+bool UTIsUnseen(const UTHandle& handle);
 
 // The handle of this layer behind an HIOFILE, or null for null and for a host's own handle.
 UTHandle* UTFindHandle(HIOFILE file);

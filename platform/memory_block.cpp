@@ -32,7 +32,7 @@ bool UTMemoryHead(UTHandle& handle, UTHead& head) {
     return true;
 }
 
-constexpr UTHandleKind memoryKind = {UTReadMemory, UTMemorySize, nullptr, UTMemoryHead};
+constexpr UTHandleKind memoryKind = {UTReadMemory, UTMemorySize, nullptr, UTMemoryHead, true};
 
 }  // namespace
 

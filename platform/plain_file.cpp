@@ -214,7 +214,7 @@ bool UTPlainFileHead(UTHandle& handle, UTHead& head) {
     return true;
 }
 
-constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile, UTPlainFileHead};
+constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile, UTPlainFileHead, true};
 
 // Tells the size, or -1 with errno set for a kind of file that is refused.
 std::int32_t UTMeasureDescriptor(int descriptor, std::uint64_t& size) {

@@ -126,11 +126,25 @@ UTHandle* UTOpenNamed(UTHandle& archive, std::string_view name, bool anyCase) {
     return member;
 }
 
+// ---- Finding the directory -----------------------------------------------------------------------------------------
+
+// Of an object that nobody sees being read the handle keeps what was found, and what certainly is not there: a package
+// that turns out to be another archive is opened twice.
+bool UTFindDirectory(UTHandle& file, ZADirectory& directory) {
+    if (!UTIsUnseen(file)) return ZAFindDirectory(file, directory);
+    if (file.archiveSearch == ZASearch::NotMade || file.archiveSearch == ZASearch::NotThere) {
+        file.archiveSearch = ZASearchDirectory(file, file.archive);
+    }
+    if (file.archiveSearch != ZASearch::Found) return false;
+    directory = file.archive;
+    return true;
+}
+
 }  // namespace
 
 UTHandle* UTOpenArchive(UTHandle& parent) {
     ZADirectory directory;
-    if (!ZAFindDirectory(parent, directory)) return nullptr;
+    if (!UTFindDirectory(parent, directory)) return nullptr;
     // The package routine leaves this handle open on one path, where its setting is refused. It is a child of the
     // file's handle, which frees it when it is closed.
     auto* const archive = UTNewHandleRecord<UTArchive>(archiveKind, &parent);

@@ -28,6 +28,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/base_utility.h"
 #include "reader/ascii_case.h"
 #include "reader/little_endian.h"
 
@@ -48,6 +49,11 @@ constexpr std::uint8_t zip64EndRecordSignature[] = {'P', 'K', 6, 6};
 constexpr std::uint8_t entrySignature[] = {'P', 'K', 1, 2};
 constexpr std::uint8_t closingSignature[] = {'P', 'K', 5, 5};
 constexpr std::uint8_t localHeaderSignature[] = {'P', 'K', 3, 4};
+
+// The names that are noted. Of the first the case does not count.
+constexpr std::string_view relationshipsMember = "_rels/.rels";
+constexpr std::string_view mimetypeMember = "mimetype";
+static_assert(relationshipsMember.size() != mimetypeMember.size());
 
 constexpr std::uint16_t zip64BlockKind = 1;
 constexpr std::uint32_t zip64NumberSize = 8;
@@ -121,17 +127,21 @@ struct ZAWanted {
 
 enum class ZAWalk { Found, NotThere, Broken };
 
+bool ZAIsName(const std::uint8_t* bytes, const ZAWanted& wanted) {
+    return std::ranges::equal(
+        wanted.name, std::string_view(reinterpret_cast<const char*>(bytes), wanted.name.size()),
+        [&](char one, char other) { return wanted.anyCase ? FILowerAscii(one) == FILowerAscii(other) : one == other; });
+}
+
 // Passes over a name of the wanted one's length and tells whether it is the wanted one.
 bool ZAMatchName(ZAScanner& scanner, const ZAWanted& wanted) {
     std::string_view rest = wanted.name;
     bool equal = true;
     while (!rest.empty()) {
         const auto piece = static_cast<std::uint32_t>(std::min<std::size_t>(rest.size(), scannerBytes));
-        const auto* const bytes = reinterpret_cast<const char*>(ZALook(scanner, piece));
+        const std::uint8_t* const bytes = ZALook(scanner, piece);
         if (bytes == nullptr) return false;
-        equal = equal && std::equal(bytes, bytes + piece, rest.begin(), [&](char one, char other) {
-                    return wanted.anyCase ? FILowerAscii(one) == FILowerAscii(other) : one == other;
-                });
+        equal = equal && ZAIsName(bytes, {rest.substr(0, piece), wanted.anyCase});
         rest.remove_prefix(piece);
         ZAPass(scanner, piece);
     }
@@ -178,8 +188,27 @@ void ZAReadEntry(const std::uint8_t* header, ZAEntry& entry) {
     entry.headerOffset = FILoadDWordLE(header + 42);
 }
 
-// Walks the entries until the wanted one, or all of them when wanted is null.
-ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry) {
+// Notes the entry whose name comes next if it is the first of a name that is asked for in most archives. entry is a copy
+// of it. Returns false when the name can't be read.
+bool ZANoteEntry(ZAScanner& scanner, std::uint32_t nameLength, std::uint32_t extraLength, ZAEntry entry,
+                 ZADirectory& directory) {
+    const bool anyCase = nameLength == relationshipsMember.size();
+    if (!anyCase && nameLength != mimetypeMember.size()) return true;
+    ZANote& note = anyCase ? directory.relationships : directory.mimetype;
+    const std::uint8_t* const name = ZALook(scanner, nameLength);
+    if (name == nullptr) return false;
+    if (note.there || !ZAIsName(name, {anyCase ? relationshipsMember : mimetypeMember, anyCase})) return true;
+    // The rest of the walk goes on in front of the name: the extra field is read by another.
+    ZAScanner extra;
+    const std::uint64_t position = scanner.end - ZALeft(scanner);
+    ZAStartScan(extra, *scanner.file, position + nameLength, scanner.end);
+    ZAReadExtraField(extra, extraLength, entry);
+    note = {true, entry};
+    return true;
+}
+
+// Walks the entries until the wanted one, or all of them when wanted is null. Notes what notes asks for, if not null.
+ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry, ZADirectory* notes) {
     while (ZALeft(scanner) > 0) {
         const std::uint8_t* const sign = ZALook(scanner, signatureSize);
         if (sign != nullptr && ZAHasSignature(sign, closingSignature)) break;
@@ -191,6 +220,7 @@ ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry)
         const std::uint32_t commentLength = FILoadWordLE(header + 32);
         ZAPass(scanner, entryHeaderSize);
         if (nameLength + extraLength + commentLength > ZALeft(scanner)) return ZAWalk::Broken;
+        if (notes != nullptr && !ZANoteEntry(scanner, nameLength, extraLength, entry, *notes)) return ZAWalk::Broken;
         if (wanted != nullptr && wanted->name.size() == nameLength) {
             if (ZAMatchName(scanner, *wanted)) {
                 ZAReadExtraField(scanner, extraLength, entry);
@@ -204,6 +234,14 @@ ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry)
     return ZAWalk::NotThere;
 }
 
+// The note on a wanted name, or null when it is not one of those that are noted.
+const ZANote* ZAFindNote(const ZADirectory& directory, const ZAWanted& wanted) {
+    if (!directory.noted) return nullptr;
+    if (wanted.anyCase && wanted.name == relationshipsMember) return &directory.relationships;
+    if (!wanted.anyCase && wanted.name == mimetypeMember) return &directory.mimetype;
+    return nullptr;
+}
+
 // ---- Finding the directory -----------------------------------------------------------------------------------------
 
 // What one end record tells.
@@ -214,12 +252,15 @@ struct ZAEndRecord {
 };
 
 // Whether all entries of a directory at that place can be read. budget is what may still be read for that, in bytes.
-bool ZATryPlace(UTHandle& file, const ZADirectory& place, std::uint64_t& budget) {
+bool ZATryPlace(UTHandle& file, ZADirectory& place, std::uint64_t& budget) {
     if (place.size > budget) return false;
     ZAScanner scanner;
     ZAStartScan(scanner, file, place.start, place.start + place.size);
     ZAEntry entry;
-    const bool readable = ZAWalkEntries(scanner, nullptr, entry) == ZAWalk::NotThere;
+    place.noted = UTIsUnseen(file);
+    place.relationships.there = false;
+    place.mimetype.there = false;
+    const bool readable = ZAWalkEntries(scanner, nullptr, entry, place.noted ? &place : nullptr) == ZAWalk::NotThere;
     budget -= std::min(scanner.next - place.start, budget);
     return readable;
 }
@@ -230,16 +271,22 @@ bool ZALiesInAnother(UTHandle& file, std::uint64_t archiveStart) {
     return ZALocalHeaderStandsAt(file, 0) && ZALocalHeaderStandsAt(file, archiveStart);
 }
 
+void ZASetPlace(ZADirectory& directory, std::uint64_t start, std::uint64_t size, std::uint64_t shift) {
+    directory.start = start;
+    directory.size = size;
+    directory.shift = shift;
+}
+
 // Tries the place that an end record tells, counted from the file's start, then the one directly in front of the
 // record: the archive may have gained or lost bytes since its offsets were written.
 bool ZATryEndRecord(UTHandle& file, const ZAEndRecord& record, std::uint64_t& budget, ZADirectory& directory) {
     if (record.directorySize > record.position) return false;
     const std::uint64_t lastStart = record.position - record.directorySize;
     if (record.directoryOffset <= lastStart) {
-        directory = {record.directoryOffset, record.directorySize, 0};
+        ZASetPlace(directory, record.directoryOffset, record.directorySize, 0);
         if (ZATryPlace(file, directory, budget)) return true;
     }
-    directory = {lastStart, record.directorySize, lastStart - record.directoryOffset};
+    ZASetPlace(directory, lastStart, record.directorySize, lastStart - record.directoryOffset);
     if (directory.shift == 0 || ZALiesInAnother(file, directory.shift)) return false;
     return ZATryPlace(file, directory, budget);
 }
@@ -272,35 +319,106 @@ bool ZATryEndPosition(UTHandle& file, std::uint64_t position, std::uint64_t& bud
     return ZATryEndRecord(file, record, budget, directory);
 }
 
+// ---- Searching the end records -------------------------------------------------------------------------------------
+
+// Where an end record may begin in a file, and what is left of the search.
+struct ZAEndSearch {
+    UTHandle* file;
+    std::uint64_t first;   // the first place
+    std::uint64_t behind;  // behind the last one that was not looked at
+    std::uint64_t budget;  // of the walks together, so that a file full of end records costs no more than another
+    ZASearch result;       // so far
+};
+
+constexpr std::uint32_t noIndex = 0xFFFFFFFF;
+
+// The last place in front of end, an index, at which the signature stands. Most of what is searched is no ZIP record:
+// blocks are passed over in which no byte pair of the signature's middle stands, which the compiler tests for 16 bytes
+// at a time.
+std::uint32_t ZAFindLastSignature(const std::uint8_t* bytes, std::uint32_t end) {
+    constexpr std::uint32_t block = 64;
+    while (end > 0) {
+        if (end >= block) {
+            const std::uint8_t* const start = bytes + end - block;
+            std::uint8_t any = 0;
+            for (std::uint32_t index = 0; index < block; ++index) {
+                any |= static_cast<std::uint8_t>((start[index + 1] == endRecordSignature[1]) &
+                                                 (start[index + 2] == endRecordSignature[2]));
+            }
+            if (any == 0) {
+                end -= block;
+                continue;
+            }
+        }
+        const std::uint32_t stop = end - std::min(end, block);
+        for (; end > stop; --end) {
+            if (ZAHasSignature(bytes + end - 1, endRecordSignature)) return end - 1;
+        }
+    }
+    return noIndex;
+}
+
+// Looks at the last places that were not looked at, as many as the buffer takes: of a signature begun at the last of
+// them the rest is read too. Returns whether the search goes on.
+bool ZASearchPiece(ZAEndSearch& search, std::uint8_t* buffer, std::uint32_t places, ZADirectory& directory) {
+    const std::uint64_t start = search.behind - std::min<std::uint64_t>(search.behind - search.first, places);
+    auto index = static_cast<std::uint32_t>(search.behind - start);
+    if (!UTReadFully(*search.file, start, buffer, index + signatureSize - 1)) return false;
+    while ((index = ZAFindLastSignature(buffer, index)) != noIndex) {
+        search.result = ZASearch::NotThere;
+        if (ZATryEndPosition(*search.file, start + index, search.budget, directory)) {
+            search.result = ZASearch::Found;
+            return false;
+        }
+    }
+    search.behind = start;
+    return search.behind > search.first;
+}
+
+// Looks at all places that are left in one piece. Where memory or the read fails, nothing has happened.
+bool ZASearchRest(ZAEndSearch& search, ZADirectory& directory) {
+    const auto places = static_cast<std::uint32_t>(search.behind - search.first);  // at most longestComment + 1
+    auto* const buffer =
+        static_cast<std::uint8_t*>(HeapAlloc(GetProcessHeap(), 0, std::size_t{places} + signatureSize - 1));
+    if (buffer == nullptr) return true;
+    const bool goesOn = ZASearchPiece(search, buffer, places, directory);
+    HeapFree(GetProcessHeap(), 0, buffer);
+    return goesOn || (search.result != ZASearch::Found && search.behind > search.first);
+}
+
 }  // namespace
 
-bool ZAFindDirectory(UTHandle& file, ZADirectory& directory) {
+ZASearch ZASearchDirectory(UTHandle& file, ZADirectory& directory) {
     const std::uint64_t fileSize = UTGetSize(file);
-    if (fileSize < endRecordSize) return false;
+    if (fileSize < endRecordSize) return ZASearch::NoEndRecord;
     const std::uint64_t last = fileSize - endRecordSize;
-    const std::uint64_t first = last > longestComment ? last - longestComment : 0;
-    // All walks together stay within the limit of one, so that a file full of end records costs no more than another.
-    std::uint64_t budget = largestZipDirectory;
-    constexpr std::uint32_t windowBytes = 4096;
-    std::uint8_t window[windowBytes + signatureSize - 1];  // a signature may begin at each of the first windowBytes
-    for (std::uint64_t behind = last + 1; behind > first;) {
-        const std::uint64_t start = behind - std::min<std::uint64_t>(behind - first, windowBytes);
-        const auto starts = static_cast<std::uint32_t>(behind - start);
-        if (!UTReadFully(file, start, window, starts + signatureSize - 1)) return false;
-        for (std::uint32_t index = starts; index-- > 0;) {
-            if (!ZAHasSignature(window + index, endRecordSignature)) continue;
-            if (ZATryEndPosition(file, start + index, budget, directory)) return true;
-        }
-        behind = start;
-    }
-    return false;
+    ZAEndSearch search = {&file, last > longestComment ? last - longestComment : 0, last + 1, largestZipDirectory,
+                          ZASearch::NoEndRecord};
+    constexpr std::uint32_t places = 4096;
+    std::uint8_t buffer[places + signatureSize - 1];
+    bool goesOn = ZASearchPiece(search, buffer, places, directory);
+    // Hardly any archive has a comment. Where the last bytes hold no end record, the others are read in one call if
+    // nobody sees it.
+    if (goesOn && UTIsUnseen(file)) goesOn = ZASearchRest(search, directory);
+    while (goesOn) goesOn = ZASearchPiece(search, buffer, places, directory);
+    if (search.result == ZASearch::NoEndRecord && search.behind > search.first) return ZASearch::NotThere;
+    return search.result;
+}
+
+bool ZAFindDirectory(UTHandle& file, ZADirectory& directory) {
+    return ZASearchDirectory(file, directory) == ZASearch::Found;
 }
 
 bool ZAFindEntry(UTHandle& file, const ZADirectory& directory, std::string_view name, bool anyCase, ZAEntry& entry) {
+    const ZANote* const note = ZAFindNote(directory, {name, anyCase});
+    if (note != nullptr) {
+        entry = note->entry;
+        return note->there;
+    }
     ZAScanner scanner;
     ZAStartScan(scanner, file, directory.start, directory.start + directory.size);
     const ZAWanted wanted = {name, anyCase};
-    return ZAWalkEntries(scanner, &wanted, entry) == ZAWalk::Found;
+    return ZAWalkEntries(scanner, &wanted, entry, nullptr) == ZAWalk::Found;
 }
 
 bool ZAFindData(UTHandle& file, const ZADirectory& directory, const ZAEntry& entry, std::uint64_t& offset) {

@@ -2,30 +2,15 @@
 //
 // The directory is never loaded. Every look-up walks it in the file, entry by entry, through a small buffer, so an
 // archive of a million members costs no more memory than one of three, and one that claims four thousand million
-// members costs nothing but the look at what is there.
+// members costs nothing but the look at what is there. Where nobody sees how a file is read, the walk that finds the
+// directory notes the members that are asked for in most archives.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
 #include "platform/handle.h"
-
-// Where the directory stands. All offsets in it are told from the archive's start, which is not the file's start when
-// something was put in front of a finished archive; shift makes the one of the other.
-struct ZADirectory {
-    std::uint64_t start;  // of the first entry, in the file
-    std::uint64_t size;   // in bytes
-    std::uint64_t shift;  // to be added to an offset that an entry tells, with wrap-around
-};
-
-// What an entry tells about its member.
-struct ZAEntry {
-    std::uint16_t flags;
-    std::uint16_t method;        // 0: stored; 8: deflated
-    std::uint64_t packedSize;    // bytes in the archive
-    std::uint64_t size;          // bytes unpacked
-    std::uint64_t headerOffset;  // of the local header, as the entry tells it
-};
+#include "platform/zip/zip_entry.h"
 
 // A larger directory is not read: it would have some two million members or more, and a look-up would take seconds.
 inline constexpr std::uint64_t largestZipDirectory = std::uint64_t{256} << 20;
@@ -36,6 +21,9 @@ inline constexpr std::uint64_t largestZipDirectory = std::uint64_t{256} << 20;
 // volumes, for the directory's size says it all. An archive that was cut behind an archive among its members is none.
 // All directories that are tried stay within largestZipDirectory together. Returns whether there is one.
 bool ZAFindDirectory(UTHandle& file, ZADirectory& directory);
+
+// The same, and why there is none.
+ZASearch ZASearchDirectory(UTHandle& file, ZADirectory& directory);
 
 // Finds the first entry of a name, by its bytes; without regard to the case of ASCII letters if anyCase. Returns
 // whether there is one.

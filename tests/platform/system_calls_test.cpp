@@ -19,6 +19,7 @@
 #include "platform/base_utility.h"
 #include "support/bytes.h"
 #include "support/case_name.h"
+#include "support/zip_writer.h"
 
 namespace {
 
@@ -127,6 +128,32 @@ TEST_P(SystemCalls, AreOpenStatOneReadAndClose) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SystemCalls, testing::ValuesIn(fileCases), FICaseName);
+
+// The calls of one identification of a file of these bytes.
+std::string CallsFor(const std::string& bytes, const char* extension, FIID answer) {
+    const std::string path = testing::TempDir() + "fiid-calls-" + std::to_string(getpid()) + "." + extension;
+    std::ofstream(path, std::ios::binary) << bytes;
+    FIID fiid = 0;
+    calls.clear();
+    EXPECT_EQ(FIIdFile(IOSpecNarrow, path.c_str(), FIFlagExtendedText, &fiid), 0);
+    const std::string made = calls;
+    std::remove(path.c_str());
+    EXPECT_EQ(fiid, answer);
+    return made;
+}
+
+TEST(SystemCallsForAnArchive, AreOneMoreForItsTail) {
+    const std::string filler(100000, 'x');
+    EXPECT_EQ(CallsFor(FIWriteZip({{"a", "1"}, {"filler", filler}}), "zip", 1802),
+              "open fstat pread@0 pread@91997 close");
+    EXPECT_EQ(CallsFor(FIWriteZip({{"a", "1"}}), "zip", 1802), "open fstat pread@0 close");
+}
+
+TEST(SystemCallsForAnArchive, AreTwoMoreWhereItHasNoDirectory) {
+    EXPECT_EQ(CallsFor("PK\3\4" + std::string(200000, 'x'), "zip", 1802),
+              "open fstat pread@0 pread@191812 pread@134447 close")
+        << "the tail, and the rest of what an end record may begin in";
+}
 
 // Opens a descriptor as if it were one of a block device. Returns null with errno set.
 HIOFILE OpenAsBlockDevice(int descriptor) {

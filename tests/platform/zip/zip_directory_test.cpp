@@ -278,6 +278,102 @@ TEST(DirectorySearch, AFileThatCanNotBeReadHasNone) {
     FICloseFile(file);
 }
 
+// ---- Where nobody sees the reads -----------------------------------------------------------------------------------
+
+// The directory that is found in the bytes of a host's handle, whose every read the host sees, and in the same bytes in
+// memory, where the search reads as it likes: the place, or nothing.
+struct Found {
+    ZASearch result;
+    std::uint64_t start;
+    std::uint64_t size;
+    std::uint64_t shift;
+
+    bool operator==(const Found&) const = default;
+};
+
+Found FoundIn(HIOFILE file) {
+    ZADirectory directory = {};
+    const ZASearch result = ZASearchDirectory(*UTFindHandle(file), directory);
+    if (result != ZASearch::Found) return {result, 0, 0, 0};
+    return {result, directory.start, directory.size, directory.shift};
+}
+
+Found FoundInBoth(const std::string& bytes) {
+    const OpenFile file(bytes);
+    const auto host = FIMakeTestHandle(bytes);
+    HIOFILE seen = nullptr;
+    EXPECT_EQ(IOOpen(&seen, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
+    EXPECT_TRUE(UTIsUnseen(*UTFindHandle(file.File())));
+    EXPECT_FALSE(UTIsUnseen(*UTFindHandle(seen)));
+    const Found found = FoundIn(file.File());
+    EXPECT_EQ(found, FoundIn(seen));
+    FICloseFile(seen);
+    return found;
+}
+
+TEST(UnseenSearch, FindsWhatTheSeenOneFinds) {
+    for (const DirectoryCase& directoryCase : directoryCases) {
+        SCOPED_TRACE(directoryCase.name);
+        EXPECT_EQ(FoundInBoth(directoryCase.bytes).result == ZASearch::Found, directoryCase.readable);
+    }
+    for (std::size_t behind = 0; behind < 66000; behind += behind < 9000 ? 1 : 61) {
+        const bool inReach = behind <= 65535;
+        EXPECT_EQ(FoundInBoth(plainZip + std::string(behind, 'K')).result,
+                  inReach ? ZASearch::Found : ZASearch::NoEndRecord)
+            << behind;
+    }
+}
+
+TEST(UnseenSearch, TriesTheRecordsInTheSameOrder) {
+    // Archives, wrong records and halves of signatures, one behind another in any order.
+    std::uint32_t state = 7;
+    const auto random = [&state](std::uint32_t bound) {
+        state = state * 1664525 + 1013904223;
+        return (state >> 8) % bound;
+    };
+    for (int round = 0; round < 400; ++round) {
+        std::string bytes = round % 2 == 0 ? "x" : "";
+        const std::uint32_t pieces = random(60);
+        for (std::uint32_t piece = 0; piece < pieces; ++piece) {
+            switch (random(5)) {
+                case 0:
+                    bytes += FIWriteZip({{std::to_string(piece), ""}});
+                    break;
+                case 1:
+                    bytes += Changed(plainZip, DirectoryStart(plainZip), 'Q');
+                    break;
+                case 2:
+                    bytes += std::string("PK\5\6PK\5PKK\5\6").substr(0, random(14));
+                    break;
+                default:
+                    bytes += std::string(random(3000), static_cast<char>(random(256)));
+                    break;
+            }
+        }
+        FoundInBoth(bytes);
+    }
+}
+
+TEST(UnseenSearch, GoesOnInPiecesWhereMemoryIsExhausted) {
+    const OpenFile file(plainZip + std::string(50000, 'x'));
+    FIFailAllocationsFrom(0);
+    const Found found = FoundIn(file.File());
+    FIHeapNeverFails();
+    EXPECT_EQ(found.result, ZASearch::Found);
+}
+
+TEST(UnseenSearch, TellsWhetherAnEndRecordWasMet) {
+    EXPECT_EQ(FoundInBoth("").result, ZASearch::NoEndRecord);
+    EXPECT_EQ(FoundInBoth(std::string(70000, 'x')).result, ZASearch::NoEndRecord);
+    EXPECT_EQ(FoundInBoth(Changed(plainZip, DirectoryStart(plainZip), 'Q')).result, ZASearch::NotThere);
+    const auto host = FIMakeTestHandle(std::string(70000, 'x'));
+    HIOFILE file = nullptr;
+    ASSERT_EQ(IOOpen(&file, IOSpecHandle, FIFileOf(*host), IOOpenRead), 0);
+    host->failReadsFrom = 3;
+    EXPECT_EQ(FoundIn(file).result, ZASearch::NotThere) << "not all was read";
+    FICloseFile(file);
+}
+
 // ---- A directory of any size, made as it is read: entries with the longest comments ---------------------------------
 
 constexpr std::uint64_t entrySize = 46 + 65535;
@@ -423,6 +519,43 @@ TEST(FindEntry, AnExtraFieldThatIsNotWellFormedLeavesTheNumbers) {
         ZAEntry entry;
         ASSERT_TRUE(FindEntry(FIWriteZip({member}), "name", false, entry)) << extra;
         EXPECT_EQ(entry.packedSize, 0xFFFFFFFFU) << extra;
+    }
+}
+
+// The walk that finds a directory notes two names; a look-up of them answers as the walk for them would.
+TEST(FindEntry, AnswersFromANoteAsFromTheWalk) {
+    const ZipMember wide = {.name = "mimetype", .bytes = "12345", .zip64 = true, .sizeTold = 0x123456789ABC};
+    const std::vector<ZipMember> lists[] = {
+        {},
+        {{"a", ""}},
+        {{"_rels/.rels", "1"}},
+        {{"a", ""}, {"_RELS/.Rels", "1"}, {"_rels/.rels", "2"}, {"mimetype", "3"}, {"mimetype", "4"}},
+        {{"Mimetype", "1"}, {"_rels/.relx", "2"}, {"xmimetyp", "3"}},
+        {{.name = "_rels/.rels", .bytes = "1", .extra = FIBytes("w:9 w:2 00 00"), .comment = "c"}, wide},
+        {{.name = "mimetype", .bytes = "1", .packedSizeTold = 0xFFFFFFFF, .extra = FIBytes("w:1 w:7 00*7")}},
+    };
+    for (const std::vector<ZipMember>& members : lists) {
+        const OpenFile file(FIWriteZip(members));
+        UTHandle& handle = *UTFindHandle(file.File());
+        ZADirectory noted;
+        ASSERT_TRUE(ZAFindDirectory(handle, noted));
+        EXPECT_TRUE(noted.noted);
+        ZADirectory plain = noted;
+        plain.noted = false;
+        for (const std::string_view name : {"_rels/.rels", "mimetype", "_RELS/.Rels", "Mimetype", "a"}) {
+            for (const bool anyCase : {false, true}) {
+                ZAEntry one = {};
+                ZAEntry other = {};
+                const bool found = ZAFindEntry(handle, plain, name, anyCase, one);
+                ASSERT_EQ(ZAFindEntry(handle, noted, name, anyCase, other), found) << name << anyCase;
+                if (!found) continue;
+                EXPECT_EQ(one.flags, other.flags);
+                EXPECT_EQ(one.method, other.method);
+                EXPECT_EQ(one.size, other.size);
+                EXPECT_EQ(one.packedSize, other.packedSize);
+                EXPECT_EQ(one.headerOffset, other.headerOffset);
+            }
+        }
     }
 }
 
