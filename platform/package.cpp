@@ -1,4 +1,5 @@
 // package.cpp - ZIP packages: an archive with a relationships part, and the parts to which the relationships lead.
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -7,6 +8,7 @@
 #include "platform/heap_allocator.h"
 #include "platform/operations.h"
 #include "platform/package_library.h"
+#include "platform/xml/plain_tags.h"
 #include "platform/xml/relationships.h"
 #include "platform/zip/archive.h"
 
@@ -14,6 +16,9 @@ struct PKGPackage {
     UTHandle* wrapper = nullptr;  // around a handle of the host's own; null for a handle of this layer
     UTHandle* archive = nullptr;
     UTRelationships* relationships = nullptr;  // once read; null before
+    bool startRead = false;                    // whether start tells the truth
+    std::uint32_t startFilled = 0;
+    char start[plainTagBytes];  // of the relationships part
 };
 
 struct PKGPart {
@@ -50,7 +55,38 @@ const UTRelationships* PKGFindRelationships(PKGPackage& package) {
     return package.relationships;
 }
 
+// Reads the start of the relationships part, which often is all of it. Returns false when there is no such part.
+bool PKGReadStart(PKGPackage& package) {
+    if (package.startRead) return true;
+    UTHandle* const part = UTOpenMemberAnyCase(*package.archive, relationshipsPart);
+    if (part == nullptr) return false;
+    if (UTReadAt(*part, 0, package.start, plainTagBytes, package.startFilled) != 0) package.startFilled = 0;
+    UTCloseHandle(*part);
+    package.startRead = true;
+    return true;
+}
+
+UTHandle* PKGOpenTarget(PKGPackage& package, std::string_view target) {
+    char name[plainTagBytes];
+    std::ranges::copy(target, name);
+    return UTOpenMemberAnyCase(*package.archive, {name, UTResolveTarget(name, target.size())});
+}
+
 UTHandle* PKGOpenPart(PKGPackage& package, const char* relationshipType) {
+    // Where nobody sees it, a plain part is searched as it lies there.
+    if (UTIsUnseen(*package.archive) && package.relationships == nullptr) {
+        if (!PKGReadStart(package)) return nullptr;
+        std::string_view target;
+        switch (UTPlainFindRelationship({package.start, package.startFilled}, relationshipType, target)) {
+            case UTPlainFind::Found:
+                return PKGOpenTarget(package, target);
+            case UTPlainFind::Absent:
+            case UTPlainFind::NoTarget:
+                return nullptr;
+            case UTPlainFind::NotPlain:
+                break;
+        }
+    }
     const UTRelationships* const relationships = PKGFindRelationships(package);
     if (relationships == nullptr) return nullptr;
     const std::optional<std::string_view> name = UTFindTarget(*relationships, relationshipType);

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "platform/heap_allocator.h"
+#include "platform/xml/relationship_names.h"
 #include "platform/xml/xml_parser.h"
 
 namespace {
@@ -32,13 +33,6 @@ struct UTRelationships {
 };
 
 namespace {
-
-// The element's names as the parser tells them: of the standard, and of its draft.
-constexpr std::string_view relationshipElements[] = {
-    "http://schemas.openxmlformats.org/package/2006/relationships\x01Relationship",
-    "http://schemas.microsoft.com/package/2005/06/relationships\x01Relationship",
-};
-static_assert(relationshipElements[0].find(xmlNamespaceEnd) != std::string_view::npos);
 
 struct UTReading {
     UTRelationships* relationships;
@@ -71,10 +65,17 @@ void UTKeepRelationship(UTReading& reading, std::string_view type, const char* t
     relationships.bytes += bytes;
 }
 
+// Whether the parser tells this name of the element.
+bool UTIsRelationship(std::string_view name) {
+    const std::size_t end = name.find(xmlNamespaceEnd);
+    return end != std::string_view::npos && name.substr(end + 1) == relationshipName &&
+           std::ranges::find(relationshipNamespaces, name.substr(0, end)) != std::end(relationshipNamespaces);
+}
+
 // Called by expat, through which no exception may pass.
 void UTCheckElement(void* context, const char* name, const char** attributes) noexcept {
     UTReading& reading = *static_cast<UTReading*>(context);
-    if (std::ranges::find(relationshipElements, std::string_view(name)) == std::end(relationshipElements)) return;
+    if (!UTIsRelationship(name)) return;
     const char* const type = UTFindAttribute(attributes, "Type");
     if (type == nullptr) return;
     const char* const mode = UTFindAttribute(attributes, "TargetMode");

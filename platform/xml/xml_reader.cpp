@@ -1,4 +1,7 @@
 // xml_reader.cpp - the XML reader: tags one at a time, elements told by numbers.
+//
+// The first tag decides most documents. Where nobody sees how the handle is read, a plain one is told from the first bytes
+// and the parser is made only if more is asked for; it starts from the beginning then.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -6,7 +9,9 @@
 #include <string_view>
 
 #include "platform/base_utility.h"
+#include "platform/handle.h"
 #include "platform/heap_allocator.h"
+#include "platform/xml/plain_tags.h"
 #include "platform/xml/xml_parser.h"
 
 namespace {
@@ -26,7 +31,9 @@ constexpr std::int16_t failure = -1;
 }  // namespace
 
 struct UTXmlReader {
-    UTXmlParser* parser = nullptr;
+    HIOFILE file = nullptr;
+    UTXmlParser* parser = nullptr;  // null until it is needed
+    bool firstTold = false;         // whether the first tag was told without the parser
     UTXmlTagMap* firstMap = nullptr;
     UTXmlTagMap* lastMap = nullptr;
     UTVector<UTXmlTag> tags;  // that came until the parser paused
@@ -36,11 +43,7 @@ struct UTXmlReader {
 namespace {
 
 // Finds the first registered pair with the namespace and the local name of an element.
-UTXmlTag UTXmlTellElement(const UTXmlReader& reader, const char* name) {
-    const char* const end = std::strchr(name, xmlNamespaceEnd);
-    const std::string_view namespaceUri =
-        end != nullptr ? std::string_view(name, static_cast<std::size_t>(end - name)) : "";
-    const std::string_view localName = end != nullptr ? end + 1 : name;
+UTXmlTag UTXmlTellElement(const UTXmlReader& reader, std::string_view namespaceUri, std::string_view localName) {
     for (const UTXmlTagMap* map = reader.firstMap; map != nullptr; map = map->next) {
         if (namespaceUri != map->namespaceUri) continue;
         for (std::uint32_t index = 0; index < map->pairCount; ++index) {
@@ -50,9 +53,16 @@ UTXmlTag UTXmlTellElement(const UTXmlReader& reader, const char* name) {
     return {0, UTXmlUnknownTag, 0};
 }
 
+// The same for an element's name as the parser tells it.
+UTXmlTag UTXmlTellName(const UTXmlReader& reader, const char* name) {
+    const char* const end = std::strchr(name, xmlNamespaceEnd);
+    if (end == nullptr) return UTXmlTellElement(reader, "", name);
+    return UTXmlTellElement(reader, std::string_view(name, static_cast<std::size_t>(end - name)), end + 1);
+}
+
 // Called by expat, through which no exception may pass.
 void UTXmlQueueTag(UTXmlReader& reader, const char* name, std::uint16_t flags) noexcept {
-    UTXmlTag tag = UTXmlTellElement(reader, name);
+    UTXmlTag tag = UTXmlTellName(reader, name);
     tag.flags = flags;
     try {
         reader.tags.push_back(tag);
@@ -70,6 +80,43 @@ void UTXmlQueueEnd(void* context, const char* name) {
     UTXmlQueueTag(*static_cast<UTXmlReader*>(context), name, UTXmlFlagEndTag);
 }
 
+bool UTXmlMakeParser(UTXmlReader& reader) {
+    reader.parser = UTXmlNewParser(reader.file, {UTXmlQueueStart, UTXmlQueueEnd}, &reader);
+    return reader.parser != nullptr;
+}
+
+// Tells the first tag of a plain document. It does not move the handle. Most documents' first tags are short: the rest of
+// the bytes is looked at only where it is needed.
+bool UTXmlTellFirst(const UTXmlReader& reader, UTXmlTag& tag) {
+    constexpr std::uint32_t portions[] = {plainTagBytes / 4, plainTagBytes};
+    UTHandle& handle = *UTFindHandle(reader.file);
+    char bytes[plainTagBytes];
+    std::uint32_t filled = 0;
+    for (const std::uint32_t wanted : portions) {
+        std::uint32_t came = 0;
+        if (UTReadAt(handle, handle.position + filled, bytes + filled, wanted - filled, came) != 0) came = 0;
+        filled += came;
+        const std::optional<UTPlainElement> first = UTPlainFirstElement({bytes, filled});
+        if (first) {
+            tag = UTXmlTellElement(reader, first->namespaceUri, first->localName);
+            return true;
+        }
+        if (filled < wanted) return false;
+    }
+    return false;
+}
+
+// The next tag that the parser tells.
+std::int16_t UTXmlParseTag(UTXmlReader& reader, UTXmlTag& tag) {
+    while (reader.tagsDelivered == reader.tags.size()) {
+        reader.tagsDelivered = 0;
+        reader.tags.clear();
+        if (!UTXmlGoOn(*reader.parser) && reader.tags.empty()) return failure;
+    }
+    tag = reader.tags[reader.tagsDelivered++];
+    return success;
+}
+
 }  // namespace
 
 extern "C" {
@@ -79,8 +126,10 @@ std::int16_t UTXMLInit(HUTXML* xml, HIOFILE handle) {
     if (handle == nullptr) return failure;
     auto* const reader = UTNewRecord<UTXmlReader>();
     if (reader == nullptr) return failure;
-    reader->parser = UTXmlNewParser(handle, {UTXmlQueueStart, UTXmlQueueEnd}, reader);
-    if (reader->parser == nullptr) {
+    reader->file = handle;
+    const UTHandle* const known = UTFindHandle(handle);
+    const bool waits = known != nullptr && UTIsUnseen(*known);
+    if (!waits && !UTXmlMakeParser(*reader)) {
         UTDeleteRecord(*reader);
         return failure;
     }
@@ -101,20 +150,22 @@ std::int16_t UTXMLAddTagMap(HUTXML* xml, const char* namespaceUri, std::uint32_t
 
 std::int16_t UTXMLReadNextTag(HUTXML* xml, UTXmlTag* tag, std::uint32_t*) {
     UTXmlReader& reader = **xml;
-    while (reader.tagsDelivered == reader.tags.size()) {
-        reader.tagsDelivered = 0;
-        reader.tags.clear();
-        if (!UTXmlGoOn(*reader.parser) && reader.tags.empty()) return failure;
+    if (reader.parser == nullptr) {
+        if (!reader.firstTold && UTXmlTellFirst(reader, *tag)) {
+            reader.firstTold = true;
+            return success;
+        }
+        if (!UTXmlMakeParser(reader)) return failure;
+        if (reader.firstTold && UTXmlParseTag(reader, *tag) != success) return failure;
     }
-    *tag = reader.tags[reader.tagsDelivered++];
-    return success;
+    return UTXmlParseTag(reader, *tag);
 }
 
 void UTXMLDeInit(HUTXML* xml) {
     UTXmlReader* const reader = *xml;
     *xml = nullptr;
     if (reader == nullptr) return;
-    UTXmlFreeParser(*reader->parser);
+    if (reader->parser != nullptr) UTXmlFreeParser(*reader->parser);
     for (UTXmlTagMap* map = reader->firstMap; map != nullptr;) {
         UTXmlTagMap* const next = map->next;
         UTDeleteRecord(*map);

@@ -6,6 +6,7 @@
 
 #include "platform/base_utility.h"
 #include "support/case_name.h"
+#include "support/open_file.h"
 #include "support/process_heap.h"
 #include "support/test_handle.h"
 #include "support/utf16_text.h"
@@ -36,10 +37,10 @@ std::string TellTag(const UTXmlTag& tag) {
 
 // The tags that the handle's document delivers: "100:1" for a known one, "?" for an unknown one, a '/' in front of an
 // end.
-std::string TagsOf(TestHandle& handle) {
+std::string TagsOf(HIOFILE file) {
     const std::size_t blocks = FIHeapBlocks();
     HUTXML xml = nullptr;
-    EXPECT_EQ(UTXMLInit(&xml, FIFileOf(handle)), 0);
+    EXPECT_EQ(UTXMLInit(&xml, file), 0);
     Register(xml);
     std::string tags;
     UTXmlTag tag = {};
@@ -51,6 +52,8 @@ std::string TagsOf(TestHandle& handle) {
     EXPECT_EQ(FIHeapBlocks(), blocks);
     return tags;
 }
+
+std::string TagsOf(TestHandle& handle) { return TagsOf(FIFileOf(handle)); }
 
 struct XmlCase {
     const char* name;
@@ -107,6 +110,7 @@ TEST_P(ReadTags, Answers) {
     const auto slow = FIMakeTestHandle(GetParam().document);
     slow->bytesPerRead = 1;
     EXPECT_EQ(TagsOf(*slow), GetParam().tags) << "one byte per read";
+    EXPECT_EQ(TagsOf(OpenFile(GetParam().document).File()), GetParam().tags) << "where nobody sees the reads";
 }
 
 INSTANTIATE_TEST_SUITE_P(Xml, ReadTags, testing::ValuesIn(xmlCases), FICaseName);
@@ -115,6 +119,26 @@ TEST(XmlReader, ReadsFromWhereTheHandleStands) {
     const auto handle = FIMakeTestHandle("no XML<x/>");
     handle->position = 6;
     EXPECT_EQ(TagsOf(*handle), "? /?");
+}
+
+TEST(XmlReader, TellsTheFirstTagOfAPlainDocumentWithoutAParser) {
+    // One that begins where the handle stands, and whose first tag is longer than the first look.
+    const OpenFile file("no XML<a xmlns='n' x='" + std::string(2000, 'x') + "'><b/></a>");
+    EXPECT_EQ(file.File()->operations.IOSeek(file.File(), IOOriginStart, 6), 0);
+    const std::size_t blocks = FIHeapBlocks();
+    HUTXML xml = nullptr;
+    ASSERT_EQ(UTXMLInit(&xml, file.File()), 0);
+    EXPECT_EQ(UTXMLAddTagMap(&xml, "n", 100, 0, lettersMap, std::size(lettersMap)), 0);
+    FIFailAllocationsFrom(0);
+    UTXmlTag tag = {};
+    EXPECT_EQ(UTXMLReadNextTag(&xml, &tag, nullptr), 0);
+    EXPECT_EQ(TellTag(tag), "100:1");
+    EXPECT_NE(UTXMLReadNextTag(&xml, &tag, nullptr), 0) << "the next one takes the parser";
+    FIHeapNeverFails();
+    EXPECT_EQ(UTXMLReadNextTag(&xml, &tag, nullptr), 0);
+    EXPECT_EQ(TellTag(tag), "100:2");
+    UTXMLDeInit(&xml);
+    EXPECT_EQ(FIHeapBlocks(), blocks);
 }
 
 TEST(XmlReader, AFailingReadEndsTheTagsBehindThoseInFrontOfIt) {

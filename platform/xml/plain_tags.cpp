@@ -1,0 +1,295 @@
+// plain_tags.cpp - a scanner for plain documents.
+//
+// It takes only what it can be sure of. In the terms of XML 1.0 (fifth edition) and Namespaces in XML 1.0:
+//
+//   declaration   version "1.0", then at most encoding "UTF-8" and standalone, in this order
+//   white space   between tags; no text, comment, instruction or DTD
+//   names         ASCII letters, digits, '_', '-' and '.', with at most one colon; a prefix does not begin with "xml"
+//   values        printable ASCII without '<' and '&'
+//   attributes    no name twice; of prefixed ones not even the local name, which two prefixes might put into one
+//                 namespace
+//   namespaces    declared in the first tag only; addresses neither empty, nor longer than the parser's bound, nor those
+//                 that are reserved; every prefix that is used is declared
+//
+// All that is well-formed, and costs the parser so little that none of its bounds is near.
+#include "platform/xml/plain_tags.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+#include "platform/xml/relationship_names.h"
+#include "platform/xml/xml_parser.h"
+
+namespace {
+
+constexpr std::size_t mostAttributes = 64;
+constexpr std::size_t longestAddress = UTXmlLimits{}.address;
+
+struct UTPlainName {
+    std::string_view prefix;  // empty for none
+    std::string_view local;
+};
+
+struct UTPlainAttribute {
+    UTPlainName name;
+    std::string_view value;
+};
+
+struct UTPlainTag {
+    UTPlainName name;
+    bool empty;  // an empty-element tag
+    std::size_t attributeCount;
+    UTPlainAttribute attributes[mostAttributes];
+};
+
+// ---- Pieces --------------------------------------------------------------------------------------------------------
+
+// Each of these takes a piece off the front of the rest, and returns whether it was there.
+
+bool UTTakeText(std::string_view& rest, std::string_view text) {
+    if (!rest.starts_with(text)) return false;
+    rest.remove_prefix(text.size());
+    return true;
+}
+
+bool UTIsSpace(char character) {
+    return character == ' ' || character == '\n' || character == '\r' || character == '\t';
+}
+
+bool UTTakeSpace(std::string_view& rest) {
+    std::size_t length = 0;
+    while (length < rest.size() && UTIsSpace(rest[length])) ++length;
+    rest.remove_prefix(length);
+    return length > 0;
+}
+
+// What a character may be in: each a bit.
+constexpr std::uint8_t startsName = 1;
+constexpr std::uint8_t inName = 2;
+constexpr std::uint8_t inValue = 4;
+
+struct UTCharacterTable {
+    std::uint8_t uses[256];
+};
+
+constexpr UTCharacterTable UTMakeCharacterTable() {
+    UTCharacterTable table = {};
+    for (std::uint32_t code = 0x20; code < 0x7F; ++code) {
+        if (code != '<' && code != '&') table.uses[code] |= inValue;
+        const bool letter = (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z') || code == '_';
+        if (letter) table.uses[code] |= startsName | inName;
+        if ((code >= '0' && code <= '9') || code == '-' || code == '.') table.uses[code] |= inName;
+    }
+    return table;
+}
+
+constexpr UTCharacterTable characters = UTMakeCharacterTable();
+
+bool UTMayBe(char character, std::uint8_t use) {
+    return (characters.uses[static_cast<std::uint8_t>(character)] & use) != 0;
+}
+
+// A name without a colon.
+bool UTTakeSimpleName(std::string_view& rest, std::string_view& name) {
+    if (rest.empty() || !UTMayBe(rest[0], startsName)) return false;
+    std::size_t length = 1;
+    while (length < rest.size() && UTMayBe(rest[length], inName)) ++length;
+    name = rest.substr(0, length);
+    rest.remove_prefix(length);
+    return true;
+}
+
+bool UTTakeName(std::string_view& rest, UTPlainName& name) {
+    name.prefix = {};
+    if (!UTTakeSimpleName(rest, name.local)) return false;
+    if (!UTTakeText(rest, ":")) return true;
+    name.prefix = name.local;
+    return UTTakeSimpleName(rest, name.local);
+}
+
+// A value in quotes of either kind.
+bool UTTakeValue(std::string_view& rest, std::string_view& value) {
+    if (rest.empty() || (rest[0] != '"' && rest[0] != '\'')) return false;
+    const char quote = rest[0];
+    rest.remove_prefix(1);
+    std::size_t length = 0;
+    while (length < rest.size() && rest[length] != quote && UTMayBe(rest[length], inValue)) ++length;
+    if (length == rest.size() || rest[length] != quote) return false;
+    value = rest.substr(0, length);
+    rest.remove_prefix(length + 1);
+    return true;
+}
+
+// An equals sign and a value.
+bool UTTakeAssigned(std::string_view& rest, std::string_view& value) {
+    UTTakeSpace(rest);
+    if (!UTTakeText(rest, "=")) return false;
+    UTTakeSpace(rest);
+    return UTTakeValue(rest, value);
+}
+
+// The XML declaration, if there is one.
+bool UTTakeDeclaration(std::string_view& rest) {
+    static_cast<void>(UTTakeText(rest, "\xEF\xBB\xBF"));
+    if (!rest.starts_with("<?")) return true;
+    std::string_view value;
+    if (!UTTakeText(rest, "<?xml") || !UTTakeSpace(rest)) return false;
+    if (!UTTakeText(rest, "version") || !UTTakeAssigned(rest, value) || value != "1.0") return false;
+    bool space = UTTakeSpace(rest);
+    if (space && UTTakeText(rest, "encoding")) {
+        if (!UTTakeAssigned(rest, value) || (value != "UTF-8" && value != "utf-8")) return false;
+        space = UTTakeSpace(rest);
+    }
+    if (space && UTTakeText(rest, "standalone")) {
+        if (!UTTakeAssigned(rest, value) || (value != "yes" && value != "no")) return false;
+        UTTakeSpace(rest);
+    }
+    return UTTakeText(rest, "?>");
+}
+
+// ---- Tags ----------------------------------------------------------------------------------------------------------
+
+bool UTIsReserved(std::string_view prefix) {
+    const auto lower = [](char letter) { return letter | 0x20; };
+    return prefix.size() >= 3 && lower(prefix[0]) == 'x' && lower(prefix[1]) == 'm' && lower(prefix[2]) == 'l';
+}
+
+bool UTDeclaresPrefix(const UTPlainAttribute& attribute) { return attribute.name.prefix == "xmlns"; }
+
+bool UTDeclaresDefault(const UTPlainAttribute& attribute) {
+    return attribute.name.prefix.empty() && attribute.name.local == "xmlns";
+}
+
+// Whether two attributes may be one and the same.
+bool UTMayClash(const UTPlainAttribute& one, const UTPlainAttribute& other) {
+    if (one.name.local != other.name.local) return false;
+    const bool bothPrefixed = !one.name.prefix.empty() && !other.name.prefix.empty();
+    if (bothPrefixed) return UTDeclaresPrefix(one) == UTDeclaresPrefix(other);
+    return one.name.prefix.empty() && other.name.prefix.empty();
+}
+
+bool UTTakeAttribute(std::string_view& rest, UTPlainTag& tag) {
+    if (tag.attributeCount == mostAttributes) return false;
+    UTPlainAttribute& attribute = tag.attributes[tag.attributeCount];
+    if (!UTTakeName(rest, attribute.name) || !UTTakeAssigned(rest, attribute.value)) return false;
+    for (std::size_t index = 0; index < tag.attributeCount; ++index) {
+        if (UTMayClash(attribute, tag.attributes[index])) return false;
+    }
+    ++tag.attributeCount;
+    return true;
+}
+
+// A start tag or an empty-element tag, from its '<' to its '>'.
+bool UTTakeTag(std::string_view& rest, UTPlainTag& tag) {
+    tag.attributeCount = 0;
+    if (!UTTakeText(rest, "<") || !UTTakeName(rest, tag.name)) return false;
+    for (;;) {
+        const bool space = UTTakeSpace(rest);
+        tag.empty = UTTakeText(rest, "/>");
+        if (tag.empty || UTTakeText(rest, ">")) return true;
+        if (!space || !UTTakeAttribute(rest, tag)) return false;
+    }
+}
+
+// ---- Namespaces ----------------------------------------------------------------------------------------------------
+
+bool UTIsPlainAddress(std::string_view address) {
+    return !address.empty() && address.size() <= longestAddress && !address.starts_with("http://www.w3.org/");
+}
+
+// Whether what the first tag declares is plain.
+bool UTDeclaresPlainly(const UTPlainTag& first) {
+    return std::all_of(first.attributes, first.attributes + first.attributeCount, [](const auto& attribute) {
+        if (UTDeclaresDefault(attribute)) return UTIsPlainAddress(attribute.value);
+        if (!UTDeclaresPrefix(attribute)) return true;
+        return !UTIsReserved(attribute.name.local) && UTIsPlainAddress(attribute.value);
+    });
+}
+
+// Finds what a prefix means, or no prefix, by the declarations of the first tag. Returns false for a prefix that has none.
+bool UTFindNamespace(const UTPlainTag& first, std::string_view prefix, std::string_view& address) {
+    address = {};
+    for (std::size_t index = 0; index < first.attributeCount; ++index) {
+        const UTPlainAttribute& attribute = first.attributes[index];
+        const bool meant = prefix.empty() ? UTDeclaresDefault(attribute)
+                                          : UTDeclaresPrefix(attribute) && attribute.name.local == prefix;
+        if (!meant) continue;
+        address = attribute.value;
+        return true;
+    }
+    return prefix.empty();
+}
+
+// Whether each prefixed attribute has a namespace. Declarations are looked for in the first tag.
+bool UTHasNamespaces(const UTPlainTag& tag, const UTPlainTag& first) {
+    return std::all_of(tag.attributes, tag.attributes + tag.attributeCount, [&](const auto& attribute) {
+        std::string_view address;
+        return attribute.name.prefix.empty() || UTDeclaresPrefix(attribute) ||
+               UTFindNamespace(first, attribute.name.prefix, address);
+    });
+}
+
+bool UTDeclaresNothing(const UTPlainTag& tag) {
+    return std::none_of(tag.attributes, tag.attributes + tag.attributeCount, [](const auto& attribute) {
+        return UTDeclaresPrefix(attribute) || UTDeclaresDefault(attribute);
+    });
+}
+
+// Takes all up to the first tag, and that.
+bool UTTakeFirstTag(std::string_view& rest, UTPlainTag& first, UTPlainElement& element) {
+    if (!UTTakeDeclaration(rest)) return false;
+    UTTakeSpace(rest);
+    if (!UTTakeTag(rest, first) || !UTDeclaresPlainly(first) || !UTHasNamespaces(first, first)) return false;
+    element.localName = first.name.local;
+    return UTFindNamespace(first, first.name.prefix, element.namespaceUri);
+}
+
+// ---- Relationships -------------------------------------------------------------------------------------------------
+
+bool UTIsRelationship(const UTPlainElement& element) {
+    return element.localName == relationshipName &&
+           std::ranges::find(relationshipNamespaces, element.namespaceUri) != std::end(relationshipNamespaces);
+}
+
+// The value of an attribute in no namespace; nothing when there is none.
+std::optional<std::string_view> UTFindPlainAttribute(const UTPlainTag& tag, std::string_view name) {
+    for (std::size_t index = 0; index < tag.attributeCount; ++index) {
+        const UTPlainAttribute& attribute = tag.attributes[index];
+        if (attribute.name.prefix.empty() && attribute.name.local == name) return attribute.value;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<UTPlainElement> UTPlainFirstElement(std::string_view start) {
+    UTPlainTag first;
+    UTPlainElement element;
+    if (!UTTakeFirstTag(start, first, element)) return std::nullopt;
+    return element;
+}
+
+UTPlainFind UTPlainFindRelationship(std::string_view start, std::string_view type, std::string_view& target) {
+    UTPlainTag first;
+    UTPlainTag tag;
+    UTPlainElement element;
+    std::string_view& rest = start;
+    if (!UTTakeFirstTag(rest, first, element) || first.empty || UTIsRelationship(element)) return UTPlainFind::NotPlain;
+    for (;;) {
+        UTTakeSpace(rest);
+        if (UTTakeText(rest, "</")) break;
+        if (!UTTakeTag(rest, tag) || !tag.empty || !UTDeclaresNothing(tag) || !UTHasNamespaces(tag, first) ||
+            !UTFindNamespace(first, tag.name.prefix, element.namespaceUri)) {
+            return UTPlainFind::NotPlain;
+        }
+        element.localName = tag.name.local;
+        if (!UTIsRelationship(element) || UTFindPlainAttribute(tag, "Type") != type) continue;
+        if (UTFindPlainAttribute(tag, "TargetMode") == "External") continue;
+        const std::optional<std::string_view> found = UTFindPlainAttribute(tag, "Target");
+        if (!found) return UTPlainFind::NoTarget;
+        target = *found;
+        return UTPlainFind::Found;
+    }
+    return UTPlainFind::Absent;  // the first element ends here, or the document is wrong: no more elements come
+}
