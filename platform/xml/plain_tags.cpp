@@ -53,6 +53,12 @@ bool UTTakeText(std::string_view& rest, std::string_view text) {
     return true;
 }
 
+bool UTTakeCharacter(std::string_view& rest, char character) {
+    if (rest.empty() || rest[0] != character) return false;
+    rest.remove_prefix(1);
+    return true;
+}
+
 bool UTIsSpace(char character) {
     return character == ' ' || character == '\n' || character == '\r' || character == '\t';
 }
@@ -103,7 +109,7 @@ bool UTTakeSimpleName(std::string_view& rest, std::string_view& name) {
 bool UTTakeName(std::string_view& rest, UTPlainName& name) {
     name.prefix = {};
     if (!UTTakeSimpleName(rest, name.local)) return false;
-    if (!UTTakeText(rest, ":")) return true;
+    if (!UTTakeCharacter(rest, ':')) return true;
     name.prefix = name.local;
     return UTTakeSimpleName(rest, name.local);
 }
@@ -124,7 +130,7 @@ bool UTTakeValue(std::string_view& rest, std::string_view& value) {
 // An equals sign and a value.
 bool UTTakeAssigned(std::string_view& rest, std::string_view& value) {
     UTTakeSpace(rest);
-    if (!UTTakeText(rest, "=")) return false;
+    if (!UTTakeCharacter(rest, '=')) return false;
     UTTakeSpace(rest);
     return UTTakeValue(rest, value);
 }
@@ -163,7 +169,8 @@ bool UTDeclaresDefault(const UTPlainAttribute& attribute) {
 
 // Whether two attributes may be one and the same.
 bool UTMayClash(const UTPlainAttribute& one, const UTPlainAttribute& other) {
-    if (one.name.local != other.name.local) return false;
+    // Most names of a tag differ in their last character.
+    if (one.name.local.back() != other.name.local.back() || one.name.local != other.name.local) return false;
     const bool bothPrefixed = !one.name.prefix.empty() && !other.name.prefix.empty();
     if (bothPrefixed) return UTDeclaresPrefix(one) == UTDeclaresPrefix(other);
     return one.name.prefix.empty() && other.name.prefix.empty();
@@ -183,11 +190,11 @@ bool UTTakeAttribute(std::string_view& rest, UTPlainTag& tag) {
 // A start tag or an empty-element tag, from its '<' to its '>'.
 bool UTTakeTag(std::string_view& rest, UTPlainTag& tag) {
     tag.attributeCount = 0;
-    if (!UTTakeText(rest, "<") || !UTTakeName(rest, tag.name)) return false;
+    if (!UTTakeCharacter(rest, '<') || !UTTakeName(rest, tag.name)) return false;
     for (;;) {
         const bool space = UTTakeSpace(rest);
         tag.empty = UTTakeText(rest, "/>");
-        if (tag.empty || UTTakeText(rest, ">")) return true;
+        if (tag.empty || UTTakeCharacter(rest, '>')) return true;
         if (!space || !UTTakeAttribute(rest, tag)) return false;
     }
 }
