@@ -110,7 +110,12 @@ bool CFReadEntry(CFSectors& sectors, CFChain& directory, std::uint32_t number, C
     return true;
 }
 
-void CFStartChildren(CFChildren& children, std::uint32_t child) { CFPushEntry(children, child); }
+void CFStartChildren(CFChildren& children, std::uint32_t child) {
+    constexpr std::size_t usualChildren = 16;
+    children.pending.reserve(usualChildren);
+    children.known.reserve(usualChildren);
+    CFPushEntry(children, child);
+}
 
 bool CFFindChild(CFSectors& sectors, CFChain& directory, CFChildren& children, CFEntryType type, const char* name,
                  CFEntry& entry) {

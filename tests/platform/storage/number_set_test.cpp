@@ -33,6 +33,24 @@ TEST(NumberSet, TakesTheFirstAndTheLastNumber) {
     EXPECT_FALSE(numbers.Holds(0xFFFFFFFD));
 }
 
+TEST(NumberSet, TakesNoMemoryForItsFirstPage) {
+    const std::size_t blocksBefore = FIHeapBlocks();
+    for (const std::uint32_t first : {0U, 511U, 512U, 1000000U, 0xFFFFFFFFU}) {
+        UTNumberSet numbers;
+        EXPECT_FALSE(numbers.Holds(first));
+        FIFailAllocationsFrom(0);
+        EXPECT_TRUE(numbers.Add(first));
+        EXPECT_TRUE(numbers.Add(first ^ 1));
+        FIHeapNeverFails();
+        EXPECT_TRUE(numbers.Add(first ^ 512)) << "the neighbouring page";
+        EXPECT_TRUE(numbers.Holds(first ^ 1));
+        EXPECT_FALSE(numbers.Add(first));
+        EXPECT_FALSE(numbers.Holds(first ^ 513));
+        EXPECT_TRUE(numbers.Add(first ^ 2));
+    }
+    EXPECT_EQ(FIHeapBlocks(), blocksBefore);
+}
+
 TEST(NumberSet, StaysAsItWasWhenTheHeapIsExhausted) {
     const std::size_t blocksBefore = FIHeapBlocks();
     {
