@@ -73,7 +73,8 @@ bool UTTakeSpace(std::string_view& rest) {
 // What a character may be in: each a bit.
 constexpr std::uint8_t startsName = 1;
 constexpr std::uint8_t inName = 2;
-constexpr std::uint8_t inValue = 4;
+constexpr std::uint8_t inDoubleQuotes = 4;
+constexpr std::uint8_t inSingleQuotes = 8;
 
 struct UTCharacterTable {
     std::uint8_t uses[256];
@@ -82,7 +83,9 @@ struct UTCharacterTable {
 constexpr UTCharacterTable UTMakeCharacterTable() {
     UTCharacterTable table = {};
     for (std::uint32_t code = 0x20; code < 0x7F; ++code) {
-        if (code != '<' && code != '&') table.uses[code] |= inValue;
+        const bool inValue = code != '<' && code != '&';
+        if (inValue && code != '"') table.uses[code] |= inDoubleQuotes;
+        if (inValue && code != '\'') table.uses[code] |= inSingleQuotes;
         const bool letter = (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z') || code == '_';
         if (letter) table.uses[code] |= startsName | inName;
         if ((code >= '0' && code <= '9') || code == '-' || code == '.') table.uses[code] |= inName;
@@ -96,13 +99,22 @@ bool UTMayBe(char character, std::uint8_t use) {
     return (characters.uses[static_cast<std::uint8_t>(character)] & use) != 0;
 }
 
+// Takes the characters that may be used so, perhaps none.
+std::string_view UTTakeWhile(std::string_view& rest, std::uint8_t use) {
+    const char* const begin = rest.data();
+    const char* const end = begin + rest.size();
+    const char* place = begin;
+    while (place != end && UTMayBe(*place, use)) ++place;
+    const auto length = static_cast<std::size_t>(place - begin);
+    const std::string_view taken = rest.substr(0, length);
+    rest.remove_prefix(length);
+    return taken;
+}
+
 // A name without a colon.
 bool UTTakeSimpleName(std::string_view& rest, std::string_view& name) {
     if (rest.empty() || !UTMayBe(rest[0], startsName)) return false;
-    std::size_t length = 1;
-    while (length < rest.size() && UTMayBe(rest[length], inName)) ++length;
-    name = rest.substr(0, length);
-    rest.remove_prefix(length);
+    name = UTTakeWhile(rest, inName);
     return true;
 }
 
@@ -119,12 +131,8 @@ bool UTTakeValue(std::string_view& rest, std::string_view& value) {
     if (rest.empty() || (rest[0] != '"' && rest[0] != '\'')) return false;
     const char quote = rest[0];
     rest.remove_prefix(1);
-    std::size_t length = 0;
-    while (length < rest.size() && rest[length] != quote && UTMayBe(rest[length], inValue)) ++length;
-    if (length == rest.size() || rest[length] != quote) return false;
-    value = rest.substr(0, length);
-    rest.remove_prefix(length + 1);
-    return true;
+    value = UTTakeWhile(rest, quote == '"' ? inDoubleQuotes : inSingleQuotes);
+    return UTTakeCharacter(rest, quote);
 }
 
 // An equals sign and a value.

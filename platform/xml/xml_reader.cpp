@@ -88,7 +88,7 @@ bool UTXmlMakeParser(UTXmlReader& reader) {
 // Tells the first tag of a plain document. It does not move the handle. Most documents' first tags are short: the rest of
 // the bytes is looked at only where it is needed.
 bool UTXmlTellFirst(const UTXmlReader& reader, UTXmlTag& tag) {
-    constexpr std::uint32_t portions[] = {plainTagBytes / 4, plainTagBytes / 2, plainTagBytes};
+    constexpr std::uint32_t portions[] = {1280, plainTagBytes};
     UTHandle& handle = *UTFindHandle(reader.file);
     char bytes[plainTagBytes];
     std::uint32_t filled = 0;

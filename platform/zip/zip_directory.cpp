@@ -60,7 +60,7 @@ constexpr std::uint32_t zip64NumberSize = 8;
 constexpr std::uint32_t zip64Mark = 0xFFFFFFFF;
 
 bool ZAHasSignature(const std::uint8_t* bytes, const std::uint8_t (&signature)[signatureSize]) {
-    return std::equal(signature, signature + signatureSize, bytes);
+    return std::memcmp(bytes, signature, signatureSize) == 0;
 }
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
@@ -332,28 +332,19 @@ struct ZAEndSearch {
 
 constexpr std::uint32_t noIndex = 0xFFFFFFFF;
 
-// The last place in front of end, an index, at which the signature stands. Most of what is searched is no ZIP record:
-// blocks are passed over in which no byte pair of the signature's middle stands, which the compiler tests for 16 bytes
-// at a time.
+// The last place in front of end, an index, at which the signature stands. Its first byte is looked for by the C library,
+// which takes many bytes at a time, unless it comes so often that a look at each place is cheaper.
 std::uint32_t ZAFindLastSignature(const std::uint8_t* bytes, std::uint32_t end) {
-    constexpr std::uint32_t block = 64;
+    constexpr std::uint32_t mostMisses = 1024;
+    for (std::uint32_t misses = 0; misses < mostMisses; ++misses) {
+        const void* const place = memrchr(bytes, endRecordSignature[0], end);
+        if (place == nullptr) return noIndex;
+        end = static_cast<std::uint32_t>(static_cast<const std::uint8_t*>(place) - bytes);
+        if (ZAHasSignature(bytes + end, endRecordSignature)) return end;
+    }
     while (end > 0) {
-        if (end >= block) {
-            const std::uint8_t* const start = bytes + end - block;
-            std::uint8_t any = 0;
-            for (std::uint32_t index = 0; index < block; ++index) {
-                any |= static_cast<std::uint8_t>((start[index + 1] == endRecordSignature[1]) &
-                                                 (start[index + 2] == endRecordSignature[2]));
-            }
-            if (any == 0) {
-                end -= block;
-                continue;
-            }
-        }
-        const std::uint32_t stop = end - std::min(end, block);
-        for (; end > stop; --end) {
-            if (ZAHasSignature(bytes + end - 1, endRecordSignature)) return end - 1;
-        }
+        --end;
+        if (ZAHasSignature(bytes + end, endRecordSignature)) return end;
     }
     return noIndex;
 }
