@@ -278,6 +278,63 @@ TEST(OnePass, IsDoneAgainWhenMemoryWasExhausted) {
     PKGDeinit(package);
 }
 
+// ---- What a host sees ----------------------------------------------------------------------------------------------
+
+// The operations that a host's handle has seen: "s" a seek's target from the start, "e" one to the end, "t" a tell, "r" a
+// read's size. They are part of what a host relies on.
+std::string& seenByHost = *new std::string;
+IOOperations plainOperations;
+
+std::int32_t SeenRead(HIOFILE file, void* destination, std::uint32_t size, std::uint32_t* count) {
+    seenByHost += "r" + std::to_string(size) + " ";
+    return plainOperations.IORead(file, destination, size, count);
+}
+
+std::int32_t SeenSeek(HIOFILE file, std::uint16_t origin, std::int32_t offset) {
+    seenByHost += (origin == IOOriginEnd ? "e" : "s") + std::to_string(offset) + " ";
+    return plainOperations.IOSeek(file, origin, offset);
+}
+
+std::int32_t SeenTell(HIOFILE file, std::uint32_t* position) {
+    seenByHost += "t ";
+    return plainOperations.IOTell(file, position);
+}
+
+// Reads a part of type "t" from a package in a host's handle, and tells the operations.
+std::string SeenOf(const std::string& bytes) {
+    const auto host = FIMakeTestHandle(bytes);
+    plainOperations = host->file.operations;
+    host->file.operations.IORead = SeenRead;
+    host->file.operations.IOSeek = SeenSeek;
+    host->file.operations.IOTell = SeenTell;
+    seenByHost.clear();
+    HPKGPACKAGE package = nullptr;
+    if (PKGInit(FIFileOf(*host), &package) != 0) return seenByHost;
+    HPKGPART part = nullptr;
+    static_cast<void>(PKGOpenFileByType(&part, 0, "t", package));
+    seenByHost += "| ";
+    HUTXML xml = nullptr;
+    UTXmlTag tag = {};
+    EXPECT_EQ(UTXMLInit(&xml, PKGGetHIOFILE(part)), 0);
+    static_cast<void>(UTXMLReadNextTag(&xml, &tag, nullptr));
+    UTXMLDeInit(&xml);
+    PKGCloseFile(part);
+    PKGDeinit(package);
+    return seenByHost;
+}
+
+TEST(HostOfAPackage, SeesEachWalkAndEachPiece) {
+    const ZipMember relationships = {"_rels/.rels", FIRelationships(FIRelationship("t", "part.xml"))};
+    EXPECT_EQ(SeenOf(FIWriteZip({relationships, {"part.xml", "<a xmlns='n'/>"}})),
+              // The search: the last bytes, the end record, no zip64 locator in front of it, the directory.
+              "e0 t s0 r357 s353 r22 s333 r20 s242 r111 "
+              // The walk for the relationships part, and again to open it.
+              "s242 r111 s242 r111 s0 r30 e0 t s41 r149 "
+              // The walk for the part, and its first portion.
+              "s242 r111 s190 r30 e0 t | s228 r14 ");
+    EXPECT_EQ(SeenOf(std::string(9000, 'x')), "e0 t s4883 r4099 s787 r4099 s0 r790 ") << "pieces of 4,096 places";
+}
+
 TEST(Part, HasAHandleThatSeeks) {
     const OpenFile file(FIWriteZip({toPart, Packed("part.xml", "0123456789")}));
     HPKGPACKAGE package = nullptr;
