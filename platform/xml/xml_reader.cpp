@@ -28,6 +28,9 @@ struct UTXmlTagMap {
 constexpr std::int16_t success = 0;
 constexpr std::int16_t failure = -1;
 
+// So many maps lie in the reader itself: those by which a package's main part is told.
+constexpr std::uint32_t ownMapCount = 12;
+
 }  // namespace
 
 struct UTXmlReader {
@@ -36,6 +39,8 @@ struct UTXmlReader {
     bool firstTold = false;         // whether the first tag was told without the parser
     UTXmlTagMap* firstMap = nullptr;
     UTXmlTagMap* lastMap = nullptr;
+    std::uint32_t ownMapsUsed = 0;
+    UTXmlTagMap ownMaps[ownMapCount];
     UTVector<UTXmlTag> tags;  // that came until the parser paused
     std::size_t tagsDelivered = 0;
 };
@@ -139,10 +144,12 @@ std::int16_t UTXMLInit(HUTXML* xml, HIOFILE handle) {
 
 std::int16_t UTXMLAddTagMap(HUTXML* xml, const char* namespaceUri, std::uint32_t namespaceId, std::uint32_t,
                             const UTXmlTagPair* pairs, std::uint32_t pairCount) {
-    auto* const map = UTNewRecord<UTXmlTagMap>();
-    if (map == nullptr) return failure;
-    *map = {namespaceUri, namespaceId, pairs, pairCount, nullptr};
     UTXmlReader& reader = **xml;
+    const bool fits = reader.ownMapsUsed < ownMapCount;
+    auto* const map = fits ? &reader.ownMaps[reader.ownMapsUsed] : UTNewRecord<UTXmlTagMap>();
+    if (map == nullptr) return failure;
+    if (fits) ++reader.ownMapsUsed;
+    *map = {namespaceUri, namespaceId, pairs, pairCount, nullptr};
     (reader.lastMap != nullptr ? reader.lastMap->next : reader.firstMap) = map;
     reader.lastMap = map;
     return success;
@@ -166,10 +173,11 @@ void UTXMLDeInit(HUTXML* xml) {
     *xml = nullptr;
     if (reader == nullptr) return;
     if (reader->parser != nullptr) UTXmlFreeParser(*reader->parser);
-    for (UTXmlTagMap* map = reader->firstMap; map != nullptr;) {
-        UTXmlTagMap* const next = map->next;
-        UTDeleteRecord(*map);
-        map = next;
+    UTXmlTagMap* further = reader->ownMapsUsed == ownMapCount ? reader->ownMaps[ownMapCount - 1].next : nullptr;
+    while (further != nullptr) {
+        UTXmlTagMap* const next = further->next;
+        UTDeleteRecord(*further);
+        further = next;
     }
     UTDeleteRecord(*reader);
 }

@@ -183,6 +183,24 @@ TEST(XmlReader, WithoutMapsEveryElementIsUnknown) {
     UTXMLDeInit(&xml);
 }
 
+TEST(XmlReader, TakesAnyNumberOfMaps) {
+    for (std::size_t count = 0; count < 30; ++count) {
+        const std::size_t blocks = FIHeapBlocks();
+        const auto handle = FIMakeTestHandle("<a xmlns='n'/>");
+        HUTXML xml = nullptr;
+        ASSERT_EQ(UTXMLInit(&xml, FIFileOf(*handle)), 0);
+        for (std::size_t other = 0; other < count; ++other) {
+            EXPECT_EQ(UTXMLAddTagMap(&xml, "other", 200, 0, otherMap, std::size(otherMap)), 0);
+        }
+        EXPECT_EQ(UTXMLAddTagMap(&xml, "n", 100, 0, lettersMap, std::size(lettersMap)), 0);
+        UTXmlTag tag = {};
+        EXPECT_EQ(UTXMLReadNextTag(&xml, &tag, nullptr), 0);
+        EXPECT_EQ(TellTag(tag), "100:1") << count;
+        UTXMLDeInit(&xml);
+        EXPECT_EQ(FIHeapBlocks(), blocks);
+    }
+}
+
 TEST(XmlReader, EndsWithoutAReaderToo) {
     HUTXML xml = nullptr;
     UTXMLDeInit(&xml);
