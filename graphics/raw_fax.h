@@ -8,11 +8,17 @@
 struct FIHead;
 #include "graphics/fax_codes.h"
 
+// Bytes at the start of a file that are looked at.
+inline constexpr std::uint32_t faxScanSize = 2048;
+
+// Pixels in a row: those of the pages A4, B4 and A3 at 8 pixels a millimetre, and at twice that.
+inline constexpr std::uint32_t faxStandardWidths[] = {1728, 2048, 2432, 3456, 4096, 4864};
+
 // Returns 1505 or 0. Reads up to 2,048 bytes from offset 0 of the reader's handle, past the reader: the handle is left
 // behind them, and the reader keeps its own position.
 FIID FIProbeRawFax(FIReader& reader);
 
-// Its gate: whether the head holds the zeros of an end-of-line mark.
+// Its gate: whether a row with a standard width may stand in the head.
 bool FIMayBeRawFax(FIHead& head);
 
 // Returns 1 when two rows of fax data, stored least significant bit first, agree in width, otherwise 0. Turns the bits

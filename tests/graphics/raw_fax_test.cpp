@@ -15,9 +15,12 @@
 #include <vector>
 
 #include "graphics/fax_codes.h"
+#include "reader/head.h"
 #include "reader/reader.h"
 #include "support/case_name.h"
 #include "support/decided_case.h"
+#include "support/open_file.h"
+#include "support/ordinary_files.h"
 #include "support/probe_case.h"
 #include "support/process_heap.h"
 
@@ -659,18 +662,50 @@ Bits BitsOf(const std::string& bytes) {
     return bits;
 }
 
+bool GateIsOpen(const std::string& bytes) {
+    const OpenFile file(bytes);
+    FIHead head;
+    EXPECT_TRUE(FITakeHead(file.File(), head));
+    return FIMayBeRawFax(head);
+}
+
 TEST(ScanFaxBuffer, AgreesWithAPlainScanOverRandomStreams) {
     StreamMaker maker;
     std::uint32_t accepted = 0;
     std::uint32_t refused = 0;
+    std::uint32_t closed = 0;
     for (std::uint32_t round = 0; round < 1500; ++round) {
         const std::string bytes = maker.MakeBytes();
         const bool expected = PlainScan(BitsOf(bytes));
         (expected ? accepted : refused) += 1;
         ASSERT_EQ(ScanBytes(bytes) != 0, expected) << "round " << round << ": " << BitsOf(bytes);
+        const bool open = GateIsOpen(bytes);
+        ASSERT_TRUE(open || !expected) << "round " << round << ": " << BitsOf(bytes);
+        closed += open ? 0 : 1;
     }
     EXPECT_GT(accepted, 100U);
     EXPECT_GT(refused, 100U);
+    EXPECT_GT(closed, 300U);
+}
+
+// The gate takes the bits as they lie in the file: it agrees with the routine wherever they come from.
+TEST(RawFaxGate, IsClosedOnlyWhereTheScanFindsNothing) {
+    std::mt19937 engine(4864);
+    const auto below = [&engine](std::size_t limit) { return static_cast<std::size_t>(engine()) % limit; };
+    std::uint32_t open = 0;
+    for (std::uint32_t round = 0; round < 20000; ++round) {
+        std::string bytes;
+        for (const std::size_t size = below(8) == 0 ? 2040 + below(16) : below(120); bytes.size() < size;) {
+            const char byte = static_cast<char>(engine());
+            bytes.append(below(3) == 0 ? below(40) : 1, below(3) == 0 ? char{0} : below(3) == 0 ? '\xFF' : byte);
+        }
+        const bool isOpen = GateIsOpen(bytes);
+        open += isOpen ? 1 : 0;
+        ASSERT_TRUE(isOpen || ScanBytes(bytes.substr(0, 2048)) == 0) << round;
+    }
+    EXPECT_LT(open, 2000U);
+    EXPECT_FALSE(GateIsOpen(FIEnglishText("\n")));
+    EXPECT_FALSE(GateIsOpen(FIEnglishText("\r\n")));
 }
 
 // Ones are white runs of 7 and black runs of 2 in turn: 192 of each are 1,728 pixels. Some stand elsewhere in a row.
@@ -687,7 +722,9 @@ TEST(ScanFaxBuffer, StretchesOfOnesAreRunsLikeAnyOthers) {
             bits += Bits(engine() % 8 == 0 ? 1152 : engine() % 1400, '1') + Zeros(engine() % 10);
         }
         const std::string bytes = StoreLowFirst(bits);
-        ASSERT_EQ(ScanBytes(bytes) != 0, PlainScan(BitsOf(bytes))) << "round " << round;
+        const bool expected = PlainScan(BitsOf(bytes));
+        ASSERT_EQ(ScanBytes(bytes) != 0, expected) << "round " << round;
+        ASSERT_TRUE(GateIsOpen(bytes) || !expected) << "round " << round;
     }
 }
 
