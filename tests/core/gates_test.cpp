@@ -176,11 +176,11 @@ TEST_P(Gate, IsClosedOnlyWhereTheRoutineSaysNo) {
     ASSERT_NE(routine->gate, nullptr);
     FileMaker maker(GetParam());
     GateTally tally;
-    for (std::uint32_t round = 0; round < 1500; ++round) {
+    for (std::uint32_t round = 0; round < 700; ++round) {
         ASSERT_NO_FATAL_FAILURE(TryFile(*routine, maker.Make(), tally));
     }
-    EXPECT_GT(tally.closed, 50U);
-    EXPECT_GT(tally.open, 50U);
+    EXPECT_GT(tally.closed, 10U);
+    EXPECT_GT(tally.open, 10U);
     EXPECT_EQ(tally.answered > 0, GetParam().answersSometimes);
 }
 
@@ -188,7 +188,7 @@ TEST_P(Gate, AgreesOverFilesOfTwoRandomBytesEverywhere) {
     const FIRoutine* const routine = FIFindRoutine(GetParam().routine);
     std::mt19937 engine(7);
     GateTally tally;
-    for (std::uint32_t round = 0; round < 500; ++round) {
+    for (std::uint32_t round = 0; round < 200; ++round) {
         const std::string pair = {static_cast<char>(engine()), static_cast<char>(engine())};
         std::string bytes;
         for (std::size_t length = engine() % 3000; bytes.size() < length;) bytes += pair[engine() % 2];

@@ -693,7 +693,7 @@ TEST(RawFaxGate, IsClosedOnlyWhereTheScanFindsNothing) {
     std::mt19937 engine(4864);
     const auto below = [&engine](std::size_t limit) { return static_cast<std::size_t>(engine()) % limit; };
     std::uint32_t open = 0;
-    for (std::uint32_t round = 0; round < 20000; ++round) {
+    for (std::uint32_t round = 0; round < 6000; ++round) {
         std::string bytes;
         for (const std::size_t size = below(8) == 0 ? 2040 + below(16) : below(120); bytes.size() < size;) {
             const char byte = static_cast<char>(engine());
@@ -703,7 +703,7 @@ TEST(RawFaxGate, IsClosedOnlyWhereTheScanFindsNothing) {
         open += isOpen ? 1 : 0;
         ASSERT_TRUE(isOpen || ScanBytes(bytes.substr(0, 2048)) == 0) << round;
     }
-    EXPECT_LT(open, 2000U);
+    EXPECT_LT(open, 600U);
     EXPECT_FALSE(GateIsOpen(FIEnglishText("\n")));
     EXPECT_FALSE(GateIsOpen(FIEnglishText("\r\n")));
 }

@@ -156,7 +156,7 @@ std::string SomeText(RandomNumbers& random) {
 
 TEST(TakeLine, IsTheLineByteByByte) {
     RandomNumbers random(1);
-    for (std::uint32_t round = 0; round < 30000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 8000 && !HasFailure(); ++round) {
         const std::string text = SomeText(random);
         ReadText fast(text);
         ReadText slow(text);
@@ -182,7 +182,7 @@ TEST(TakeLine, IsTheLineByteByByte) {
 
 TEST(PassLine, PassesOverWhatTakeLineReads) {
     RandomNumbers random(10);
-    for (std::uint32_t round = 0; round < 30000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 8000 && !HasFailure(); ++round) {
         const std::string text = SomeText(random);
         ReadText passed(text);
         ReadText taken(text);

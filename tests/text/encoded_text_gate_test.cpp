@@ -249,30 +249,30 @@ FIID EncodedTextAnswer(const std::string& file) { return FIRunOver(FIProbeEncode
 TEST(EncodedTextProbe, DoesWhatItDoesWithEveryLineLowered) {
     RandomNumbers random(6);
     std::array<std::uint32_t, 8> answers = {};
-    for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 12000 && !HasFailure(); ++round) {
         const std::string file = SomeLines(random);
         const RoutineHandle handle = FISomeHandle(random);
         const RoutineRun run = FIRunOver(FIProbeEncodedText, file, handle);
         EXPECT_EQ(run, FIRunOver(ProbePlainly, file, handle)) << testing::PrintToString(file);
         if (run.answer != 0) ++answers.at(run.answer - 4050U);
     }
-    for (const std::uint32_t count : answers) EXPECT_GT(count, 20U) << testing::PrintToString(answers);
+    for (const std::uint32_t count : answers) EXPECT_GT(count, 3U) << testing::PrintToString(answers);
 }
 
 TEST(EncodedTextGate, RulesOutNoEncodedText) {
     RandomNumbers random(7);
     std::uint32_t closed = 0;
-    for (std::uint32_t round = 0; round < 80000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 16000 && !HasFailure(); ++round) {
         closed += FIExpectGateHolds(FIMayBeEncodedText, EncodedTextAnswer, SomeLines(random), random);
     }
-    EXPECT_GT(closed, 1000U);
+    EXPECT_GT(closed, 200U);
 }
 
 // One line of interest among idle ones: the gate must see each, up to the last that the scan looks at.
 TEST(EncodedTextGate, SeesEveryLineOfTheScan) {
     RandomNumbers random(8);
     std::uint32_t closed = 0;
-    for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 12000 && !HasFailure(); ++round) {
         const std::string idle = random.OneIn(20) ? std::string(1022, 'x') : "idle" + random.Of(ends);
         std::string file = FIRepeat(idle, random.Below(14));
         file += random.OneIn(3) ? random.Of(encodings) : random.Of(lines) + random.Of(ends);
@@ -280,7 +280,7 @@ TEST(EncodedTextGate, SeesEveryLineOfTheScan) {
         file += FIRepeat("idle\n", random.Below(14));
         closed += FIExpectGateHolds(FIMayBeEncodedText, EncodedTextAnswer, file, random);
     }
-    EXPECT_GT(closed, 5000U);
+    EXPECT_GT(closed, 1000U);
 }
 
 bool IsClosed(const std::string& file) { return !FIAskGate(FIMayBeEncodedText, file, largestHead); }

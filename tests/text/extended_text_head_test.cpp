@@ -50,7 +50,7 @@ TEST(TextByHead, IsTheTextByCount) {
     RandomNumbers random(9);
     std::map<FIID, std::uint32_t> answers;
     std::uint32_t told = 0;
-    for (std::uint32_t round = 0; round < 100000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 20000 && !HasFailure(); ++round) {
         const std::string file = SomeText(random);
         const std::size_t size = random.OneIn(4) ? random.Below(5000) : largestHead;
         FIHead head = FIHeadOf(file, size);
@@ -60,9 +60,9 @@ TEST(TextByHead, IsTheTextByCount) {
         told += operations == 0 ? 1U : 0U;
         ++answers[answer];
     }
-    EXPECT_GT(told, 20000U);
+    EXPECT_GT(told, 4000U);
     for (const FIID answer : {FIID{4022}, FIID{4005}, FIID{1184}, FIID{1999}})
-        EXPECT_GT(answers[answer], 200U) << answer;
+        EXPECT_GT(answers[answer], 30U) << answer;
 }
 
 // Every number of at-signs and high bytes near the limits.

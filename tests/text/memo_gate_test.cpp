@@ -81,7 +81,7 @@ FIID MemoAnswer(const std::string& file) { return FIRunOver(FIProbeMemoHeader, f
 
 TEST(MemoProbe, DoesWhatItDoesByteByByte) {
     RandomNumbers random(4);
-    for (std::uint32_t round = 0; round < 60000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 12000 && !HasFailure(); ++round) {
         const std::string file = SomeMemo(random);
         const RoutineHandle handle = FISomeHandle(random);
         EXPECT_EQ(FIRunOver(FIProbeMemoHeader, file, handle), FIRunOver(ProbeByBytes, file, handle))
@@ -93,7 +93,7 @@ TEST(MemoGate, RulesOutNoMemo) {
     RandomNumbers random(5);
     std::uint32_t closed = 0;
     std::uint32_t memos = 0;
-    for (std::uint32_t round = 0; round < 100000 && !HasFailure(); ++round) {
+    for (std::uint32_t round = 0; round < 20000 && !HasFailure(); ++round) {
         const std::string file = SomeMemo(random);
         closed += FIExpectGateHolds(FIMayBeMemo, MemoAnswer, file, random);
         if (file.size() > largestHead) continue;
@@ -101,8 +101,8 @@ TEST(MemoGate, RulesOutNoMemo) {
         EXPECT_EQ(FIAskGate(FIMayBeMemo, file, largestHead), answer != 0) << testing::PrintToString(file);
         memos += answer != 0 ? 1U : 0U;
     }
-    EXPECT_GT(closed, 5000U);
-    EXPECT_GT(memos, 2000U);
+    EXPECT_GT(closed, 1000U);
+    EXPECT_GT(memos, 400U);
 }
 
 bool IsClosed(const std::string& file) { return !FIAskGate(FIMayBeMemo, file, largestHead); }

@@ -229,7 +229,7 @@ class Twister {
 TEST(PlainTags, AreThoseOfTheParser) {
     Twister twister;
     std::uint32_t told = 0;
-    for (std::uint32_t round = 0; round < 60000; ++round) {
+    for (std::uint32_t round = 0; round < 15000; ++round) {
         const std::string document = twister.Twist(mainParts[round % 3]);
         const std::string_view start = std::string_view(document).substr(0, 20 + twister.Random(400));
         const std::string plain = PlainFirst(start);
@@ -237,13 +237,13 @@ TEST(PlainTags, AreThoseOfTheParser) {
         ++told;
         ASSERT_EQ(plain, ParsedFirst(document)) << document;
     }
-    EXPECT_GT(told, 10000U);
+    EXPECT_GT(told, 2500U);
 }
 
 TEST(PlainTags, TellTheRelationshipsOfTheParser) {
     Twister twister;
     std::uint32_t told = 0;
-    for (std::uint32_t round = 0; round < 60000; ++round) {
+    for (std::uint32_t round = 0; round < 15000; ++round) {
         const std::string document = twister.Twist(relationshipParts[round % 2]);
         const std::string_view start = std::string_view(document).substr(0, 100 + twister.Random(500));
         for (const std::string_view type : {"t", "u", "v", "w"}) {
@@ -261,7 +261,7 @@ TEST(PlainTags, TellTheRelationshipsOfTheParser) {
             UTFreeRelationships(*relationships);
         }
     }
-    EXPECT_GT(told, 10000U);
+    EXPECT_GT(told, 2500U);
 }
 
 }  // namespace
