@@ -189,22 +189,22 @@ void ZAReadEntry(const std::uint8_t* header, ZAEntry& entry) {
 }
 
 // Notes the entry whose name comes next if it is the first of a name that is asked for in most archives. entry is a copy
-// of it. Returns false when the name can't be read.
-bool ZANoteEntry(ZAScanner& scanner, std::uint32_t nameLength, std::uint32_t extraLength, ZAEntry entry,
+// of it. A name that can't be read ends the notes and not the walk, which passes over it.
+void ZANoteEntry(ZAScanner& scanner, std::uint32_t nameLength, std::uint32_t extraLength, ZAEntry entry,
                  ZADirectory& directory) {
     const bool anyCase = nameLength == relationshipsMember.size();
-    if (!anyCase && nameLength != mimetypeMember.size()) return true;
+    if (!anyCase && nameLength != mimetypeMember.size()) return;
     ZANote& note = anyCase ? directory.relationships : directory.mimetype;
     const std::uint8_t* const name = ZALook(scanner, nameLength);
-    if (name == nullptr) return false;
-    if (note.there || !ZAIsName(name, {anyCase ? relationshipsMember : mimetypeMember, anyCase})) return true;
+    if (name == nullptr) directory.noted = false;
+    if (name == nullptr || note.there) return;
+    if (!ZAIsName(name, {anyCase ? relationshipsMember : mimetypeMember, anyCase})) return;
     // The rest of the walk goes on in front of the name: the extra field is read by another.
     ZAScanner extra;
     const std::uint64_t position = scanner.end - ZALeft(scanner);
     ZAStartScan(extra, *scanner.file, position + nameLength, scanner.end);
     ZAReadExtraField(extra, extraLength, entry);
     note = {true, entry};
-    return true;
 }
 
 // Walks the entries until the wanted one, or all of them when wanted is null. Notes what notes asks for, if not null.
@@ -220,7 +220,7 @@ ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry,
         const std::uint32_t commentLength = FILoadWordLE(header + 32);
         ZAPass(scanner, entryHeaderSize);
         if (nameLength + extraLength + commentLength > ZALeft(scanner)) return ZAWalk::Broken;
-        if (notes != nullptr && !ZANoteEntry(scanner, nameLength, extraLength, entry, *notes)) return ZAWalk::Broken;
+        if (notes != nullptr) ZANoteEntry(scanner, nameLength, extraLength, entry, *notes);
         if (wanted != nullptr && wanted->name.size() == nameLength) {
             if (ZAMatchName(scanner, *wanted)) {
                 ZAReadExtraField(scanner, extraLength, entry);

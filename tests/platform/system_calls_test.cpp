@@ -17,6 +17,7 @@
 #include "core/driver.h"
 #include "fiid.h"
 #include "platform/base_utility.h"
+#include "platform/package_library.h"
 #include "support/bytes.h"
 #include "support/case_name.h"
 #include "support/zip_writer.h"
@@ -314,6 +315,20 @@ TEST_F(AwkwardFile, DeliversItsBytesOverShortAndInterruptedReads) {
             }
         }
     }
+}
+
+// The walk through an archive's directory passes over the names that nobody asks for, also over one that can't be read.
+TEST_F(AwkwardFile, IsAPackageWithAMemberWhoseNameCantBeRead) {
+    constexpr off_t entryHeaderSize = 46;
+    const std::string zip = FIWriteZip({{.name = "document", .comment = std::string(6000, 'c')}, {"_rels/.rels", "r"}});
+    ASSERT_EQ(ftruncate(descriptor_, 0), 0);
+    ASSERT_EQ(pwrite(descriptor_, zip.data(), zip.size(), 0), static_cast<ssize_t>(zip.size()));
+    failFrom = static_cast<off_t>(zip.find("PK\1\2")) + entryHeaderSize;
+    failUpTo = failFrom + 512;
+    Open();
+    HPKGPACKAGE package = nullptr;
+    EXPECT_EQ(PKGInit(file_, &package), 0);
+    PKGDeinit(package);
 }
 
 TEST_F(AwkwardFile, AsksOnceForItsHeadWhenItIsSound) {
