@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "fiid.h"
+#include "graphics/fax_codes.h"
 
 struct FIHead;
-#include "graphics/fax_codes.h"
 
 // Bytes at the start of a file that are looked at.
 inline constexpr std::uint32_t faxScanSize = 2048;

@@ -1,6 +1,6 @@
 // relationships.cpp - reading a relationships part in one pass, and resolving targets.
 //
-//   Element       Relationship, in one of the two namespaces below, at any depth
+//   Element       Relationship, in one of the two namespaces of relationship_names.h, at any depth
 //   Type          what the relationship is for: a URI, compared byte by byte
 //   Target        where it leads: a relative reference
 //   TargetMode    "External" when it leads out of the package
