@@ -80,13 +80,19 @@ std::uint32_t FIBehindNextMark(const FIFaxStream& stream, std::uint32_t bit) {
 
 // ---- Codes ---------------------------------------------------------------------------------------------------------
 
-// What a code does to a row, in 32 bits so that a look brings all of it: its length in bits, 0 when it is none (see below);
-// 1 behind a terminating code, which changes the colour; the run's pixels.
+// What a code, or a few codes in a row, does to a row of pixels. In 32 bits, so that a look brings all of it:
+//
+//   Bits       Field
+//    0 to  7   length of the codes in bits; 0 for no code
+//          8   1 when the colour is another one behind them
+//   12 to 15   length of the last of them
+//   16 to 31   pixels of their runs
 struct FIFaxStep {
     std::uint32_t packed;
 
     constexpr std::uint32_t Length() const { return packed & 0xFF; }
     constexpr std::uint32_t ChangesColour() const { return packed >> 8 & 1; }
+    constexpr std::uint32_t LastLength() const { return packed >> 12 & 0x0F; }
     constexpr std::uint32_t Pixels() const { return packed >> 16; }
 };
 
@@ -96,7 +102,15 @@ constexpr FIFaxStep longerStep = {0};     // a code of more bits may
 constexpr FIFaxStep FIMakeFaxStep(std::uint8_t index, const FIFaxBytes& lengths) {
     if (index == faxNoCode) return noStep;
     const bool terminating = index < faxFirstMakeUp;
-    return {FIGetFaxRunPixels(index) << 16 | std::uint32_t{terminating} << 8 | lengths[index]};
+    const std::uint32_t length = lengths[index];
+    return {FIGetFaxRunPixels(index) << 16 | length << 12 | std::uint32_t{terminating} << 8 | length};
+}
+
+// One behind the other.
+constexpr FIFaxStep FIJoinFaxSteps(FIFaxStep first, FIFaxStep second) {
+    const std::uint32_t changes = first.ChangesColour() ^ second.ChangesColour();
+    return {(first.Pixels() + second.Pixels()) << 16 | second.Length() << 12 | changes << 8 |
+            (first.Length() + second.Length())};
 }
 
 constexpr std::array<std::uint8_t, 256> FIMakeReversedBytes() {
@@ -118,34 +132,50 @@ constexpr std::uint32_t FIMakeFaxKey(std::uint64_t window) {
     return sixteen >> (2 * bitsPerByte - faxLongestCode);
 }
 
-constexpr std::uint32_t shortKeyBits = 8;
-using FIFaxShortSteps = std::array<FIFaxStep, std::size_t{1} << shortKeyBits>;
-
-// The step of the code that the next eight bits start with, the first one lowest: most codes are no longer.
-constexpr FIFaxShortSteps FIMakeFaxShortSteps(const FIFaxLookup& lookup, const FIFaxBytes& lengths) {
-    constexpr std::uint32_t bitsBehind = faxLongestCode - shortKeyBits;
-    FIFaxShortSteps steps{};
-    for (std::uint32_t key = 0; key < steps.size(); ++key) {
-        const auto* const first = lookup.begin() + (std::uint32_t{reversedBytes[key]} << bitsBehind);
-        const auto* const last = first + (1U << bitsBehind);
-        const FIFaxStep step = FIMakeFaxStep(*first, lengths);
-        const bool isNone = std::all_of(first, last, [](std::uint8_t index) { return index == faxNoCode; });
-        steps[key] = isNone ? noStep : step.Length() <= shortKeyBits ? step : longerStep;
-    }
-    return steps;
-}
-
-// White and black. Small enough to stay near the processor while a file's rows are tried.
-constexpr FIFaxShortSteps shortSteps[] = {FIMakeFaxShortSteps(faxWhiteLookup, faxWhiteLengths),
-                                          FIMakeFaxShortSteps(faxBlackLookup, faxBlackLengths)};
-
-// The step of the code that the next bits start with.
-FIFaxStep FIFindFaxStep(std::uint32_t colour, std::uint64_t window) {
-    const FIFaxStep step = shortSteps[colour][window & 0xFF];
-    if (step.packed != longerStep.packed) return step;
+// The step of the one code that the next bits start with.
+constexpr FIFaxStep FIFindFaxStep(std::uint32_t colour, std::uint64_t window) {
     const std::uint32_t key = FIMakeFaxKey(window);
     return colour == 0 ? FIMakeFaxStep(faxWhiteLookup[key], faxWhiteLengths)
                        : FIMakeFaxStep(faxBlackLookup[key], faxBlackLengths);
+}
+
+constexpr std::uint32_t groupKeyBits = 10;
+constexpr std::uint32_t groupKeyMask = (1U << groupKeyBits) - 1;
+using FIFaxGroups = std::array<FIFaxStep, std::size_t{1} << groupKeyBits>;
+
+// Whether no code starts with these bits, whatever comes behind them.
+constexpr bool FIStartsNoCode(std::uint32_t colour, std::uint32_t key) {
+    for (std::uint32_t behind = 0; behind < 1U << (faxLongestCode - groupKeyBits); ++behind) {
+        if (FIFindFaxStep(colour, key | behind << groupKeyBits).Length() != 0) return false;
+    }
+    return true;
+}
+
+// The codes that lie whole in the ten bits of a key: one or two, seldom more. Zeros stand for the bits behind them, which
+// change nothing for a code that ends in front of those.
+constexpr FIFaxStep FIMakeFaxGroup(std::uint32_t colour, std::uint32_t key) {
+    FIFaxStep group = FIFindFaxStep(colour, key);
+    if (group.Length() == 0 || group.Length() > groupKeyBits) return FIStartsNoCode(colour, key) ? noStep : longerStep;
+    while (true) {
+        const FIFaxStep next = FIFindFaxStep(colour ^ group.ChangesColour(), key >> group.Length());
+        if (next.Length() == 0 || group.Length() + next.Length() > groupKeyBits) return group;
+        group = FIJoinFaxSteps(group, next);
+    }
+}
+
+constexpr FIFaxGroups FIMakeFaxGroups(std::uint32_t colour) {
+    FIFaxGroups groups{};
+    for (std::uint32_t key = 0; key < groups.size(); ++key) groups[key] = FIMakeFaxGroup(colour, key);
+    return groups;
+}
+
+// By the colour of the first code, white and black. Small enough to stay near the processor while a file's rows are tried.
+constexpr FIFaxGroups faxGroups[] = {FIMakeFaxGroups(0), FIMakeFaxGroups(1)};
+
+// The step of the code, or of some codes, that the next bits start with.
+FIFaxStep FIFindFaxGroup(std::uint32_t colour, std::uint64_t window) {
+    const FIFaxStep group = faxGroups[colour][window & groupKeyMask];
+    return group.packed != longerStep.packed ? group : FIFindFaxStep(colour, window);
 }
 
 // ---- Rows ----------------------------------------------------------------------------------------------------------
@@ -182,12 +212,12 @@ bool FITakeCodes(FIMeasuredRow& row, std::uint64_t window, std::uint32_t bits) {
     std::uint32_t left = bits;
     bool good = true;
     while (left >= faxLongestCode) {
-        const FIFaxStep step = FIFindFaxStep(colour, window);
+        const FIFaxStep step = FIFindFaxGroup(colour, window);
         good = step.Length() != 0;
         if (!good) break;
-        lastLength = step.Length();
-        window >>= lastLength;
-        left -= lastLength;
+        window >>= step.Length();
+        left -= step.Length();
+        lastLength = step.LastLength();
         pixels += step.Pixels();
         colour ^= step.ChangesColour();
     }
