@@ -20,6 +20,7 @@
 #include "catalogue/format_not_known.h"
 #include "fiid.h"
 #include "reader/file_end.h"
+#include "reader/find_byte.h"
 #include "reader/head.h"
 #include "reader/reader.h"
 
@@ -190,16 +191,14 @@ bool FINeedsCount(FIHead& head, std::uint32_t bytes) {
     return FIAnyInHead(head, bytes, pick) || std::memchr(head.bytes, verticalTab, bytes) != nullptr;
 }
 
-bool FIMayBeAtSignText(const FIHead& head, std::uint32_t bytes) {
-    const std::uint8_t* const end = head.bytes + bytes;
-    const std::uint8_t* position = head.bytes;
-    for (std::uint32_t atSigns = 0; atSigns <= fewAtSigns; ++atSigns) {
-        position =
-            static_cast<const std::uint8_t*>(std::memchr(position, '@', static_cast<std::size_t>(end - position)));
-        if (position == nullptr) return false;
-        ++position;
-    }
-    return true;
+// Whether 1184 may come out. The bytes that are no high bytes are text bytes, but that a CR may lie in front of its LF and
+// count with it: so there are at least that many text bytes.
+bool FIMayBeAtSignText(FIHead& head, std::uint32_t bytes) {
+    const std::uint32_t atSigns = FICountPlaces(head.bytes, bytes, '@', [](std::uint32_t) { return true; });
+    if (atSigns <= fewAtSigns) return false;
+    const std::uint32_t highBytes = FICountInHead(head, bytes, FIHighBytes);
+    const std::uint32_t returns = FICountInHead(head, bytes, [](const FIByteMasks& masks) { return masks.cr; });
+    return highBytes + 2 * (highBytes + returns + atSigns) >= 2 * bytes;
 }
 
 // The answer of FICountSample and FIDecideText where the masks tell it, otherwise 0.
