@@ -170,7 +170,7 @@ std::int32_t OpenSubOf(HIOFILE* out, HostHandle& handle, std::uint32_t kind, con
 }
 
 std::int32_t OpenSub(HIOFILE* out, std::uint32_t kind, const void* specification, std::uint32_t flags) {
-    // The file's handle stands in *out for an archive, and starts the specification of all else.
+    // The file's handle stands in *out for an archive, and is the first thing in what names anything else.
     const bool isArchive = kind == IOSUB_ARCHIVE;
     HostHandle& handle = From(isArchive ? *out : *static_cast<const HIOFILE*>(specification));
     handle.host->digest.Take(opOpenSub);
