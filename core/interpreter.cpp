@@ -5,7 +5,6 @@
 
 #include "core/routines.h"
 #include "reader/file_end.h"
-#include "reader/head.h"
 #include "reader/little_endian.h"
 #include "reader/reader.h"
 

@@ -105,49 +105,50 @@ void FITakeLineEndPartner(FIReader& reader, std::uint16_t partner) {
     if (FIReaderGetByte(reader) != partner) FIReaderPutBack(reader);
 }
 
+// Walks through a line of at most capacity - 1 bytes and its line end. takeRun gets what is buffered of it in a run,
+// takeByte any byte that comes by itself, the end of the file too: where it returns false the walk ends.
+template <typename TakeRun, typename TakeByte>
+void FIWalkLine(std::uint16_t capacity, FIReader& reader, FINulByte nul, TakeRun takeRun, TakeByte takeByte) {
+    std::uint16_t size = 0;
+    while (size + 1 < capacity) {
+        const std::string_view run = FIRunInBuffer(reader, static_cast<std::uint16_t>(capacity - 1 - size), nul);
+        takeRun(run);
+        FIPassRun(reader, run);
+        size = static_cast<std::uint16_t>(size + run.size());
+        if (size + 1 == capacity) return;
+        const std::uint16_t byte = FIReaderGetByte(reader);
+        if (byte == '\n' || byte == '\r') return FITakeLineEndPartner(reader, byte == '\n' ? '\r' : '\n');
+        if (!takeByte(byte)) return;
+        ++size;
+    }
+}
+
 }  // namespace
 
 FITakenLine FITakeLine(char* buffer, std::uint16_t capacity, FIReader& reader, FINulByte nul) {
     FITakenLine line;
-    while (line.size + 1 < capacity) {
-        const auto room = static_cast<std::uint16_t>(capacity - 1 - line.size);
-        const std::string_view run = FIRunInBuffer(reader, room, nul);
+    const auto takeRun = [&](std::string_view run) {
         std::copy(run.begin(), run.end(), buffer + line.size);
-        FIPassRun(reader, run);
         line.size = static_cast<std::uint16_t>(line.size + run.size());
-        if (line.size + 1 == capacity) break;
-        const std::uint16_t byte = FIReaderGetByte(reader);
-        if (byte == '\n' || byte == '\r') {
-            FITakeLineEndPartner(reader, byte == '\n' ? '\r' : '\n');
-            break;
-        }
-        if (byte == endOfFile || (byte == 0 && nul == FINulByte::endsText)) {
-            line.textEnded = true;
-            break;
-        }
-        buffer[line.size++] = static_cast<char>(byte);  // control bytes too
-    }
+    };
+    FIWalkLine(capacity, reader, nul, takeRun, [&](std::uint16_t byte) {
+        line.textEnded = byte == endOfFile || (byte == 0 && nul == FINulByte::endsText);
+        if (!line.textEnded) buffer[line.size++] = static_cast<char>(byte);  // control bytes too
+        return !line.textEnded;
+    });
     buffer[line.size] = '\0';
     return line;
 }
 
 FIPassedLine FIPassLine(std::uint16_t capacity, FIReader& reader) {
     FIPassedLine line;
-    while (line.size + 1 < capacity) {
-        const auto room = static_cast<std::uint16_t>(capacity - 1 - line.size);
-        const std::string_view run = FIRunInBuffer(reader, room, FINulByte::endsText);
-        FIPassRun(reader, run);
-        line.size = static_cast<std::uint16_t>(line.size + run.size());
-        if (line.size + 1 == capacity) break;
-        const std::uint16_t byte = FIReaderGetByte(reader);
-        if (byte == '\n' || byte == '\r') {
-            FITakeLineEndPartner(reader, byte == '\n' ? '\r' : '\n');
-            break;
-        }
-        if (byte == endOfFile) break;
+    const auto takeRun = [&](std::string_view run) { line.size = static_cast<std::uint16_t>(line.size + run.size()); };
+    FIWalkLine(capacity, reader, FINulByte::endsText, takeRun, [&](std::uint16_t byte) {
+        if (byte == endOfFile) return false;
         if (byte == 0) line.holdsNul = true;
         ++line.size;
-    }
+        return true;
+    });
     return line;
 }
 

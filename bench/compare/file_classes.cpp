@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <string_view>
 
 #include "catalogue/format_not_known.h"
 #include "core/driver.h"
 #include "platform/base_utility.h"
+#include "signatures/sheet_rows.h"
 #include "signatures/table.h"
 
 namespace {
@@ -16,7 +18,8 @@ constexpr std::uint16_t packageRoutine = 1802;
 constexpr std::uint16_t markupRoutine = 1190;
 constexpr std::uint16_t mailRoutine = 1187;
 constexpr std::uint16_t encodedTextRoutine = 4050;
-constexpr std::uint16_t lastEarlyRow = 275;
+// The rows in front of those of sheets, which stand at the end of the table.
+constexpr std::uint16_t lastEarlyRow = signatureRowCount - std::size(sheetRows);
 
 // As the driver sees it: a storage whose class identifier can't be had counts as a plain file.
 bool IsStorage(HIOFILE handle) {
