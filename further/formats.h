@@ -1,0 +1,13 @@
+// formats.h - the catalogue of the formats that the second table knows, from identifier 20000 up.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "catalogue/format_catalogue.h"
+
+// In the order of their identifiers.
+std::span<const FIFormatRecord> FIFurtherFormats();
+
+// The record of an identifier; null when the second table has no such format.
+const FIFormatRecord* FIFindFurtherFormat(std::uint16_t identifier);

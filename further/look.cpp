@@ -1,0 +1,86 @@
+// look.cpp - reading what the second table asks for.
+#include "further/look.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "further/package_facts.h"
+#include "platform/base_utility.h"
+#include "reader/ascii_case.h"
+
+namespace {
+
+// The name's characters as bytes: of a 16-bit unit the low one, and of a unit that has no such byte what no extension has.
+char FINameCharacter(const UTHandleName& name, std::size_t index) {
+    if (!name.wide) return name.narrow[index];
+    constexpr std::uint16_t lastAscii = 0x7F;
+    return name.units[index] <= lastAscii ? static_cast<char>(name.units[index]) : '\x01';
+}
+
+void FICutLookExtension(FILook& look) {
+    const UTHandleName& name = look.file->name;
+    const std::size_t capacity = name.wide ? std::size(name.units) : std::size(name.narrow);
+    std::size_t end = 0;
+    while (end < capacity && FINameCharacter(name, end) != '\0') ++end;
+    std::size_t start = end;
+    while (start > 0 && FINameCharacter(name, start - 1) != '.') --start;
+    look.hasExtension = start > 0;
+    look.extensionSize = 0;
+    if (!look.hasExtension) return;
+    look.extensionSize = static_cast<std::uint8_t>(std::min(end - start, longestExtension));
+    for (std::size_t index = 0; index < look.extensionSize; ++index) {
+        look.extensionText[index] = FILowerAscii(FINameCharacter(name, start + index));
+    }
+}
+
+}  // namespace
+
+bool FIStartLook(FILook& look, UTHandle& file, FIID fiid, std::uint16_t row) {
+    if (!FITakeHead(UTHandleFile(file), look.start)) return false;
+    look.file = &file;
+    look.fiid = fiid;
+    look.row = row;
+    look.size = look.start.fileSize;
+    look.wide = nullptr;
+    look.wideSize = 0;
+    look.json = FIJsonKind::NotRead;
+    look.package = nullptr;
+    FICutLookExtension(look);
+    // A file that tells no size has at least a head's bytes here. Those that end within the patterns' reach are measured.
+    if (look.size == unknownSize) {
+        const std::size_t seen = FILookAtHead(look).size();
+        if (seen < lookHeadBytes) look.size = seen;
+    }
+    return true;
+}
+
+void FIEndLook(FILook& look) {
+    if (look.package != nullptr) FIFreePackageFacts(*look.package);
+    HeapFree(GetProcessHeap(), 0, look.wide);
+}
+
+std::span<const std::uint8_t> FILookAtHead(FILook& look) {
+    if (look.wide != nullptr) return {look.wide, look.wideSize};
+    if (look.size <= look.start.size) return FILookAtStart(look);
+    look.wide = static_cast<std::uint8_t*>(HeapAlloc(GetProcessHeap(), 0, lookHeadBytes));
+    if (look.wide == nullptr) return FILookAtStart(look);
+    std::memcpy(look.wide, look.start.bytes, look.start.size);
+    std::uint32_t count = 0;
+    static_cast<void>(
+        UTReadAt(*look.file, look.start.size, look.wide + look.start.size, lookHeadBytes - look.start.size, count));
+    look.wideSize = look.start.size + count;
+    return {look.wide, look.wideSize};
+}
+
+bool FILookAtTail(FILook& look, std::uint64_t distance, void* destination, std::uint32_t size) {
+    return look.size != unknownSize && look.size >= distance && FILookAt(look, look.size - distance, destination, size);
+}
+
+bool FIHoldsWord(std::string_view list, std::string_view word) {
+    while (!list.empty()) {
+        const std::size_t size = std::min(list.find(' '), list.size());
+        if (list.substr(0, size) == word) return true;
+        list.remove_prefix(std::min(size + 1, list.size()));
+    }
+    return false;
+}

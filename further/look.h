@@ -1,0 +1,70 @@
+// look.h - a file as the second table looks at it: behind the signature table's answer, with all that its patterns and
+// routines ask about. What is costly is read when it is first asked for, and once.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "fiid.h"
+#include "platform/handle.h"
+#include "reader/head.h"
+
+// Bytes of the file's beginning that patterns look at.
+inline constexpr std::uint32_t lookHeadBytes = 65536;
+
+// Of longer extensions no format is known; they are told as this many characters.
+inline constexpr std::size_t longestExtension = 31;
+
+// A size that is not known: of files that tell none, as under /proc, and have more than lookHeadBytes.
+inline constexpr std::uint64_t unknownSize = UINT64_MAX;
+
+struct FIPackageFacts;
+
+// What the whole of a JSON text is, once it was read.
+enum class FIJsonKind : std::uint8_t { NotRead, None, Json, GeoJson, Notebook, Lines };
+
+// Of one file, for the time of its identification.
+struct FILook {
+    UTHandle* file;      // at no place in particular: all reads are by offset
+    FIID fiid;           // the signature table's answer
+    std::uint16_t row;   // the row that gave it, or 0
+    std::uint64_t size;  // in bytes, or unknownSize
+    FIHead start;        // the first 8,192 bytes
+    bool hasExtension;   // whether the name has a full stop; extension is what follows the last one, maybe nothing
+    std::uint8_t extensionSize;
+    std::array<char, longestExtension> extensionText;  // with ASCII letters in lower case
+    std::uint8_t* wide;                                // the first lookHeadBytes bytes, once read; null before
+    std::uint32_t wideSize;
+    FIJsonKind json;          // see further/json_kinds.h
+    FIPackageFacts* package;  // see further/package_facts.h; null until asked for
+};
+
+// Looks at a file for which the signature table gave an answer. Returns false when its start can't be read. Takes memory
+// and reads only when asked for more. FIEndLook is to be called if it returned true.
+bool FIStartLook(FILook& look, UTHandle& file, FIID fiid, std::uint16_t row);
+
+void FIEndLook(FILook& look);
+
+// The first 8,192 bytes, or all there are.
+inline std::span<const std::uint8_t> FILookAtStart(const FILook& look) { return {look.start.bytes, look.start.size}; }
+
+// The first lookHeadBytes bytes, or all there are. Where the rest can't be read or memory is exhausted, what there is.
+std::span<const std::uint8_t> FILookAtHead(FILook& look);
+
+// Reads size bytes at an offset of up to 64 bits. Returns false when they are not all there.
+inline bool FILookAt(FILook& look, std::uint64_t offset, void* destination, std::uint32_t size) {
+    return UTReadFully(*look.file, offset, destination, size);
+}
+
+// Reads size bytes that begin distance bytes before the end. Returns false when the file has fewer than distance bytes or
+// its size is not known.
+bool FILookAtTail(FILook& look, std::uint64_t distance, void* destination, std::uint32_t size);
+
+// The extension in lower case; empty when there is none.
+inline std::string_view FIExtensionOf(const FILook& look) { return {look.extensionText.data(), look.extensionSize}; }
+
+// Whether the words of a list with one blank between two hold a word.
+bool FIHoldsWord(std::string_view list, std::string_view word);
