@@ -259,7 +259,9 @@ constexpr void FIAssembleSignature(std::string_view signature, FICodeWriter& cod
     }
 }
 
-constexpr void FIAssembleRow(const FISignatureRow& row, FICodeWriter& code) {
+// Rows of a table are FISignatureRow, or what a further table makes of it: they have a signature and a result.
+template <typename Row>
+constexpr void FIAssembleRow(const Row& row, FICodeWriter& code) {
     FIAssembleSignature(row.signature, code);
     code.Opcode(row.result.opcode);
     code.Word(row.result.number);
@@ -269,7 +271,7 @@ constexpr void FIAssembleRow(const FISignatureRow& row, FICodeWriter& code) {
 template <const auto& rows>
 consteval std::size_t FIMeasureRows() {
     FICodeWriter code;
-    for (const FISignatureRow& row : rows) FIAssembleRow(row, code);
+    for (const auto& row : rows) FIAssembleRow(row, code);
     return code.count;
 }
 
@@ -286,7 +288,7 @@ consteval auto FIAssembleRows() {
     static_assert(FIMeasureRows<rows>() <= 0xFFFF, "a start is told in 16 bits");
     FICodeWriter code = {assembled.bytes.data()};
     std::size_t index = 0;
-    for (const FISignatureRow& row : rows) {
+    for (const auto& row : rows) {
         assembled.starts[index++] = static_cast<std::uint16_t>(code.count);
         FIAssembleRow(row, code);
     }

@@ -1,13 +1,11 @@
-// row_filter.cpp - the bit sets of the row filter, made by the compiler from the rows' bytecode.
+// row_filter.cpp - the row filter of the signature table.
 #include "signatures/row_filter.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "signatures/class_rows.h"
 #include "signatures/document_rows.h"
 #include "signatures/media_rows.h"
-#include "signatures/row_needs.h"
 #include "signatures/sheet_rows.h"
 
 namespace {
@@ -25,70 +23,28 @@ constexpr auto documentNeeds = FINeedsOfRows<documentRows>();
 constexpr auto mediaNeeds = FINeedsOfRows<mediaRows>();
 constexpr auto sheetNeeds = FINeedsOfRows<sheetRows>();
 
-// Calls visit(index, needs) for all rows, index 0 being row 1.
-template <typename Visit>
-constexpr void FIVisitNeeds(Visit visit) {
+// Index 0 is row 1.
+consteval std::array<FIRowNeeds, signatureRowCount> FIJoinNeeds() {
+    std::array<FIRowNeeds, signatureRowCount> needs = {};
     std::size_t index = 0;
-    const auto visitFamily = [&](const auto& family) {
-        for (const FIRowNeeds& needs : family) visit(index++, needs);
+    const auto put = [&](const auto& family) {
+        for (const FIRowNeeds& row : family) needs[index++] = row;
     };
-    visitFamily(classNeeds);
-    visitFamily(documentNeeds);
-    visitFamily(mediaNeeds);
-    visitFamily(sheetNeeds);
+    put(classNeeds);
+    put(documentNeeds);
+    put(mediaNeeds);
+    put(sheetNeeds);
+    return needs;
 }
 
-constexpr void FIAddRow(FIRowSet& set, std::size_t index) { set[index / 64] |= std::uint64_t{1} << index % 64; }
-
-using FIOffsetSets = std::array<FIRowSet, byteValues>;
-
-// For each value at an offset, the rows that allow it. Rows that allow all are entered once and copied.
-consteval FIOffsetSets FIMakeOffsetSets(std::size_t offset) {
-    FIRowSet unconcerned = {};
-    FIVisitNeeds([&](std::size_t index, const FIRowNeeds& needs) {
-        if (needs.first[offset] == FIAllValues()) FIAddRow(unconcerned, index);
-    });
-    FIOffsetSets sets = {};
-    for (FIRowSet& set : sets) set = unconcerned;
-    FIVisitNeeds([&](std::size_t index, const FIRowNeeds& needs) {
-        if (needs.first[offset] == FIAllValues()) return;
-        for (std::size_t word = 0; word < needs.first[offset].words.size(); ++word) {
-            for (std::uint64_t bits = needs.first[offset].words[word]; bits != 0; bits &= bits - 1) {
-                FIAddRow(sets[word * 64 + static_cast<std::size_t>(std::countr_zero(bits))], index);
-            }
-        }
-    });
-    return sets;
-}
-
-constexpr FIOffsetSets setsOfOffset0 = FIMakeOffsetSets(0);
-constexpr FIOffsetSets setsOfOffset1 = FIMakeOffsetSets(1);
-constexpr FIOffsetSets setsOfOffset2 = FIMakeOffsetSets(2);
-constexpr FIOffsetSets setsOfOffset3 = FIMakeOffsetSets(3);
+constexpr std::array<FIRowNeeds, signatureRowCount> needs = FIJoinNeeds();
+constexpr auto setsOfOffset0 = FIMakeOffsetSets(needs, 0);
+constexpr auto setsOfOffset1 = FIMakeOffsetSets(needs, 1);
+constexpr auto setsOfOffset2 = FIMakeOffsetSets(needs, 2);
+constexpr auto setsOfOffset3 = FIMakeOffsetSets(needs, 3);
 static_assert(firstOffsets == 4);
-
-consteval FIRowSet FIMakeClassRows() {
-    FIRowSet rows = {};
-    FIVisitNeeds([&](std::size_t index, const FIRowNeeds& needs) {
-        if (needs.needsClassId) FIAddRow(rows, index);
-    });
-    return rows;
-}
-
-constexpr FIRowSet rowsOfClasses = FIMakeClassRows();
-
-consteval std::array<FIFarNeed, signatureRowCount> FIMakeFarNeeds() {
-    std::array<FIFarNeed, signatureRowCount> farNeeds = {};
-    FIVisitNeeds([&](std::size_t index, const FIRowNeeds& needs) { farNeeds[index] = needs.far; });
-    return farNeeds;
-}
-
-constexpr std::array<FIFarNeed, signatureRowCount> farNeeds = FIMakeFarNeeds();
-static_assert(std::ranges::all_of(farNeeds, [](const FIFarNeed& need) { return need.offset < leastFilterBytes; }));
-
-std::uint16_t FIValueAt(const FIFilterBytes& head, std::uint32_t offset) {
-    return offset < head.size ? head.bytes[offset] : pastEnd;
-}
+constexpr FIRowSet rowsOfClasses = FIMakeClassRows(needs);
+constexpr auto farNeeds = FIMakeFarNeeds(needs);
 
 }  // namespace
 
@@ -105,8 +61,4 @@ FIRowSet FISelectRows(const FIFilterBytes& head, bool hasClassId) {
     return rows;
 }
 
-bool FIFarByteFits(std::uint16_t row, const FIFilterBytes& head) {
-    const FIFarNeed& need = farNeeds[row - 1U];
-    if (need.offset == 0) return true;
-    return need.offset < head.size && head.bytes[need.offset] >= need.low && head.bytes[need.offset] <= need.high;
-}
+bool FIFarByteFits(std::uint16_t row, const FIFilterBytes& head) { return FIFarByteFits(farNeeds[row - 1U], head); }

@@ -43,6 +43,9 @@ constexpr FIByteSet FIByteRange(std::uint8_t low, std::uint8_t high) {
 // The offsets from the start of the file that every row is judged by.
 inline constexpr std::size_t firstOffsets = 4;
 
+// A file that is longer than its head has to show this many bytes.
+inline constexpr std::uint32_t leastFilterBytes = 2048;
+
 // One more place: the byte there is from low to high, the file does not end in front of it.
 struct FIFarNeed {
     std::uint16_t offset;  // 0 for none
@@ -80,7 +83,7 @@ struct FINeedsRun {
             return;
         }
         const FIFarNeed here = {static_cast<std::uint16_t>(offset), low, high};
-        if (offset <= 0xFFFF && !allowed.Holds(pastEnd) && here.Width() < needs.far.Width()) needs.far = here;
+        if (offset < leastFilterBytes && !allowed.Holds(pastEnd) && here.Width() < needs.far.Width()) needs.far = here;
     }
     constexpr void TakeRange(std::uint8_t low, std::uint8_t high) { Take(FIByteRange(low, high), low, high); }
     constexpr void TakeNot(std::uint8_t refused) {
