@@ -142,6 +142,7 @@ FIID FIRunSignature(const std::uint8_t* row, FIReader& reader, FIRequest& reques
                     request.head != nullptr && routine->gate != nullptr && !routine->gate(*request.head);
                 return ruledOut ? FIID{0} : FIRunRoutine(*routine, reader, extension);
             }
+            if (request.calls != nullptr) return request.calls->call(*request.calls, FILoadWordLE(code));
             // Quirk: the number's high byte is taken as the start of the next item. The three rows for PICT data hold
             // FF 0C 00 FF 08: a call of the unknown routine 0xFF00, whose high byte then reads as the FF of Id.
             code += 1;

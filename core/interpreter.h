@@ -10,6 +10,11 @@
 
 struct FIHead;
 
+// Where calls of routines go that core/routines.cpp does not know: those of a further table.
+struct FIFurtherCalls {
+    FIID (*call)(FIFurtherCalls& calls, std::uint16_t number);
+};
+
 // Characters of an extension that the rows know.
 inline constexpr std::size_t extensionLength = 4;
 
@@ -19,6 +24,7 @@ struct FIRequest {
     bool hasClassId;                      // whether classId holds the class identifier of a storage
     std::uint8_t classId[classIdSize];    // a GUID in its memory form
     FIHead* head = nullptr;               // the file's, or null: then all rows and routines run
+    FIFurtherCalls* calls = nullptr;      // null while the signature table runs
     // FIXmlNamespace: the first unit is xmlNamespaceNotScanned until a row asks; the further ones need no value before.
     std::uint16_t xmlNamespace[xmlNamespaceUnits];
 };
