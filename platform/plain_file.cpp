@@ -35,10 +35,14 @@ struct UTFarWindow {
     std::uint8_t* bytes;
 };
 
-struct UTPlainFile {
-    UTHandle handle;
-    int descriptor;
-    bool ownsDescriptor;
+// Reads once: up to size bytes at an offset, and tells how many came. Returns 0, or another status for a failure.
+using UTReadOnce = std::int32_t (*)(void* object, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
+                                    std::uint32_t& came);
+
+// An object that is read, and what of it is held.
+struct UTReadWindows {
+    UTReadOnce readOnce;
+    void* object;
     bool windowRead;
     bool windowFailed;  // whether the window ends in front of bytes that could not be read
     bool sizeKnown;     // false for files that tell no size but may hold bytes, as under /proc
@@ -53,29 +57,25 @@ struct UTPlainFile {
     std::uint8_t tailBytes[farWindowBytes];
 };
 
-// Reads from a file until size bytes have come or it ends, over interrupted and short system reads. failed tells whether
-// a system read failed, also behind bytes that came.
-std::int32_t UTReadDescriptor(int descriptor, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
-                              std::uint32_t& count, bool& failed) {
+// Reads from an object until size bytes have come or it ends, over short reads. failed tells whether a read failed, also
+// behind bytes that came.
+std::int32_t UTReadObject(const UTReadWindows& file, std::uint64_t offset, std::uint8_t* destination,
+                          std::uint32_t size, std::uint32_t& count, bool& failed) {
     failed = false;
-    return UTRepeatRead(size, count, [=, &failed](std::uint32_t at, std::uint32_t wanted, std::uint32_t& came) {
-        ssize_t result = -1;
-        do {
-            result = pread(descriptor, destination + at, wanted, static_cast<off_t>(offset + at));
-        } while (result < 0 && errno == EINTR);
-        failed = result < 0;
-        if (failed) return -1;
-        came = static_cast<std::uint32_t>(result);
-        return 0;
-    });
+    const auto readOn = [=, &file, &failed](std::uint32_t at, std::uint32_t wanted, std::uint32_t& came) {
+        const std::int32_t status = file.readOnce(file.object, offset + at, destination + at, wanted, came);
+        failed = status != 0;
+        return status;
+    };
+    return UTRepeatRead(size, count, readOn);
 }
 
 // A file that tells its size is not asked for more, which would cost a second call that finds the end.
-std::int32_t UTReadWindow(UTPlainFile& file) {
+std::int32_t UTReadWindow(UTReadWindows& file) {
     if (file.windowRead) return 0;
     const std::uint64_t wanted = file.sizeKnown ? std::min<std::uint64_t>(file.size, windowBytes) : windowBytes;
-    const std::int32_t status = UTReadDescriptor(file.descriptor, 0, file.window, static_cast<std::uint32_t>(wanted),
-                                                 file.windowFilled, file.windowFailed);
+    const std::int32_t status =
+        UTReadObject(file, 0, file.window, static_cast<std::uint32_t>(wanted), file.windowFilled, file.windowFailed);
     file.windowRead = status == 0;
     return status;
 }
@@ -83,7 +83,7 @@ std::int32_t UTReadWindow(UTPlainFile& file) {
 // Whether to ask the file for what the window does not hold. A file that tells its size ends there; in front of it a
 // window that is not full is no end. Of any other file it is one, unless a failure cut it. Where bytes can't be read, the
 // read that begins at them is to fail as the system's does.
-bool UTGoesOnBehindWindow(const UTPlainFile& file, std::uint64_t offset) {
+bool UTGoesOnBehindWindow(const UTReadWindows& file, std::uint64_t offset) {
     if (file.sizeKnown) return offset < file.size;
     return file.windowFilled == windowBytes || file.windowFailed;
 }
@@ -101,23 +101,24 @@ std::uint32_t UTCopyWindow(const UTFarWindow& window, std::uint64_t offset, std:
 }
 
 // The same for both windows: the place's may end where the tail's begins.
-std::uint32_t UTCopyFar(const UTPlainFile& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size) {
+std::uint32_t UTCopyFar(const UTReadWindows& file, std::uint64_t offset, std::uint8_t* destination,
+                        std::uint32_t size) {
     const std::uint32_t count = UTCopyWindow(file.place, offset, destination, size);
     if (count == size) return count;
     return count + UTCopyWindow(file.tail, offset + count, destination + count, size - count);
 }
 
 // Reads a window ahead. Where that fails or comes short it holds less, or nothing.
-void UTFillWindow(const UTPlainFile& file, UTFarWindow& window, std::uint64_t start, std::uint32_t size) {
+void UTFillWindow(const UTReadWindows& file, UTFarWindow& window, std::uint64_t start, std::uint32_t size) {
     bool failed = false;
     const auto wanted = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, file.size - start));
     window.start = start;
-    static_cast<void>(UTReadDescriptor(file.descriptor, start, window.bytes, wanted, window.filled, failed));
+    static_cast<void>(UTReadObject(file, start, window.bytes, wanted, window.filled, failed));
 }
 
 // How much is read ahead at an offset: twice as much as last time when the reads go on there. The first larger window
 // takes memory; without it the window stays as it is.
-std::uint32_t UTNextStep(UTPlainFile& file, std::uint64_t offset) {
+std::uint32_t UTNextStep(UTReadWindows& file, std::uint64_t offset) {
     const bool goesOn = file.place.filled > 0 && offset == file.place.start + file.place.filled;
     if (!goesOn) return farWindowBytes;
     if (file.place.bytes == file.placeBytes) {
@@ -130,7 +131,7 @@ std::uint32_t UTNextStep(UTPlainFile& file, std::uint64_t offset) {
 
 // Reads ahead what is worth it for a read of size bytes at an offset in front of the file's end. A large read is worth it
 // only where it jumps to the tail, as one does that looks for something from the end on: more reads follow there.
-void UTReadAhead(UTPlainFile& file, std::uint64_t offset, std::uint32_t size) {
+void UTReadAhead(UTReadWindows& file, std::uint64_t offset, std::uint32_t size) {
     const bool jumps = offset != file.behindLast;
     const bool inTail = file.size - offset <= farWindowBytes;
     if (size >= largeReadBytes && !(jumps && inTail)) return;
@@ -145,7 +146,7 @@ void UTReadAhead(UTPlainFile& file, std::uint64_t offset, std::uint32_t size) {
 }
 
 // Reads at an offset that the head's window does not serve, in front of the end of a file that tells its size.
-std::int32_t UTReadFar(UTPlainFile& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
+std::int32_t UTReadFar(UTReadWindows& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
                        std::uint32_t& count) {
     std::int32_t status = 0;
     count = UTCopyFar(file, offset, destination, size);
@@ -156,7 +157,7 @@ std::int32_t UTReadFar(UTPlainFile& file, std::uint64_t offset, std::uint8_t* de
     if (count < size && offset + count < file.size) {
         std::uint32_t further = 0;
         bool failed = false;
-        status = UTReadDescriptor(file.descriptor, offset + count, destination + count, size - count, further, failed);
+        status = UTReadObject(file, offset + count, destination + count, size - count, further, failed);
         count += further;
     }
     return count > 0 ? 0 : status;
@@ -164,16 +165,15 @@ std::int32_t UTReadFar(UTPlainFile& file, std::uint64_t offset, std::uint8_t* de
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
-std::int32_t UTReadBehindWindow(UTPlainFile& file, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
-                                std::uint32_t& count) {
+std::int32_t UTReadBehindWindow(UTReadWindows& file, std::uint64_t offset, std::uint8_t* destination,
+                                std::uint32_t size, std::uint32_t& count) {
     if (file.sizeKnown) return UTReadFar(file, offset, destination, size, count);
     bool failed = false;
-    return UTReadDescriptor(file.descriptor, offset, destination, size, count, failed);
+    return UTReadObject(file, offset, destination, size, count, failed);
 }
 
-std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
-                             std::uint32_t& count) {
-    UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
+std::int32_t UTReadThroughWindows(UTReadWindows& file, std::uint64_t offset, void* destination, std::uint32_t size,
+                                  std::uint32_t& count) {
     auto* const bytes = static_cast<std::uint8_t*>(destination);
     count = 0;
     if (file.sizeKnown && offset >= file.size) return 0;
@@ -195,23 +195,70 @@ std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* desti
     return count > 0 ? 0 : status;
 }
 
-std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTRecordOf<UTPlainFile>(handle).size; }
-
-void UTReleasePlainFile(UTHandle& handle) {
-    const UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
-    if (file.place.bytes != file.placeBytes) HeapFree(GetProcessHeap(), 0, file.place.bytes);
-    if (file.ownsDescriptor) close(file.descriptor);
-}
-
 // The window, if it is all that reads would deliver of its range. A file that became shorter, or of which a part can't be
 // read, is left to the reads.
-bool UTPlainFileHead(UTHandle& handle, UTHead& head) {
-    UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
+bool UTHeadOfWindows(UTReadWindows& file, UTHead& head) {
     if (UTReadWindow(file) != 0 || file.windowFailed) return false;
     if (file.sizeKnown && file.windowFilled < std::min<std::uint64_t>(file.size, windowBytes)) return false;
     const std::uint64_t sizeSeen = file.windowFilled < windowBytes ? file.windowFilled : UINT64_MAX;
     head = {file.window, file.windowFilled, file.sizeKnown ? file.size : sizeSeen};
     return true;
+}
+
+void UTStartWindows(UTReadWindows& file, UTReadOnce readOnce, void* object, std::uint64_t size) {
+    file.readOnce = readOnce;
+    file.object = object;
+    file.windowRead = false;
+    file.windowFailed = false;
+    file.sizeKnown = size > 0;
+    file.size = size;
+    file.windowFilled = 0;
+    file.place = {0, 0, file.placeBytes};
+    file.tail = {0, 0, file.tailBytes};
+    file.behindLast = 0;
+}
+
+void UTEndWindows(const UTReadWindows& file) {
+    if (file.place.bytes != file.placeBytes) HeapFree(GetProcessHeap(), 0, file.place.bytes);
+}
+
+// ---- Plain files ---------------------------------------------------------------------------------------------------
+
+struct UTPlainFile {
+    UTHandle handle;
+    int descriptor;
+    bool ownsDescriptor;
+    UTReadWindows windows;
+};
+
+// One read, over interrupted system calls.
+std::int32_t UTReadDescriptor(void* object, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
+                              std::uint32_t& came) {
+    const int descriptor = static_cast<const UTPlainFile*>(object)->descriptor;
+    ssize_t result = -1;
+    do {
+        result = pread(descriptor, destination, size, static_cast<off_t>(offset));
+    } while (result < 0 && errno == EINTR);
+    if (result < 0) return -1;
+    came = static_cast<std::uint32_t>(result);
+    return 0;
+}
+
+std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                             std::uint32_t& count) {
+    return UTReadThroughWindows(UTRecordOf<UTPlainFile>(handle).windows, offset, destination, size, count);
+}
+
+std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTRecordOf<UTPlainFile>(handle).windows.size; }
+
+void UTReleasePlainFile(UTHandle& handle) {
+    const UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
+    UTEndWindows(file.windows);
+    if (file.ownsDescriptor) close(file.descriptor);
+}
+
+bool UTPlainFileHead(UTHandle& handle, UTHead& head) {
+    return UTHeadOfWindows(UTRecordOf<UTPlainFile>(handle).windows, head);
 }
 
 constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile, UTPlainFileHead, true};
@@ -244,14 +291,7 @@ UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     }
     file->descriptor = descriptor;
     file->ownsDescriptor = ownsDescriptor;
-    file->windowRead = false;
-    file->windowFailed = false;
-    file->sizeKnown = size > 0;
-    file->size = size;
-    file->windowFilled = 0;
-    file->place = {0, 0, file->placeBytes};
-    file->tail = {0, 0, file->tailBytes};
-    file->behindLast = 0;
+    UTStartWindows(file->windows, UTReadDescriptor, file, size);
     return &file->handle;
 }
 
