@@ -11,3 +11,7 @@ UTHandle* UTOpenDescriptor(const IODescriptorSpec& specification);
 UTHandle* UTOpenReadableDescriptor(const IODescriptorSpec& specification);
 UTHandle* UTOpenMemory(const IOMemorySpec& specification);
 UTHandle* UTOpenForeign(HIOFILE file);
+
+// When the file of a path or descriptor was last modified, as it told when it was opened: seconds since 1970-01-01 UTC and
+// nanoseconds behind them. Returns false for an object of another kind.
+bool UTTellModified(const UTHandle& handle, std::int64_t& seconds, std::uint32_t& nanoseconds);

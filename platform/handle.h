@@ -20,6 +20,12 @@ struct UTHandle;
 // Bytes of an object that UTGetHead hands out, when it has as many: all that the routines look at near the start.
 inline constexpr std::uint32_t UTHeadBytes = 8192;
 
+// What reading an object has cost so far.
+struct UTReadCost {
+    std::uint64_t calls;  // of the system, or of whoever delivers the bytes
+    std::uint64_t bytes;  // that they delivered
+};
+
 // What an object can do. One constant per kind.
 struct UTHandleKind {
     // Reads size bytes at an offset, which may lie behind the end. count receives what came: fewer where the object
@@ -35,6 +41,8 @@ struct UTHandleKind {
     // Whether nobody sees how the object is read, so that reads may be left out, joined and made ahead. Of a host's own
     // handle the host does, and so it does of all that is opened in it: see UTIsUnseen.
     bool unseen = false;
+    // What its reads have cost; null for a kind that does not count, or costs nothing.
+    UTReadCost (*cost)(UTHandle& handle) = nullptr;
 };
 
 // Something found in an object's bytes that is kept with the handle and ends with it. Its maker's record is one.
@@ -113,6 +121,10 @@ inline bool UTReadFully(UTHandle& handle, std::uint64_t offset, void* destinatio
 }
 
 inline std::uint64_t UTGetSize(UTHandle& handle) { return handle.kind->size(handle); }
+
+inline UTReadCost UTGetCost(UTHandle& handle) {
+    return handle.kind->cost != nullptr ? handle.kind->cost(handle) : UTReadCost{0, 0};
+}
 
 // IOGetInfo for the name and its type, which all handles have; any other selector fails.
 std::int32_t UTGetNameInfo(HIOFILE file, std::uint32_t selector, void* value);

@@ -10,10 +10,16 @@
 
 namespace {
 
+// Bytes read ahead: what the page cache delivers at little more than the cost of the call.
+constexpr std::uint32_t firstStep = 8192;
+constexpr std::uint32_t largestStep = 32768;
+constexpr std::uint32_t largeRead = 4096;
+
 struct UTPlainFile {
     UTHandle handle;
     int descriptor;
     bool ownsDescriptor;
+    timespec modified;
     UTReadWindows windows;
 };
 
@@ -35,7 +41,7 @@ std::int32_t UTReadPlainFile(UTHandle& handle, std::uint64_t offset, void* desti
     return UTReadThroughWindows(UTRecordOf<UTPlainFile>(handle).windows, offset, destination, size, count);
 }
 
-std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTRecordOf<UTPlainFile>(handle).windows.size; }
+std::uint64_t UTPlainFileSize(UTHandle& handle) { return UTRecordOf<UTPlainFile>(handle).windows.object.size; }
 
 void UTReleasePlainFile(UTHandle& handle) {
     const UTPlainFile& file = UTRecordOf<UTPlainFile>(handle);
@@ -47,12 +53,16 @@ bool UTPlainFileHead(UTHandle& handle, UTHead& head) {
     return UTHeadOfWindows(UTRecordOf<UTPlainFile>(handle).windows, head);
 }
 
-constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile, UTPlainFileHead, true};
+UTReadCost UTPlainFileCost(UTHandle& handle) { return UTRecordOf<UTPlainFile>(handle).windows.cost; }
+
+constexpr UTHandleKind plainFileKind = {UTReadPlainFile, UTPlainFileSize, UTReleasePlainFile, UTPlainFileHead, true,
+                                        UTPlainFileCost};
 
 // Tells the size, or -1 with errno set for a kind of file that is refused.
-std::int32_t UTMeasureDescriptor(int descriptor, std::uint64_t& size) {
+std::int32_t UTMeasureDescriptor(int descriptor, std::uint64_t& size, timespec& modified) {
     struct stat status = {};
     if (fstat(descriptor, &status) != 0) return -1;
+    modified = status.st_mtim;
     if (S_ISREG(status.st_mode)) {
         size = static_cast<std::uint64_t>(status.st_size);
         return 0;
@@ -69,7 +79,8 @@ std::int32_t UTMeasureDescriptor(int descriptor, std::uint64_t& size) {
 
 UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     std::uint64_t size = 0;
-    if (UTMeasureDescriptor(descriptor, size) != 0) return nullptr;
+    timespec modified = {};
+    if (UTMeasureDescriptor(descriptor, size, modified) != 0) return nullptr;
     auto* const file = UTNewHandleRecord<UTPlainFile>(plainFileKind, nullptr);
     if (file == nullptr) {
         errno = ENOMEM;
@@ -77,7 +88,8 @@ UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     }
     file->descriptor = descriptor;
     file->ownsDescriptor = ownsDescriptor;
-    UTStartWindows(file->windows, UTReadDescriptor, file, size);
+    file->modified = modified;
+    UTStartWindows(file->windows, {UTReadDescriptor, file, size, size > 0, firstStep, largestStep, largeRead});
     return &file->handle;
 }
 
@@ -124,4 +136,12 @@ UTHandle* UTOpenReadableDescriptor(const IODescriptorSpec& specification) {
     UTHandle* const handle = UTNewPlainFile(specification.descriptor, false);
     if (handle != nullptr) UTSetNarrowName(*handle, specification.name);
     return handle;
+}
+
+bool UTTellModified(const UTHandle& handle, std::int64_t& seconds, std::uint32_t& nanoseconds) {
+    if (handle.kind != &plainFileKind) return false;
+    const timespec& modified = reinterpret_cast<const UTPlainFile&>(handle).modified;
+    seconds = modified.tv_sec;
+    nanoseconds = static_cast<std::uint32_t>(modified.tv_nsec);
+    return true;
 }

@@ -12,7 +12,8 @@
 
 #include "platform/handle.h"
 
-// The far windows. Routines that look far into a file look at places close together, and at the last few kilobytes.
+// The far windows' own memory. Routines that look far into a file look at places close together, and at the last few
+// kilobytes.
 inline constexpr std::uint32_t UTFarWindowBytes = 8192;
 
 // A stretch of the file behind its head that was read ahead.
@@ -26,14 +27,23 @@ struct UTFarWindow {
 using UTReadOnce = std::int32_t (*)(void* object, std::uint64_t offset, std::uint8_t* destination, std::uint32_t size,
                                     std::uint32_t& came);
 
-// An object that is read, and what of it is held.
-struct UTReadWindows {
+// An object as its windows see it.
+struct UTReadObject {
     UTReadOnce readOnce;
     void* object;
+    std::uint64_t size;
+    bool sizeKnown;             // false for files that tell no size but may hold bytes, as under /proc
+    std::uint32_t firstStep;    // bytes that are read ahead at a new place; a power of two
+    std::uint32_t largestStep;  // what they grow to, by doubling, while reads go on there; at least UTFarWindowBytes
+    std::uint32_t largeRead;    // a read of at least as many bytes goes straight to where the caller wants them
+};
+
+// An object that is read, and what of it is held.
+struct UTReadWindows {
+    UTReadObject object;
+    UTReadCost cost;  // of the reads so far
     bool windowRead;
     bool windowFailed;  // whether the window ends in front of bytes that could not be read
-    bool sizeKnown;     // false for files that tell no size but may hold bytes, as under /proc
-    std::uint64_t size;
     std::uint32_t windowFilled;
     UTFarWindow place;        // where was read last; its bytes are placeBytes, or a block of the heap once it has grown
     UTFarWindow tail;         // ends with the file
@@ -44,8 +54,8 @@ struct UTReadWindows {
     std::uint8_t tailBytes[UTFarWindowBytes];
 };
 
-// Nothing is held at first. size is the object's, or 0 when it tells none and may hold bytes all the same.
-void UTStartWindows(UTReadWindows& file, UTReadOnce readOnce, void* object, std::uint64_t size);
+// Nothing is held at first.
+void UTStartWindows(UTReadWindows& file, const UTReadObject& object);
 
 void UTEndWindows(const UTReadWindows& file);
 

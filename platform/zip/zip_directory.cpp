@@ -386,8 +386,10 @@ ZASearch ZASearchDirectory(UTHandle& file, ZADirectory& directory) {
     ZAEndSearch search = {&file, last > longestComment ? last - longestComment : 0, last + 1, largestZipDirectory,
                           ZASearch::NoEndRecord};
     constexpr std::uint32_t places = 4096;
+    // Where nobody sees it the first look reaches 4,096 bytes back from the end, which is what a window of the tail holds.
+    constexpr std::uint32_t placesOfTail = places - endRecordSize + 1;
     std::uint8_t buffer[places + signatureSize - 1];
-    bool goesOn = ZASearchPiece(search, buffer, places, directory);
+    bool goesOn = ZASearchPiece(search, buffer, UTIsUnseen(file) ? placesOfTail : places, directory);
     // Hardly any archive has a comment. Where the last bytes hold no end record, the others are read in one call if
     // nobody sees it.
     if (goesOn && UTIsUnseen(file)) goesOn = ZASearchRest(search, directory);

@@ -536,8 +536,12 @@ TEST_F(LongFile, IsAskedOnceForItsTail) {
     EXPECT_EQ(CallsOf({{size - 7, 2048}, {size - 128, 2048}, {size - 22, 22}, {size - 8192, 10}}), "pread@191808 ");
     EXPECT_EQ(CallsOf({{size - 4099, 4099}, {size - 22, 22}, {size - 42, 20}}), "pread@191808 ");
     EXPECT_EQ(CallsOf({{size - 8192, 8192}, {size - 1, 1}}), "pread@191808 ");
-    EXPECT_EQ(CallsOf({{size - 1, 1}, {size - 8193, 1}, {size - 8193, 8193}}), "pread@191808 pread@191807 ")
-        << "what one window does not hold the other does";
+    EXPECT_EQ(CallsOf({{size - 1, 1}, {size - 8193, 1}, {size - 8193, 8193}}), "pread@191808 pread@183616 ")
+        << "what one window does not hold the other does, and in front of the tail it ends there";
+    EXPECT_EQ(CallsOf({{size - 1, 1}, {size - 9000, 30}, {size - 16384, 30}}), "pread@191808 pread@183616 ")
+        << "in whatever order";
+    EXPECT_EQ(CallsOf({{size - 1, 1}, {size - 12288, 12288}}), "pread@191808 pread@187712 ")
+        << "a large read has the end of it from the tail";
     EXPECT_EQ(CallsOf({{size - 7, 7}, {12784, 2048}, {size - 128, 128}}), "pread@191808 pread@12784 ")
         << "the tail stays at hand";
 }
