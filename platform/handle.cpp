@@ -115,6 +115,7 @@ UTHandle* UTNewHandle(const UTHandleKind& kind, std::size_t recordSize, UTHandle
     handle->storageLooked = false;
     handle->storage = nullptr;
     handle->archiveSearch = ZASearch::NotMade;
+    handle->opened = nullptr;
     handle->parent = parent;
     handle->firstChild = nullptr;
     handle->previousSibling = nullptr;
@@ -131,6 +132,12 @@ void UTCloseHandle(UTHandle& handle) {
     if (handle.kind->release != nullptr) handle.kind->release(handle);
     UTUnlink(handle);
     HeapFree(GetProcessHeap(), 0, &handle);
+}
+
+UTHandle& UTOutermost(UTHandle& handle) {
+    UTHandle* outermost = &handle;
+    while (outermost->parent != nullptr) outermost = outermost->parent;
+    return *outermost;
 }
 
 bool UTIsUnseen(const UTHandle& handle) {

@@ -50,6 +50,13 @@ struct UTAttachment {
     void (*end)(UTAttachment& attachment);
 };
 
+// The last stream and the last sub-storage that were opened in an object, at whatever depth, for those who explain its
+// answer. Names as they were asked for; "" while nothing was opened.
+struct UTOpened {
+    char stream[264];
+    char storage[264];
+};
+
 // The name that a handle reports: 8-bit characters, or 16-bit units when wide.
 struct UTHandleName {
     bool wide;
@@ -70,6 +77,7 @@ struct UTHandle {
     UTAttachment* storage;    // the compound storage that the object is, once looked for; null when it is none
     ZASearch archiveSearch;   // of the archive that the object is, if nobody sees how it is read
     ZADirectory archive;      // its directory, when that was found
+    UTOpened* opened;         // of an outermost handle: where to note what is opened, somebody else's; mostly null
     UTHandle* parent;         // the handle that this one was opened in, or null
     UTHandle* firstChild;     // sub-objects that are still open
     UTHandle* previousSibling;
@@ -99,6 +107,9 @@ Record* UTNewHandleRecord(const UTHandleKind& kind, UTHandle* parent) {
 // Ends a handle, after the sub-objects that nobody closed. So a caller that forgets a sub-object loses nothing once it
 // closes the file.
 void UTCloseHandle(UTHandle& handle);
+
+// The handle that all others around this one were opened in.
+UTHandle& UTOutermost(UTHandle& handle);
 
 // Whether nobody sees how the object is read, which the outermost one that it was opened in tells.
 bool UTIsUnseen(const UTHandle& handle);

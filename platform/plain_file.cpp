@@ -93,24 +93,6 @@ UTHandle* UTNewPlainFile(int descriptor, bool ownsDescriptor) {
     return &file->handle;
 }
 
-// Whether a caller's descriptor can be read from; sets errno if not. One that was opened for writing alone, or as a mere
-// place in the file system, would open and then look like a file that fails or is empty. So would one of unbuffered
-// reads (O_DIRECT), which takes whole blocks and aligned memory only.
-bool UTIsReadable(int descriptor) {
-    const int flags = fcntl(descriptor, F_GETFL);
-    if (flags < 0) return false;
-    const int access = flags & O_ACCMODE;
-    if ((flags & O_PATH) != 0 || (access != O_RDONLY && access != O_RDWR)) {
-        errno = EBADF;
-        return false;
-    }
-    if ((flags & O_DIRECT) != 0) {
-        errno = EINVAL;
-        return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 UTHandle* UTOpenPath(const char* path) {
@@ -126,6 +108,21 @@ UTHandle* UTOpenPath(const char* path) {
     }
     UTSetNarrowName(*handle, path);
     return handle;
+}
+
+bool UTIsReadable(int descriptor) {
+    const int flags = fcntl(descriptor, F_GETFL);
+    if (flags < 0) return false;
+    const int access = flags & O_ACCMODE;
+    if ((flags & O_PATH) != 0 || (access != O_RDONLY && access != O_RDWR)) {
+        errno = EBADF;
+        return false;
+    }
+    if ((flags & O_DIRECT) != 0) {
+        errno = EINVAL;
+        return false;
+    }
+    return true;
 }
 
 UTHandle* UTOpenDescriptor(const IODescriptorSpec& specification) {

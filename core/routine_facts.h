@@ -1,0 +1,27 @@
+// routine_facts.h - what there is to say about an answer of the signature table: what it stands on, and what the routine
+// that decided looks at.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "core/basis.h"
+#include "core/driver.h"
+#include "signatures/notation.h"
+
+// One special routine, for those who speak about it. The strings are static and NUL-terminated.
+struct FIRoutineFacts {
+    std::uint16_t number;
+    const char* name;     // of its function
+    FIBasis basis;        // of its answers
+    const char* looksAt;  // in plain words, as the object of "looked at"
+};
+
+// All routines, in ascending order of their numbers.
+std::span<const FIRoutineFacts> FIAllRoutineFacts();
+
+// The facts of the routine that a row calls; null for a row that names its identifier.
+const FIRoutineFacts* FIFactsOfRow(const FISignatureRow& row);
+
+// What an answer stands on.
+FIBasis FIBasisOfVerdict(const FIVerdict& verdict);
