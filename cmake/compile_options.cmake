@@ -2,6 +2,9 @@
 add_library(fiid_options INTERFACE)
 target_compile_options(fiid_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
 target_compile_options(fiid_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor>)
+# What is inline stays a symbol that a library can hide: g++ marks some as one for the whole process otherwise.
+target_compile_options(fiid_options INTERFACE
+    $<$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,$<NOT:$<BOOL:$<TARGET_PROPERTY:FIID_TEST>>>>:-fno-gnu-unique>)
 target_include_directories(fiid_options INTERFACE
     ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/generated)
 
