@@ -43,6 +43,7 @@ bool FIStartLook(FILook& look, UTHandle& file, FIID fiid, std::uint16_t row) {
     look.size = look.start.fileSize;
     look.wide = nullptr;
     look.wideSize = 0;
+    look.text = FITextBytes::NotRead;
     look.json = FIJsonKind::NotRead;
     look.package = nullptr;
     FICutLookExtension(look);

@@ -23,6 +23,9 @@ inline constexpr std::uint64_t unknownSize = UINT64_MAX;
 
 struct FIPackageFacts;
 
+// What the head is as a text of one-byte characters or UTF-8, once it was looked at.
+enum class FITextBytes : std::uint8_t { NotRead, NoText, Ascii, WithHigh };
+
 // What the whole of a JSON text is, once it was read.
 enum class FIJsonKind : std::uint8_t { NotRead, None, Json, GeoJson, Notebook, Lines };
 
@@ -38,6 +41,7 @@ struct FILook {
     std::array<char, longestExtension> extensionText;  // with ASCII letters in lower case
     std::uint8_t* wide;                                // the first lookHeadBytes bytes, once read; null before
     std::uint32_t wideSize;
+    FITextBytes text;         // see further/clean_text.h
     FIJsonKind json;          // see further/json_kinds.h
     FIPackageFacts* package;  // see further/package_facts.h; null until asked for
 };
