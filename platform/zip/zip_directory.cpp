@@ -26,7 +26,9 @@
 #include "platform/zip/zip_directory.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+#include <iterator>
 
 #include "platform/base_utility.h"
 #include "reader/ascii_case.h"
@@ -50,10 +52,33 @@ constexpr std::uint8_t entrySignature[] = {'P', 'K', 1, 2};
 constexpr std::uint8_t closingSignature[] = {'P', 'K', 5, 5};
 constexpr std::uint8_t localHeaderSignature[] = {'P', 'K', 3, 4};
 
-// The names that are noted. Of the first the case does not count.
-constexpr std::string_view relationshipsMember = "_rels/.rels";
-constexpr std::string_view mimetypeMember = "mimetype";
-static_assert(relationshipsMember.size() != mimetypeMember.size());
+struct ZAWanted {
+    std::string_view name;
+    bool anyCase;
+};
+
+// The names that are noted, each of another length: those by which packages are told. Some writers put the slash in front
+// with which relationships name a part.
+constexpr ZAWanted notedNames[] = {
+    {"mimetype", false},            //
+    {"_rels/.rels", true},          //
+    {"/_rels/.rels", true},         //
+    {"[Content_Types].xml", true},  //
+    {"/[Content_Types].xml", true},
+};
+static_assert(std::size(notedNames) == notedMembers);
+
+constexpr std::uint32_t notedLengthsEnd = 32;
+
+// The lengths of the names as bits.
+constexpr std::uint32_t ZANotedLengths() {
+    std::uint32_t lengths = 0;
+    for (const ZAWanted& noted : notedNames) lengths |= std::uint32_t{1} << noted.name.size();
+    return lengths;
+}
+
+constexpr std::uint32_t notedLengths = ZANotedLengths();
+static_assert(std::popcount(notedLengths) == notedMembers);
 
 constexpr std::uint16_t zip64BlockKind = 1;
 constexpr std::uint32_t zip64NumberSize = 8;
@@ -119,11 +144,6 @@ void ZAPass(ZAScanner& scanner, std::uint64_t size) {
 }
 
 // ---- Walking the directory -----------------------------------------------------------------------------------------
-
-struct ZAWanted {
-    std::string_view name;
-    bool anyCase;
-};
 
 enum class ZAWalk { Found, NotThere, Broken };
 
@@ -192,13 +212,13 @@ void ZAReadEntry(const std::uint8_t* header, ZAEntry& entry) {
 // of it. A name that can't be read ends the notes and not the walk, which passes over it.
 void ZANoteEntry(ZAScanner& scanner, std::uint32_t nameLength, std::uint32_t extraLength, ZAEntry entry,
                  ZADirectory& directory) {
-    const bool anyCase = nameLength == relationshipsMember.size();
-    if (!anyCase && nameLength != mimetypeMember.size()) return;
-    ZANote& note = anyCase ? directory.relationships : directory.mimetype;
+    if (nameLength >= notedLengthsEnd || (notedLengths >> nameLength & 1) == 0) return;
+    const auto* const noted =
+        std::ranges::find(notedNames, nameLength, [](const ZAWanted& wanted) { return wanted.name.size(); });
+    ZANote& note = directory.notes[noted - notedNames];
     const std::uint8_t* const name = ZALook(scanner, nameLength);
     if (name == nullptr) directory.noted = false;
-    if (name == nullptr || note.there) return;
-    if (!ZAIsName(name, {anyCase ? relationshipsMember : mimetypeMember, anyCase})) return;
+    if (name == nullptr || note.there || !ZAIsName(name, *noted)) return;
     // The rest of the walk goes on in front of the name: the extra field is read by another.
     ZAScanner extra;
     const std::uint64_t position = scanner.end - ZALeft(scanner);
@@ -237,9 +257,10 @@ ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry,
 // The note on a wanted name, or null when it is not one of those that are noted.
 const ZANote* ZAFindNote(const ZADirectory& directory, const ZAWanted& wanted) {
     if (!directory.noted) return nullptr;
-    if (wanted.anyCase && wanted.name == relationshipsMember) return &directory.relationships;
-    if (!wanted.anyCase && wanted.name == mimetypeMember) return &directory.mimetype;
-    return nullptr;
+    const auto* const noted = std::ranges::find_if(notedNames, [&wanted](const ZAWanted& name) {
+        return name.anyCase == wanted.anyCase && name.name == wanted.name;
+    });
+    return noted != std::end(notedNames) ? &directory.notes[noted - notedNames] : nullptr;
 }
 
 // ---- Finding the directory -----------------------------------------------------------------------------------------
@@ -258,8 +279,7 @@ bool ZATryPlace(UTHandle& file, ZADirectory& place, std::uint64_t& budget) {
     ZAStartScan(scanner, file, place.start, place.start + place.size);
     ZAEntry entry;
     place.noted = UTIsUnseen(file);
-    place.relationships.there = false;
-    place.mimetype.there = false;
+    for (ZANote& note : place.notes) note.there = false;
     const bool readable = ZAWalkEntries(scanner, nullptr, entry, place.noted ? &place : nullptr) == ZAWalk::NotThere;
     budget -= std::min(scanner.next - place.start, budget);
     return readable;

@@ -1,6 +1,7 @@
 // zip_entry.h - what is kept of a ZIP archive: the place of its directory, and what an entry of it tells.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 // What an entry tells about its member.
@@ -11,6 +12,9 @@ struct ZAEntry {
     std::uint64_t size;          // bytes unpacked
     std::uint64_t headerOffset;  // of the local header, as the entry tells it
 };
+
+// Names that are noted: see zip_directory.cpp.
+inline constexpr std::size_t notedMembers = 5;
 
 // The first entry of a name that is asked for in most archives, noted when the directory was walked.
 struct ZANote {
@@ -25,8 +29,7 @@ struct ZADirectory {
     std::uint64_t size;   // in bytes
     std::uint64_t shift;  // to be added to an offset that an entry tells, with wrap-around
     bool noted;           // whether the notes were made; they are in files whose reads nobody sees
-    ZANote relationships;
-    ZANote mimetype;
+    ZANote notes[notedMembers];
 };
 
 // What a look for a directory found, as a handle keeps it.

@@ -523,7 +523,7 @@ TEST(FindEntry, AnExtraFieldThatIsNotWellFormedLeavesTheNumbers) {
     }
 }
 
-// The walk that finds a directory notes two names; a look-up of them answers as the walk for them would.
+// The walk that finds a directory notes some names; a look-up of them answers as the walk for them would.
 TEST(FindEntry, AnswersFromANoteAsFromTheWalk) {
     const ZipMember wide = {.name = "mimetype", .bytes = "12345", .zip64 = true, .sizeTold = 0x123456789ABC};
     const std::vector<ZipMember> lists[] = {
@@ -532,6 +532,14 @@ TEST(FindEntry, AnswersFromANoteAsFromTheWalk) {
         {{"_rels/.rels", "1"}},
         {{"a", ""}, {"_RELS/.Rels", "1"}, {"_rels/.rels", "2"}, {"mimetype", "3"}, {"mimetype", "4"}},
         {{"Mimetype", "1"}, {"_rels/.relx", "2"}, {"xmimetyp", "3"}},
+        {{"[content_types].XML", "1"},
+         {"/_Rels/.rels", "2"},
+         {"/[Content_Types].xml", "3"},
+         {"[Content_Types].xml", "4"}},
+        {{"/[Content_Types].xmm", "1"},
+         {"[Content_Types]/xml", "2"},
+         {"\\_rels/.rels", "3"},
+         {std::string(32, 'a'), ""}},
         {{.name = "_rels/.rels", .bytes = "1", .extra = FIBytes("w:9 w:2 00 00"), .comment = "c"}, wide},
         {{.name = "mimetype", .bytes = "1", .packedSizeTold = 0xFFFFFFFF, .extra = FIBytes("w:1 w:7 00*7")}},
     };
@@ -543,7 +551,8 @@ TEST(FindEntry, AnswersFromANoteAsFromTheWalk) {
         EXPECT_TRUE(noted.noted);
         ZADirectory plain = noted;
         plain.noted = false;
-        for (const std::string_view name : {"_rels/.rels", "mimetype", "_RELS/.Rels", "Mimetype", "a"}) {
+        for (const std::string_view name : {"_rels/.rels", "mimetype", "_RELS/.Rels", "Mimetype", "a", "/_rels/.rels",
+                                            "[Content_Types].xml", "/[Content_Types].xml"}) {
             for (const bool anyCase : {false, true}) {
                 ZAEntry one = {};
                 ZAEntry other = {};
