@@ -9,7 +9,6 @@
 #include <cstdint>
 
 #include "platform/zip/unpacker.h"
-#include "platform/zip/zip_directory.h"
 
 namespace {
 
@@ -159,6 +158,10 @@ bool UTIsArchive(const UTHandle& handle) { return handle.kind == &archiveKind; }
 bool UTHasMember(UTHandle& archive, std::string_view name) {
     ZAEntry entry;
     return UTIsArchive(archive) && ZAFindEntry(archive, UTRecordOf<UTArchive>(archive).directory, name, true, entry);
+}
+
+bool UTVisitMembers(UTHandle& archive, ZANameVisitor visit, void* context) {
+    return UTIsArchive(archive) && ZAVisitNames(archive, UTRecordOf<UTArchive>(archive).directory, visit, context);
 }
 
 UTHandle* UTOpenMember(UTHandle& archive, const char* name) { return UTOpenNamed(archive, name, false); }

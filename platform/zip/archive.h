@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/handle.h"
+#include "platform/zip/zip_directory.h"
 
 // Opens the archive in an object, of which the central directory can be read. Read as bytes, the handle delivers the
 // object's own bytes, and it has the object's name. Returns null when there is no such directory or memory is
@@ -18,6 +19,9 @@ bool UTIsArchive(const UTHandle& handle);
 
 // Whether an archive holds a member of a name, with ASCII letters compared without case.
 bool UTHasMember(UTHandle& archive, std::string_view name);
+
+// Calls visit with the name of each member, as ZAVisitNames does. Returns false also when archive is no archive.
+bool UTVisitMembers(UTHandle& archive, ZANameVisitor visit, void* context);
 
 // Opens a member by its exact name, or with ASCII letters compared without case; of several the first in the central
 // directory. Its size is the one that the directory tells, its name the part behind the last slash. Returns null when

@@ -43,6 +43,7 @@ constexpr std::uint32_t zip64EndRecordSize = 56;
 constexpr std::uint32_t entryHeaderSize = 46;
 constexpr std::uint32_t localHeaderSize = 30;
 constexpr std::uint32_t blockHeaderSize = 4;
+constexpr std::size_t longestName = 65535;
 
 constexpr std::uint32_t signatureSize = 4;
 constexpr std::uint8_t endRecordSignature[] = {'P', 'K', 5, 6};
@@ -227,31 +228,94 @@ void ZANoteEntry(ZAScanner& scanner, std::uint32_t nameLength, std::uint32_t ext
     note = {true, entry};
 }
 
+// The lengths of what follows an entry's header.
+struct ZALengths {
+    std::uint32_t name;
+    std::uint32_t extra;
+    std::uint32_t comment;
+};
+
+enum class ZAStep { Entry, End, Broken };
+
+// Takes the header of the next entry, of which all is there as far as the directory's size tells.
+ZAStep ZATakeHeader(ZAScanner& scanner, ZAEntry& entry, ZALengths& lengths) {
+    if (ZALeft(scanner) == 0) return ZAStep::End;
+    const std::uint8_t* const sign = ZALook(scanner, signatureSize);
+    if (sign != nullptr && ZAHasSignature(sign, closingSignature)) return ZAStep::End;
+    const std::uint8_t* const header = ZALook(scanner, entryHeaderSize);
+    if (header == nullptr || !ZAHasSignature(header, entrySignature)) return ZAStep::Broken;
+    ZAReadEntry(header, entry);
+    lengths = {FILoadWordLE(header + 28), FILoadWordLE(header + 30), FILoadWordLE(header + 32)};
+    ZAPass(scanner, entryHeaderSize);
+    return lengths.name + lengths.extra + lengths.comment <= ZALeft(scanner) ? ZAStep::Entry : ZAStep::Broken;
+}
+
 // Walks the entries until the wanted one, or all of them when wanted is null. Notes what notes asks for, if not null.
 ZAWalk ZAWalkEntries(ZAScanner& scanner, const ZAWanted* wanted, ZAEntry& entry, ZADirectory* notes) {
-    while (ZALeft(scanner) > 0) {
-        const std::uint8_t* const sign = ZALook(scanner, signatureSize);
-        if (sign != nullptr && ZAHasSignature(sign, closingSignature)) break;
-        const std::uint8_t* const header = ZALook(scanner, entryHeaderSize);
-        if (header == nullptr || !ZAHasSignature(header, entrySignature)) return ZAWalk::Broken;
-        ZAReadEntry(header, entry);
-        const std::uint32_t nameLength = FILoadWordLE(header + 28);
-        const std::uint32_t extraLength = FILoadWordLE(header + 30);
-        const std::uint32_t commentLength = FILoadWordLE(header + 32);
-        ZAPass(scanner, entryHeaderSize);
-        if (nameLength + extraLength + commentLength > ZALeft(scanner)) return ZAWalk::Broken;
-        if (notes != nullptr) ZANoteEntry(scanner, nameLength, extraLength, entry, *notes);
-        if (wanted != nullptr && wanted->name.size() == nameLength) {
+    ZALengths lengths;
+    ZAStep step;
+    while ((step = ZATakeHeader(scanner, entry, lengths)) == ZAStep::Entry) {
+        if (notes != nullptr) ZANoteEntry(scanner, lengths.name, lengths.extra, entry, *notes);
+        if (wanted != nullptr && wanted->name.size() == lengths.name) {
             if (ZAMatchName(scanner, *wanted)) {
-                ZAReadExtraField(scanner, extraLength, entry);
+                ZAReadExtraField(scanner, lengths.extra, entry);
                 return ZAWalk::Found;
             }
         } else {
-            ZAPass(scanner, nameLength);
+            ZAPass(scanner, lengths.name);
         }
-        ZAPass(scanner, extraLength + commentLength);
+        ZAPass(scanner, lengths.extra + lengths.comment);
     }
-    return ZAWalk::NotThere;
+    return step == ZAStep::End ? ZAWalk::NotThere : ZAWalk::Broken;
+}
+
+// Takes a name that is longer than the buffer into memory of its own.
+bool ZATakeLongName(ZAScanner& scanner, char* name, std::uint32_t length) {
+    while (length > 0) {
+        const std::uint32_t piece = std::min(length, scannerBytes);
+        const std::uint8_t* const bytes = ZALook(scanner, piece);
+        if (bytes == nullptr) return false;
+        std::memcpy(name, bytes, piece);
+        ZAPass(scanner, piece);
+        name += piece;
+        length -= piece;
+    }
+    return true;
+}
+
+// Memory for names that are longer than the buffer, once there is one.
+struct ZALongName {
+    char* bytes;
+};
+
+// Takes a name, which lasts until the scanner goes on. Returns false when it can't be had.
+bool ZATakeName(ZAScanner& scanner, std::uint32_t length, ZALongName& longName, std::string_view& name) {
+    if (length <= scannerBytes) {
+        const std::uint8_t* const bytes = ZALook(scanner, length);
+        if (bytes == nullptr) return false;
+        name = {reinterpret_cast<const char*>(bytes), length};
+        ZAPass(scanner, length);
+        return true;
+    }
+    if (longName.bytes == nullptr) {
+        longName.bytes = static_cast<char*>(HeapAlloc(GetProcessHeap(), 0, longestName));
+        if (longName.bytes == nullptr) return false;
+    }
+    name = {longName.bytes, length};
+    return ZATakeLongName(scanner, longName.bytes, length);
+}
+
+bool ZAVisitScanned(ZAScanner& scanner, ZALongName& longName, ZANameVisitor visit, void* context) {
+    ZAEntry entry;
+    ZALengths lengths;
+    ZAStep step;
+    while ((step = ZATakeHeader(scanner, entry, lengths)) == ZAStep::Entry) {
+        std::string_view name;
+        if (!ZATakeName(scanner, lengths.name, longName, name)) return false;
+        if (!visit(context, name)) return true;
+        ZAPass(scanner, lengths.extra + lengths.comment);
+    }
+    return step == ZAStep::End;
 }
 
 // The note on a wanted name, or null when it is not one of those that are noted.
@@ -432,6 +496,15 @@ bool ZAFindEntry(UTHandle& file, const ZADirectory& directory, std::string_view 
     ZAStartScan(scanner, file, directory.start, directory.start + directory.size);
     const ZAWanted wanted = {name, anyCase};
     return ZAWalkEntries(scanner, &wanted, entry, nullptr) == ZAWalk::Found;
+}
+
+bool ZAVisitNames(UTHandle& file, const ZADirectory& directory, ZANameVisitor visit, void* context) {
+    ZAScanner scanner;
+    ZAStartScan(scanner, file, directory.start, directory.start + directory.size);
+    ZALongName longName = {nullptr};
+    const bool whole = ZAVisitScanned(scanner, longName, visit, context);
+    HeapFree(GetProcessHeap(), 0, longName.bytes);
+    return whole;
 }
 
 bool ZAFindData(UTHandle& file, const ZADirectory& directory, const ZAEntry& entry, std::uint64_t& offset) {

@@ -29,6 +29,15 @@ ZASearch ZASearchDirectory(UTHandle& file, ZADirectory& directory);
 // whether there is one.
 bool ZAFindEntry(UTHandle& file, const ZADirectory& directory, std::string_view name, bool anyCase, ZAEntry& entry);
 
+// What is called with each entry's name. Returns whether the walk is to go on.
+using ZANameVisitor = bool (*)(void* context, std::string_view name);
+
+// Walks the directory once and calls visit with the name of each entry, in their order, until it returns false. A name is
+// always whole, up to its 65,535 bytes, and lasts for the call; the walk takes memory only for one that is longer than
+// its buffer of 16 KiB. Returns false when it broke off in front of a name that can't be had: the file fails, or memory
+// is exhausted.
+bool ZAVisitNames(UTHandle& file, const ZADirectory& directory, ZANameVisitor visit, void* context);
+
 // Finds the first byte of a member's data by its local header. Returns whether the header stands where the entry says;
 // the data may still lie behind the end of the file.
 bool ZAFindData(UTHandle& file, const ZADirectory& directory, const ZAEntry& entry, std::uint64_t& offset);

@@ -93,6 +93,19 @@ TEST(Archive, OpensInAHostsHandleThroughOneOfThisLayer) {
     FICloseFile(file);
 }
 
+TEST(Archive, TellsTheNamesOfItsMembers) {
+    const OpenFile file(archiveBytes);
+    const auto count = [](void* context, std::string_view name) {
+        *static_cast<std::string*>(context) += std::string(name) + " ";
+        return true;
+    };
+    std::string names;
+    EXPECT_FALSE(UTVisitMembers(*UTFindHandle(file.File()), count, &names)) << "a file is no archive";
+    EXPECT_EQ(names, "");
+    EXPECT_TRUE(UTVisitMembers(*UTOpenArchive(*UTFindHandle(file.File())), count, &names));
+    EXPECT_EQ(names, "stored.txt packed.txt empty emptyPacked dir/inner.txt wide ");
+}
+
 TEST(Archive, IsFreedWithTheFileWhenNobodyClosesIt) {
     const std::size_t blocks = FIHeapBlocks();
     OpenFile file(archiveBytes);

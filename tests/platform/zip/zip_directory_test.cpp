@@ -11,6 +11,7 @@
 #include "platform/base_utility.h"
 #include "support/bytes.h"
 #include "support/open_file.h"
+#include "support/open_handle.h"
 #include "support/process_heap.h"
 #include "support/test_handle.h"
 #include "support/zip_writer.h"
@@ -567,6 +568,104 @@ TEST(FindEntry, AnswersFromANoteAsFromTheWalk) {
             }
         }
     }
+}
+
+// ---- Names --------------------------------------------------------------------------------------------------------
+
+struct Names {
+    std::vector<std::string> names;
+    std::size_t most = SIZE_MAX;  // the walk is ended behind so many
+};
+
+bool KeepName(void* context, std::string_view name) {
+    auto& kept = *static_cast<Names*>(context);
+    kept.names.emplace_back(name);
+    return kept.names.size() < kept.most;
+}
+
+// The names that a walk over the archive in the bytes visits.
+std::vector<std::string> NamesIn(const std::string& bytes, std::size_t most = SIZE_MAX) {
+    const OpenFile file(bytes);
+    UTHandle& handle = *UTFindHandle(file.File());
+    const std::size_t blocks = FIHeapBlocks();
+    ZADirectory directory;
+    Names kept = {{}, most};
+    EXPECT_TRUE(ZAFindDirectory(handle, directory) && ZAVisitNames(handle, directory, KeepName, &kept));
+    EXPECT_EQ(FIHeapBlocks(), blocks);
+    return kept.names;
+}
+
+TEST(VisitNames, GoesThroughAllOfTheDirectoryInItsOrder) {
+    const std::string odd("nul\0x", 5);
+    const std::vector<ZipMember> members = {
+        {"a", "1"}, {.name = odd, .zip64 = true, .extra = "e", .comment = "comment"}, {""}, {"a", "2"}, {"dir/"}};
+    EXPECT_EQ(NamesIn(FIWriteZip(members)), (std::vector<std::string>{"a", odd, "", "a", "dir/"}));
+    EXPECT_EQ(NamesIn(FIWriteZip(members, {.directoryOrder = {4, 1}})), (std::vector<std::string>{"dir/", odd}));
+    EXPECT_EQ(NamesIn(emptyZip), std::vector<std::string>());
+    EXPECT_EQ(NamesIn(FIWriteZip(twoMembers, {.directoryTail = FIBytes(R"("PK" 05 05 03 00 "abc")")})).size(), 2U);
+}
+
+TEST(VisitNames, EndsWhereItIsTold) {
+    EXPECT_EQ(NamesIn(plainZip, 1), std::vector<std::string>{"a.txt"});
+    EXPECT_EQ(NamesIn(plainZip, 2).size(), 2U);
+}
+
+TEST(VisitNames, ANameIsWholeWhateverItsLength) {
+    std::vector<std::string> names;
+    std::vector<ZipMember> members;
+    for (const std::size_t length : {65535U, 1U, 16383U, 16384U, 16385U, 3U, 40000U, 65535U, 16338U}) {
+        names.emplace_back();
+        while (names.back().size() < length) names.back() += std::to_string(names.back().size() * length);
+        names.back().resize(length);
+        members.push_back({.name = names.back(), .comment = std::string(length / 2, 'c')});
+    }
+    EXPECT_EQ(NamesIn(FIWriteZip(members)), names);
+}
+
+TEST(VisitNames, BreaksOffWhereMemoryForALongNameIsExhausted) {
+    const OpenFile file(
+        FIWriteZip({{"a", ""}, {std::string(16384, 'b'), ""}, {std::string(16385, 'c'), ""}, {"d", ""}}));
+    UTHandle& handle = *UTFindHandle(file.File());
+    ZADirectory directory;
+    ASSERT_TRUE(ZAFindDirectory(handle, directory));
+    Names kept;
+    FIFailAllocationsFrom(0);
+    const bool whole = ZAVisitNames(handle, directory, KeepName, &kept);
+    FIHeapNeverFails();
+    EXPECT_FALSE(whole);
+    EXPECT_EQ(kept.names.size(), 2U);
+}
+
+TEST(VisitNames, BreaksOffWhereTheFileFails) {
+    const auto host = FIMakeTestHandle(FIWriteZip({{std::string(20000, 'a'), ""}, {"b", ""}, {"c", ""}}));
+    const OpenHandle file = FIOpenOver(*host);
+    UTHandle& handle = *UTFindHandle(file.File());
+    ZADirectory directory;
+    ASSERT_TRUE(ZAFindDirectory(handle, directory));
+    for (std::uint32_t read = 0; read < 2; ++read) {
+        host->failReadsFrom = host->reads + read;
+        Names kept;
+        EXPECT_FALSE(ZAVisitNames(handle, directory, KeepName, &kept));
+        EXPECT_EQ(kept.names.size(), 0U);
+    }
+    host->failReadsFrom = testNever;
+    Names kept;
+    EXPECT_TRUE(ZAVisitNames(handle, directory, KeepName, &kept));
+    EXPECT_EQ(kept.names.size(), 3U);
+}
+
+TEST(VisitNames, ReadsTheDirectoryOnce) {
+    std::vector<ZipMember> members(3000, {.name = "member", .comment = "comment"});
+    const auto host = FIMakeTestHandle(FIWriteZip(members));
+    const OpenHandle file = FIOpenOver(*host);
+    UTHandle& handle = *UTFindHandle(file.File());
+    ZADirectory directory;
+    ASSERT_TRUE(ZAFindDirectory(handle, directory));
+    const std::uint64_t before = host->bytesDelivered;
+    Names kept;
+    EXPECT_TRUE(ZAVisitNames(handle, directory, KeepName, &kept));
+    EXPECT_EQ(kept.names.size(), 3000U);
+    EXPECT_EQ(host->bytesDelivered - before, directory.size);
 }
 
 // ---- Data ----------------------------------------------------------------------------------------------------------
