@@ -1,4 +1,103 @@
-// package_facts.cpp - what the second table asks about ZIP archives.
+// package_facts.cpp - opening a file's archive and reading what tells its kind.
 #include "further/package_facts.h"
 
-void FIFreePackageFacts(FIPackageFacts&) {}
+#include <algorithm>
+
+#include "platform/heap_allocator.h"
+#include "platform/zip/archive.h"
+
+namespace {
+
+constexpr FIMainPart noMainPart = {};
+
+// The facts of a file that is an archive; null when it is none or memory is exhausted.
+FIPackageFacts* FIFindPackage(FILook& look) {
+    if (look.package == nullptr) {
+        look.package = UTNewRecord<FIPackageFacts>();
+        if (look.package == nullptr) return nullptr;
+        *look.package = {};
+        look.package->archive = UTOpenArchive(*look.file);
+    }
+    return look.package->archive != nullptr ? look.package : nullptr;
+}
+
+std::string_view FITrimmed(std::string_view text) {
+    while (!text.empty() && FIIsTypeSpace(text.front())) text.remove_prefix(1);
+    while (!text.empty() && FIIsTypeSpace(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+void FIReadMimetype(FIPackageFacts& facts) {
+    UTHandle* const member = UTOpenMember(*facts.archive, "mimetype");
+    if (member == nullptr) return;
+    std::uint32_t size = 0;
+    if (UTReadAt(*member, 0, facts.mimetypeText.data(), mimetypeBytes, size) != 0) size = 0;
+    UTCloseHandle(*member);
+    facts.mimetype = FITrimmed({facts.mimetypeText.data(), size});
+}
+
+// One walk with its questions.
+struct FINameWalk {
+    std::span<const FINameQuestion> questions;
+    std::uint32_t enough;
+    std::uint32_t answered;
+};
+
+bool FIAnswersName(const FINameQuestion& question, std::string_view name) {
+    switch (question.test) {
+        case FINameTest::Is:
+            return name == question.text;
+        case FINameTest::Begins:
+            return name.starts_with(question.text);
+        case FINameTest::Contains:
+            break;
+    }
+    return name.find(question.text) != std::string_view::npos;
+}
+
+bool FIPutQuestions(void* context, std::string_view name) {
+    auto& walk = *static_cast<FINameWalk*>(context);
+    std::uint32_t bit = 1;
+    for (const FINameQuestion& question : walk.questions) {
+        if ((walk.answered & bit) == 0 && FIAnswersName(question, name)) walk.answered |= bit;
+        bit <<= 1;
+    }
+    return (walk.answered & walk.enough) == 0;
+}
+
+}  // namespace
+
+void FIFreePackageFacts(FIPackageFacts& facts) {
+    if (facts.archive != nullptr) UTCloseHandle(*facts.archive);
+    UTDeleteRecord(facts);
+}
+
+UTHandle* FIArchiveOf(FILook& look) {
+    const FIPackageFacts* const facts = FIFindPackage(look);
+    return facts != nullptr ? facts->archive : nullptr;
+}
+
+std::string_view FIMimetypeOf(FILook& look) {
+    FIPackageFacts* const facts = FIFindPackage(look);
+    if (facts == nullptr) return {};
+    if (!facts->mimetypeRead) FIReadMimetype(*facts);
+    facts->mimetypeRead = true;
+    return facts->mimetype;
+}
+
+const FIMainPart& FIMainPartOf(FILook& look) {
+    FIPackageFacts* const facts = FIFindPackage(look);
+    if (facts == nullptr) return noMainPart;
+    if (!facts->mainPartSought) FIFindMainPart(*facts->archive, facts->main);
+    facts->mainPartSought = true;
+    return facts->main;
+}
+
+std::uint32_t FIAskNames(FILook& look, std::span<const FINameQuestion> questions, std::uint32_t enough) {
+    UTHandle* const archive = FIArchiveOf(look);
+    if (archive == nullptr) return 0;
+    FINameWalk walk = {questions.first(std::min(questions.size(), mostNameQuestions)), enough, 0};
+    static_cast<void>(
+        UTVisitMembers(*archive, FIPutQuestions, &walk));  // where it breaks off, what was answered counts
+    return walk.answered;
+}
