@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "further/look_numbers.h"
 #include "further/package_facts.h"
 #include "platform/base_utility.h"
 #include "reader/ascii_case.h"
@@ -73,7 +74,18 @@ std::span<const std::uint8_t> FILookAtHead(FILook& look) {
     return {look.wide, look.wideSize};
 }
 
+bool FILookAt(FILook& look, std::uint64_t offset, void* destination, std::uint32_t size) {
+    const std::span<const std::uint8_t> known = look.wide != nullptr ? FILookAtHead(look) : FILookAtStart(look);
+    if (offset > known.size() || known.size() - offset < size) {
+        return UTReadFully(*look.file, offset, destination, size);
+    }
+    std::memcpy(destination, known.data() + offset, size);
+    return true;
+}
+
+// A file that ends within the patterns' reach is read whole: what its tail does not tell, all of it may.
 bool FILookAtTail(FILook& look, std::uint64_t distance, void* destination, std::uint32_t size) {
+    if (look.size <= lookHeadBytes) static_cast<void>(FILookAtHead(look));
     return look.size != unknownSize && look.size >= distance && FILookAt(look, look.size - distance, destination, size);
 }
 
@@ -84,4 +96,10 @@ bool FIHoldsWord(std::string_view list, std::string_view word) {
         list.remove_prefix(std::min(size + 1, list.size()));
     }
     return false;
+}
+
+bool FIEndsWith(FILook& look, std::uint64_t distance, std::string_view text) {
+    std::array<char, 16> bytes;
+    const auto size = static_cast<std::uint32_t>(text.size());
+    return FILookAtTail(look, distance, bytes.data(), size) && std::string_view(bytes.data(), size) == text;
 }

@@ -59,9 +59,7 @@ inline std::span<const std::uint8_t> FILookAtStart(const FILook& look) { return 
 std::span<const std::uint8_t> FILookAtHead(FILook& look);
 
 // Reads size bytes at an offset of up to 64 bits. Returns false when they are not all there.
-inline bool FILookAt(FILook& look, std::uint64_t offset, void* destination, std::uint32_t size) {
-    return UTReadFully(*look.file, offset, destination, size);
-}
+bool FILookAt(FILook& look, std::uint64_t offset, void* destination, std::uint32_t size);
 
 // Reads size bytes that begin distance bytes before the end. Returns false when the file has fewer than distance bytes or
 // its size is not known.

@@ -186,8 +186,8 @@ __m128i FIHighAbove(__m128i bytes, std::uint8_t limit) { return _mm_cmpgt_epi8(b
 __m128i FIUtf8Errors(const std::uint8_t* bytes) {
     const __m128i here = FILoad(bytes);
     const __m128i first = FILoad(bytes - 1);
-    const __m128i asked = _mm_or_si128(FIAbove(first, 0xBF), _mm_or_si128(FIAbove(FILoad(bytes - 2), 0xDF),
-                                                                          FIAbove(FILoad(bytes - 3), 0xEF)));
+    const __m128i asked = _mm_or_si128(
+        FIAbove(first, 0xBF), _mm_or_si128(FIAbove(FILoad(bytes - 2), 0xDF), FIAbove(FILoad(bytes - 3), 0xEF)));
     const __m128i continues = FIHighBelow(here, 0xC0);
     const __m128i notAsked = _mm_cmpeq_epi8(asked, _mm_setzero_si128());
     const __m128i misplaced = _mm_cmpeq_epi8(continues, notAsked);
@@ -263,8 +263,8 @@ bool FIIsUtf8(const std::uint8_t* bytes, std::size_t size, bool mayBeCut) {
 const std::uint8_t* FIPassStringBytes(const std::uint8_t* bytes, const std::uint8_t* end) {
     for (; end - bytes >= static_cast<std::ptrdiff_t>(vectorSize); bytes += vectorSize) {
         const __m128i vector = FILoad(bytes);
-        const std::uint32_t marks = FIBits(
-            _mm_or_si128(FIAtMost(vector, lastLow), _mm_or_si128(FIEqual(vector, '"'), FIEqual(vector, '\\'))));
+        const std::uint32_t marks =
+            FIBits(_mm_or_si128(FIAtMost(vector, lastLow), _mm_or_si128(FIEqual(vector, '"'), FIEqual(vector, '\\'))));
         if (marks != 0) return bytes + std::countr_zero(marks);
     }
     return FIPassStringBytesPortable(bytes, end);

@@ -116,30 +116,31 @@ enum {
  * Its size and layout stay as they are within a major version; what is added takes the place of reserved fields, which
  * are filled with 0. */
 typedef struct fiid_result {
-    uint16_t fiid;                 /* the signature table's identifier; 1999 when it knows none; 0 after a failure */
-    uint16_t further;              /* the more precise identifier of the further table, 0 if there is none */
-    uint16_t row;                  /* the signature table's deciding row; 0 when no row decided */
-    uint16_t further_row;          /* the further table's deciding row; 0 when further is 0 */
-    int32_t basis;                 /* FIID_BASIS_NONE and the like, of the most precise answer */
-    uint32_t warnings;             /* FIID_WARN_EXTENSION and the like */
-    uint64_t size;                 /* of the file, in bytes; FIID_SIZE_UNKNOWN for files that tell none, as under /proc */
-    int64_t modified_seconds;      /* when the file was last modified: seconds since 1970-01-01 UTC, may be negative, */
+    uint16_t fiid;            /* the signature table's identifier; 1999 when it knows none; 0 after a failure */
+    uint16_t further;         /* the more precise identifier of the further table, 0 if there is none */
+    uint16_t row;             /* the signature table's deciding row; 0 when no row decided */
+    uint16_t further_row;     /* the further table's deciding row; 0 when further is 0 */
+    int32_t basis;            /* FIID_BASIS_NONE and the like, of the most precise answer */
+    uint32_t warnings;        /* FIID_WARN_EXTENSION and the like */
+    uint64_t size;            /* of the file, in bytes; FIID_SIZE_UNKNOWN for files that tell none, as under /proc */
+    int64_t modified_seconds; /* when the file was last modified: seconds since 1970-01-01 UTC, may be negative, */
     uint32_t modified_nanoseconds; /* and up to 999,999,999 more */
     uint32_t modified_known;       /* 1 when the two before tell that: of paths and descriptors; else 0 */
     uint64_t bytes_read;           /* what the answer cost: bytes that system reads, or the source's, delivered; of */
     uint64_t calls;                /* memory, which is looked at in place, 0; and how many such calls were made */
     int32_t system_error;          /* errno of the call that failed, 0 when none did or it has no such number */
-    int32_t source_error;          /* what the source's read_at returned first that was not 0; also with FIID_OK, where a
+    int32_t source_error; /* what the source's read_at returned first that was not 0; also with FIID_OK, where a
                                     * part of the file that was looked at could not be read */
     uint32_t reserved_numbers[6];
 
     /* Of the most precise answer: of further, or of fiid when that is 0. */
-    const char* name;       /* display name, such as "JPEG XL image, codestream" */
-    const char* mime;       /* media type, such as "image/jxl"; "" when none is right for all of these files */
-    const char* version;    /* as read in the file, such as "1.7"; "" when none is read */
-    const char* puids;      /* PRONOM identifiers, one blank between two: the one that the version leaves, or all that are
+    const char* name;    /* display name, such as "JPEG XL image, codestream" */
+    const char* mime;    /* media type, such as "image/jxl"; "" when none is right for all of these files */
+    const char* version; /* as read in the file, such as "1.7"; "" when none is read */
+    const char* puids;   /* PRONOM identifiers, one blank between two: the one that the version leaves, or all that are
                              * possible; "" when none is right */
-    const char* extensions; /* usual extensions of the name, lower case, no full stop, one blank between two; "" for none */
+    const char*
+        extensions; /* usual extensions of the name, lower case, no full stop, one blank between two; "" for none */
 
     /* Why. */
     const char* signature;         /* what row looks for, in the table's notation; "" when row is 0 */

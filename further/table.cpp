@@ -1,0 +1,158 @@
+// table.cpp - the second table, put together from its families of rows.
+#include "further/table.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <span>
+
+#include "further/archive_rows.h"
+#include "further/data_rows.h"
+#include "further/design_rows.h"
+#include "further/image_rows.h"
+#include "further/key_rows.h"
+#include "further/media_rows.h"
+#include "further/package_rows.h"
+#include "further/program_rows.h"
+#include "further/rest_rows.h"
+#include "further/storage_rows.h"
+#include "further/text_rows.h"
+
+namespace {
+
+// A family's rows with what the compiler makes of them: one evaluation each, for its limits.
+template <const auto& rows>
+struct FIFurtherFamily {
+    static constexpr auto code = FIAssembleRows<rows>();
+    static constexpr std::array<FIRowNeeds, std::size(rows)> needs = [] {
+        std::array<FIRowNeeds, std::size(rows)> made;
+        for (std::size_t index = 0; index < made.size(); ++index) made[index] = FINeedsOfSignature(rows[index].signature);
+        return made;
+    }();
+};
+
+// Calls visit<rows>() for each family, in table order.
+template <typename Visit>
+constexpr void FIVisitFamilies(Visit visit) {
+    visit.template operator()<furtherPackageRows>();
+    visit.template operator()<furtherImageRows>();
+    visit.template operator()<furtherMediaRows>();
+    visit.template operator()<furtherArchiveRows>();
+    visit.template operator()<furtherProgramRows>();
+    visit.template operator()<furtherDataRows>();
+    visit.template operator()<furtherDesignRows>();
+    visit.template operator()<furtherKeyRows>();
+    visit.template operator()<furtherTextRows>();
+    visit.template operator()<furtherStorageRows>();
+    visit.template operator()<furtherRestRows>();
+}
+
+consteval std::size_t FICountRows() {
+    std::size_t count = 0;
+    FIVisitFamilies([&count]<const auto& rows>() { count += std::size(rows); });
+    return count;
+}
+static_assert(FICountRows() == furtherRowCount, "furtherRowCount in table.h is the number of rows");
+
+consteval std::array<FIRowNeeds, furtherRowCount> FIJoinFurtherNeeds() {
+    std::array<FIRowNeeds, furtherRowCount> needs = {};
+    std::size_t index = 0;
+    FIVisitFamilies([&]<const auto& rows>() {
+        for (const FIRowNeeds& row : FIFurtherFamily<rows>::needs) needs[index++] = row;
+    });
+    return needs;
+}
+
+constexpr std::array<FIRowNeeds, furtherRowCount> needs = FIJoinFurtherNeeds();
+constexpr auto setsOfOffset0 = FIMakeOffsetSets(needs, 0);
+constexpr auto setsOfOffset1 = FIMakeOffsetSets(needs, 1);
+constexpr auto setsOfOffset2 = FIMakeOffsetSets(needs, 2);
+constexpr auto setsOfOffset3 = FIMakeOffsetSets(needs, 3);
+static_assert(firstOffsets == 4);
+constexpr FIFurtherRowSet rowsOfClasses = FIMakeClassRows(needs);
+constexpr auto farNeeds = FIMakeFarNeeds(needs);
+
+template <typename Picks>
+consteval FIFurtherRowSet FIPickRows(Picks picks) {
+    FIFurtherRowSet set = {};
+    std::size_t index = 0;
+    FIVisitFamilies([&]<const auto& rows>() {
+        for (const FIFurtherRow& row : rows) {
+            if (picks(row.over)) FIAddRow(set, index);
+            ++index;
+        }
+    });
+    return set;
+}
+
+constexpr FIFurtherRowSet overNothing = {};
+constexpr FIFurtherRowSet overUnknown = FIPickRows([](FIOver over) { return over == FIOver::TextOrUnknown; });
+constexpr FIFurtherRowSet overText =
+    FIPickRows([](FIOver over) { return over == FIOver::TextOrUnknown || over == FIOver::Text; });
+constexpr FIFurtherRowSet overPackages = FIPickRows([](FIOver over) { return over == FIOver::Packages; });
+
+struct FIFurtherPlace {
+    const FIFurtherRow* row;
+    const std::uint8_t* code;
+};
+
+consteval std::array<FIFurtherPlace, furtherRowCount> FIJoinPlaces() {
+    std::array<FIFurtherPlace, furtherRowCount> places = {};
+    std::size_t entry = 0;
+    FIVisitFamilies([&]<const auto& rows>() {
+        for (std::size_t index = 0; index < std::size(rows); ++index) {
+            const auto& code = FIFurtherFamily<rows>::code;
+            places[entry++] = {&rows[index], code.bytes.data() + code.starts[index]};
+        }
+    });
+    return places;
+}
+
+constexpr std::array<FIFurtherPlace, furtherRowCount> places = FIJoinPlaces();
+
+}  // namespace
+
+const FIFurtherRowSet& FIFurtherRowsOver(FIID fiid) {
+    switch (fiid) {
+        case 1999:
+            return overUnknown;
+        case 4005:
+        case 4022:
+        case 4025:
+            return overText;
+        case 1309:
+        case 1312:
+        case 1454:
+        case 1455:
+        case 1632:
+        case 1633:
+        case 1635:
+        case 1802:
+            return overPackages;
+        default:
+            return overNothing;
+    }
+}
+
+FIFurtherRowSet FISelectFurtherRows(const FIFurtherRowSet& rows, const FIFilterBytes& head, bool hasClassId) {
+    const FIFurtherRowSet& of0 = setsOfOffset0[FIValueAt(head, 0)];
+    const FIFurtherRowSet& of1 = setsOfOffset1[FIValueAt(head, 1)];
+    const FIFurtherRowSet& of2 = setsOfOffset2[FIValueAt(head, 2)];
+    const FIFurtherRowSet& of3 = setsOfOffset3[FIValueAt(head, 3)];
+    FIFurtherRowSet selected;
+    for (std::size_t word = 0; word < selected.size(); ++word) {
+        selected[word] = rows[word] & of0[word] & of1[word] & of2[word] & of3[word];
+        if (!hasClassId) selected[word] &= ~rowsOfClasses[word];
+    }
+    return selected;
+}
+
+bool FIFurtherFarByteFits(std::uint16_t row, const FIFilterBytes& head) {
+    return FIFarByteFits(farNeeds[row - 1U], head);
+}
+
+const std::uint8_t* FIFurtherEntry(std::uint16_t number) { return places[number - 1U].code; }
+
+const FIFurtherRow* FIFindFurtherRow(std::uint16_t number) {
+    return number >= 1 && number <= furtherRowCount ? places[number - 1U].row : nullptr;
+}
