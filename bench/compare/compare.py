@@ -45,6 +45,9 @@ def count(tools, files):
         row = counts[name] = measure.library_calls(tools, listed, different)
         row.update(measure.heap_blocks(tools, listed))
         row["instructions"] = measure.library_instructions(tools, sample, sampled)
+        calls = measure.library_calls(tools, listed, different, "detect")
+        row.update({f"detect {key}": value for key, value in calls.items()})
+        row["detect instructions"] = measure.library_instructions(tools, sample, sampled, "detect")
         for output_format in measure.FORMATS:
             calls = measure.program_calls(tools, output_format, listed, different, empty)
             row.update({f"{output_format} {key}": value for key, value in calls.items()})

@@ -15,6 +15,7 @@ typedef struct Contestant {
 
 extern const Contestant floorContestant;    /* open, fstat, pread of 4 KiB, close */
 extern const Contestant libraryContestant;  /* FIIdFile with text identification */
+extern const Contestant detectContestant;   /* fiid_detect_path */
 extern const Contestant libmagicContestant; /* magic_file */
 extern const Contestant glibContestant;     /* g_content_type_guess over the first 4 KiB, without a name */
 

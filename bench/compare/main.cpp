@@ -2,7 +2,7 @@
 //   fiid_compare classes LIST                            the class of each file
 //   fiid_compare costs LIST                              what each file costs by itself
 //   fiid_compare rounds NUMBER PROGRAM NAME=LIST...      rounds of laps; an empty PROGRAM stays out
-//   fiid_compare lap floor|library|libmagic|GLib LIST    a lap to warm up and a counted lap
+//   fiid_compare lap floor|library|detect|libmagic|GLib LIST    a lap to warm up and a counted lap
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -48,7 +48,8 @@ int Rounds(int rounds, const char* program, int count, char** namedLists) {
 
 int CountedLap(std::string_view name, const char* list) {
     const Paths paths = ReadList(list);
-    for (const Contestant* contestant : {&floorContestant, &libraryContestant, &libmagicContestant, &glibContestant}) {
+    for (const Contestant* contestant :
+         {&floorContestant, &libraryContestant, &detectContestant, &libmagicContestant, &glibContestant}) {
         if (contestant->name != name) continue;
         if (contestant->start == nullptr || contestant->start() != 0) return 1;
         RunLap(*contestant, paths);

@@ -67,9 +67,9 @@ def sums(calls):
             "bytes": sum(max(0, result) for name, result in calls if name in ("pread64", "read"))}
 
 
-def library_calls(tools, listed, files):
+def library_calls(tools, listed, files, who="library"):
     """Calls, preads and bytes a file of the library, between the two marks of the counted lap."""
-    calls = traced([tools.compare, "lap", "library", listed], listed)
+    calls = traced([tools.compare, "lap", who, listed], listed)
     begin, end = [index for index, (name, _) in enumerate(calls) if name == "mark"]
     return {key: value / files for key, value in sums(calls[begin + 1:end]).items()}
 
@@ -88,9 +88,9 @@ def instructions(command, *options):
     return int(re.search(r"Collected : (\d+)", told.stderr)[1])
 
 
-def library_instructions(tools, listed, files):
+def library_instructions(tools, listed, files, who="library"):
     """Instructions a file of open, identify and close together, when each file has been seen once."""
-    return instructions([tools.compare, "lap", "library", listed], "--toggle-collect=RunCountedLap") / files
+    return instructions([tools.compare, "lap", who, listed], "--toggle-collect=RunCountedLap") / files
 
 
 def program_instructions(tools, output_format, listed, files, empty):

@@ -1,10 +1,12 @@
 """The tables in Markdown that docs/PERFORMANCE.md shows."""
+import math
+
 from file_list import CLASSES, SHUFFLED, START
 from measure import FORMATS, median
 
 IN_LAPS = "the mix, in laps"
 IN_DISORDER = "the mix, shuffled"
-WHO = ["floor", "library", "text", "ndjson", "libmagic", "GLib"]
+WHO = ["floor", "library", "detect", "text", "ndjson", "libmagic", "GLib"]
 TITLES = {"text": "program, text", "ndjson": "program, ndjson"}
 
 
@@ -79,14 +81,16 @@ def print_start(result):
 
 
 COUNTS = [("calls", "system calls"), ("preads", "preads"), ("bytes", "bytes read"), ("instructions", "instructions"),
-          ("blocks", "heap blocks"), ("text calls", "program, text: calls"),
+          ("blocks", "heap blocks"), ("detect preads", "detect: preads"),
+          ("detect bytes", "detect: bytes read"), ("detect instructions", "detect: instructions"),
+          ("text calls", "program, text: calls"),
           ("text instructions", "program, text: instructions"), ("ndjson instructions", "program, ndjson: instructions")]
 
 
 def mix_of_counts(result):
     classes = list(result["counts"])
     return {key: weighted({name: [result["counts"][name][key]] for name in classes}, classes, result["files"])[0]
-            for key, _ in COUNTS}
+            for key, _ in COUNTS if key in result["counts"][classes[0]]}
 
 
 def print_counts(result):
@@ -136,7 +140,7 @@ def print_change(before, after):
         old = {**before["counts"], IN_LAPS: mix_of_counts(before)}
         new = {**after["counts"], IN_LAPS: mix_of_counts(after)}
         table(["class", *(title for _, title in COUNTS)],
-              [[name, *(f"{number(old[name][key])} / {number(new[name][key])}" for key, _ in COUNTS)]
+              [[name, *(f"{number(old[name].get(key, math.nan))} / {number(new[name][key])}" for key, _ in COUNTS)]
                for name in new if name in old])
     if "cliffs" in before and "cliffs" in after:
         table(["input", "ratio to the floor"],

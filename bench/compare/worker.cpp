@@ -44,7 +44,8 @@ bool StartWorker(const Contestant& contestant, const std::vector<Lap>& laps, Wor
 
 std::vector<Worker> StartWorkers(const std::vector<Lap>& laps) {
     std::vector<Worker> workers;
-    for (const Contestant* contestant : {&floorContestant, &libraryContestant, &libmagicContestant, &glibContestant}) {
+    for (const Contestant* contestant :
+         {&floorContestant, &libraryContestant, &detectContestant, &libmagicContestant, &glibContestant}) {
         Worker worker = {};
         if (contestant->start == nullptr) {
             std::fprintf(stderr, "%s was not built in\n", contestant->name);
