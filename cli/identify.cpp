@@ -9,10 +9,7 @@
 
 #include "cli/descriptors.h"
 #include "cli/spool.h"
-#include "core/driver.h"
-#include "platform/base_utility.h"
-#include "platform/byte_objects.h"
-#include "platform/operations.h"
+#include "fiid/detect.h"
 
 namespace {
 
@@ -30,38 +27,30 @@ std::string DescribeOpenFailure(const std::string& path, int reason) {
     return ReasonOf(reason);
 }
 
-// Reads one byte first: the library takes a file that can be opened and not read for an empty one.
-void IdentifyHandle(HIOFILE handle, std::uint32_t flags, Record& record) {
-    std::uint8_t byte = 0;
-    std::uint32_t count = 0;
-    errno = 0;
-    if (handle->operations.IORead(handle, &byte, 1, &count) != 0) {
-        record.error = ReasonOf(errno);
-        return;
-    }
-    FIVerdict verdict = {0, 0};
-    if (FIIdHandleWithRow(handle, flags, verdict) != 0) {
-        record.error = "memory is exhausted";
-        return;
-    }
-    record.fiid = verdict.fiid;
-    record.row = verdict.row;
+// A file that was opened and could not be told, in words.
+std::string DescribeFailure(std::int32_t status, const fiid_result& answer) {
+    return status == FIID_ERROR_READ ? ReasonOf(answer.system_error) : fiid_error_text(status);
 }
 
-// inputName stands for the descriptor in the error.
-void IdentifyDescriptor(const IODescriptorSpec& specification, const std::string& inputName, std::uint32_t flags,
-                        Record& record) {
-    HIOFILE handle = nullptr;
-    if (IOOpen(&handle, IOSpecDescriptor, &specification, IOOpenRead) != 0) {
-        record.error = inputName + ": " + ReasonOf(errno);
-        return;
-    }
-    IdentifyHandle(handle, flags, record);
-    handle->operations.IOClose(handle);
+bool WasOpened(std::int32_t status) { return status == FIID_ERROR_READ || status == FIID_ERROR_MEMORY; }
+
+fiid_options OptionsWith(std::uint32_t flags) { return {sizeof(fiid_options), flags}; }
+
+// What a descriptor is, for those who have it. inputName stands for it in the error.
+struct Input {
+    int descriptor;
+    const char* name;  // of the file, or null
+};
+
+void IdentifyDescriptor(const Input& input, const std::string& inputName, std::uint32_t flags, Record& record) {
+    const fiid_options options = OptionsWith(flags);
+    const std::int32_t status = fiid_detect_descriptor(input.descriptor, input.name, &options, &record.answer);
+    if (status == FIID_OK) return;
+    record.error = WasOpened(status) ? DescribeFailure(status, record.answer)
+                                     : inputName + ": " + ReasonOf(record.answer.system_error);
 }
 
-void IdentifyStream(const IODescriptorSpec& stream, const std::string& streamName, std::uint32_t flags,
-                    Record& record) {
+void IdentifyStream(const Input& stream, const std::string& streamName, std::uint32_t flags, Record& record) {
     SpooledInput input;
     if (!input.Open(stream.descriptor, streamName, record.error)) return;
     IdentifyDescriptor({input.Descriptor(), stream.name}, streamName, flags, record);
@@ -87,13 +76,13 @@ bool IsDirectory(const std::string& path) {
 Record IdentifyPath(const std::string& path, std::uint32_t flags) {
     Record record;
     record.path = path;
-    HIOFILE handle = nullptr;
-    if (IOOpen(&handle, IOSpecNarrow, path.c_str(), IOOpenRead) != 0) {
-        record.error = DescribeOpenFailure(path, errno);
-        return record;
+    const fiid_options options = OptionsWith(flags);
+    const std::int32_t status = fiid_detect_path(path.c_str(), &options, &record.answer);
+    if (WasOpened(status)) {
+        record.error = DescribeFailure(status, record.answer);
+    } else if (status != FIID_OK) {
+        record.error = DescribeOpenFailure(path, record.answer.system_error);
     }
-    IdentifyHandle(handle, flags, record);
-    handle->operations.IOClose(handle);
     return record;
 }
 
@@ -102,8 +91,7 @@ Record IdentifyPath(const std::string& path, std::uint32_t flags) {
 // looking first would spare: what is neither a file nor a FIFO was always opened to be refused.
 //
 // The library is not given the path: it would open and close a FIFO to learn what it is, and a writer that waits there
-// would lose its reader, and end by SIGPIPE. Nor is IOOpen given the descriptor, whose mode it would ask for: one more
-// call, for what is known here.
+// would lose its reader, and end by SIGPIPE.
 std::optional<Record> IdentifyNamedPath(const std::string& path, std::uint32_t flags) {
     Record record;
     record.path = path;
@@ -114,20 +102,17 @@ std::optional<Record> IdentifyNamedPath(const std::string& path, std::uint32_t f
         record.error = DescribeOpenFailure(path, reason);
         return record;
     }
-    const IODescriptorSpec specification = {named.Number(), path.c_str()};
-    UTHandle* const handle = UTOpenReadableDescriptor(specification);
-    if (handle != nullptr) {
-        UTGiveOperations(*handle);
-        IdentifyHandle(UTHandleFile(*handle), flags, record);
-        UTCloseHandle(*handle);
-        return record;
-    }
-    const int reason = errno;
-    if (reason == EISDIR) return std::nullopt;
-    if (IsFifo(named.Number())) {
-        IdentifyStream(specification, "FIFO", flags, record);  // through this descriptor, the writer's one reader
+    const Input input = {named.Number(), path.c_str()};
+    const fiid_options options = OptionsWith(flags | FIID_DESCRIPTOR_IS_READABLE);
+    const std::int32_t status = fiid_detect_descriptor(input.descriptor, input.name, &options, &record.answer);
+    if (status == FIID_OK) return record;
+    if (status == FIID_ERROR_DIRECTORY) return std::nullopt;
+    if (WasOpened(status)) {
+        record.error = DescribeFailure(status, record.answer);
+    } else if (status == FIID_ERROR_NOT_A_FILE && IsFifo(named.Number())) {
+        IdentifyStream(input, "FIFO", flags, record);  // through this descriptor, the writer's one reader
     } else {
-        record.error = DescribeOpenFailure(path, reason);
+        record.error = DescribeOpenFailure(path, record.answer.system_error);
     }
     return record;
 }
@@ -135,14 +120,14 @@ std::optional<Record> IdentifyNamedPath(const std::string& path, std::uint32_t f
 Record IdentifyStandardInput(std::uint32_t flags) {
     Record record;
     record.path = "-";
-    const IODescriptorSpec specification = {STDIN_FILENO, nullptr};
+    const Input input = {STDIN_FILENO, nullptr};
     const std::string name = "standard input";
     if (!IsOpenForReading(STDIN_FILENO)) {
         record.error = name + " is closed";
     } else if (HoldsAFile(STDIN_FILENO)) {
-        IdentifyDescriptor(specification, name, flags, record);
+        IdentifyDescriptor(input, name, flags, record);
     } else {
-        IdentifyStream(specification, name, flags, record);
+        IdentifyStream(input, name, flags, record);
     }
     return record;
 }

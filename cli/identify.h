@@ -7,7 +7,7 @@
 
 #include "cli/record.h"
 
-// Identifies the file at a path; flags are those of FIIdHandle. A FIFO has a reader for a moment: this is for paths that
+// Identifies the file at a path; flags are those of fiid_options. A FIFO has a reader for a moment: this is for paths that
 // lead to none.
 Record IdentifyPath(const std::string& path, std::uint32_t flags);
 

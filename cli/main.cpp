@@ -3,7 +3,6 @@
 
 #include <exception>
 
-#include "catalogue/format_catalogue.h"
 #include "cli/descriptors.h"
 #include "cli/file_walk.h"
 #include "cli/identify.h"
@@ -12,6 +11,7 @@
 #include "cli/output.h"
 #include "cli/path_list.h"
 #include "cli/record_writer.h"
+#include "fiid/detect.h"
 
 namespace {
 
@@ -20,13 +20,22 @@ constexpr int successExitStatus = 0;
 void ListFormats(const Options& options) {
     RecordWriter writer(options.format, options.explain);
     writer.BeginFormats();
-    for (const FIFormatRecord& format : FIFormatRecords()) writer.Write(format);
+    fiid_format format;
+    for (std::uint32_t index = 0; fiid_format_at(index, &format) == FIID_OK; ++index) writer.Write(format);
     writer.End();
+}
+
+std::uint32_t FlagsOf(const Options& options) {
+    std::uint32_t flags = 0;
+    if (!options.extendedText) flags |= FIID_NO_TEXT;
+    if (!options.further) flags |= FIID_NO_FURTHER;
+    if (options.explain) flags |= FIID_EXPLAIN;
+    return flags;
 }
 
 // Identifies everything the options name. Returns whether all of it could be read.
 bool IdentifyAll(const Options& options) {
-    const std::uint32_t flags = options.extendedText ? FIFlagExtendedText : 0;
+    const std::uint32_t flags = FlagsOf(options);
     bool allRead = true;
     RecordWriter writer(options.format, options.explain);
     const auto write = [&](const Record& record) {
@@ -77,10 +86,6 @@ int Run(int argc, char** argv) {
     int exitStatus = successExitStatus;
     const std::optional<Options> options = ParseOptions(argc, argv, exitStatus);
     if (!options.has_value()) return exitStatus;
-    if (FIInit(nullptr) != 0) {
-        WriteMessage("the base utility library does not start");
-        return failedExitStatus;
-    }
     if (ReaderWaitsForRecords(*options)) FlushEachRecord();
     bool allRead = true;
     if (options->listFormats) {
@@ -88,7 +93,6 @@ int Run(int argc, char** argv) {
     } else {
         allRead = IdentifyAll(*options);
     }
-    FIDeInit(nullptr);
     return allRead ? successExitStatus : failedExitStatus;
 }
 

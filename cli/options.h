@@ -10,7 +10,9 @@
 struct Options {
     OutputFormat format = OutputFormat::Text;
     bool extendedText = true;
+    bool further = true;
     bool explain = false;
+    bool mime = false;
     bool listFormats = false;
     bool nulSeparated = false;
     std::optional<std::string> filesFrom;  // "-" for standard input

@@ -3,21 +3,21 @@
 
 #include <span>
 
-#include "catalogue/format_catalogue.h"
 #include "cli/record.h"
+#include "fiid/detect.h"
 
-enum class OutputFormat { Text, Ndjson, Json, Csv, Tsv };
+enum class OutputFormat { Text, Ndjson, Json, Csv, Tsv, Mime };
 
 // Writes records to standard output in one format, from Begin to End.
 class RecordWriter {
  public:
-    // With explain, records also tell the deciding row of the signature table and its notation.
+    // With explain, records also tell what decided, what it looked at, and what that cost.
     RecordWriter(OutputFormat format, bool explain) : format_(format), explain_(explain) {}
 
     void BeginRecords();
     void Write(const Record& record);
     void BeginFormats();
-    void Write(const FIFormatRecord& format);
+    void Write(const fiid_format& format);
     void End();
 
  private:
