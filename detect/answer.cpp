@@ -90,7 +90,8 @@ void FILookFurther(FILook& look, std::uint32_t flags, fiid_result& result) {
 }
 
 std::int32_t FIIdentify(UTHandle& file, std::uint32_t flags, fiid_result& result) {
-    UTOpened opened = {"", ""};
+    UTOpened opened;
+    opened.count = 0;
     if ((flags & FIID_EXPLAIN) != 0) file.opened = &opened;
     FIVerdict verdict = {0, 0};
     if (FIIdHandleWithRow(UTHandleFile(file), FITextFlag(flags), verdict) != 0) return FIID_ERROR_MEMORY;

@@ -129,15 +129,11 @@ void FIAddStorage(FIWords& words, UTHandle& file) {
     const HIOFILE handle = UTHandleFile(file);
     if (handle->operations.IOGetInfo(handle, IOInfoClassId, classId) == 0) FIAddClass(words, classId);
     if (file.opened == nullptr) return;
-    if (file.opened->storage[0] != '\0') {
+    for (std::uint32_t index = 0; index < file.opened->count; ++index) {
+        const UTOpenedObject& object = file.opened->objects[index];
         words.Separate(", ");
-        words.Add("sub-storage ");
-        words.AddEscaped(file.opened->storage);
-    }
-    if (file.opened->stream[0] != '\0') {
-        words.Separate(", ");
-        words.Add("stream ");
-        words.AddEscaped(file.opened->stream);
+        words.Add(object.kind == IOSUB_STREAM ? "stream " : "sub-storage ");
+        words.AddEscaped(object.name);
     }
 }
 

@@ -50,11 +50,17 @@ struct UTAttachment {
     void (*end)(UTAttachment& attachment);
 };
 
-// The last stream and the last sub-storage that were opened in an object, at whatever depth, for those who explain its
-// answer. Names as they were asked for; "" while nothing was opened.
+// A stream or a sub-storage that was opened in an object, at whatever depth. The name is as it was asked for; storages have
+// none of more than 31 characters.
+struct UTOpenedObject {
+    std::uint32_t kind;  // IOSUB_STREAM or IOSUB_STORAGE
+    char name[64];
+};
+
+// The first few of them, each once, for those who explain an object's answer.
 struct UTOpened {
-    char stream[264];
-    char storage[264];
+    std::uint32_t count;
+    UTOpenedObject objects[6];
 };
 
 // The name that a handle reports: 8-bit characters, or 16-bit units when wide.

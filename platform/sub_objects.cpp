@@ -2,8 +2,8 @@
 #include "platform/sub_objects.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "platform/handle.h"
 #include "platform/range.h"
@@ -12,17 +12,22 @@
 
 namespace {
 
+bool UTIsNoted(const UTOpened& opened, const UTOpenedObject& object) {
+    return std::any_of(opened.objects, opened.objects + opened.count, [&](const UTOpenedObject& noted) {
+        return noted.kind == object.kind && std::strcmp(noted.name, object.name) == 0;
+    });
+}
+
 // Notes what was opened for those who explain, if there are any.
-void UTNoteOpened(UTHandle& object, std::uint32_t kind, const void* specification) {
-    UTOpened* const opened = UTOutermost(object).opened;
+void UTNoteOpened(UTHandle& handle, std::uint32_t kind, const void* specification) {
+    UTOpened* const opened = UTOutermost(handle).opened;
     if (opened == nullptr || (kind != IOSUB_STREAM && kind != IOSUB_STORAGE)) return;
+    UTOpenedObject object = {kind, ""};
     const char* const name = static_cast<const IOSubSpec*>(specification)->name;
-    static_assert(sizeof(opened->stream) == sizeof(opened->storage));
-    static_assert(sizeof(opened->stream) == sizeof(IOSubSpec::name));
-    char* const note = kind == IOSUB_STREAM ? opened->stream : opened->storage;
-    const std::size_t length = strnlen(name, sizeof(opened->stream) - 1);
-    std::copy_n(name, length, note);
-    note[length] = '\0';
+    std::copy_n(name, strnlen(name, sizeof(object.name) - 1), object.name);
+    if (opened->count < std::size(opened->objects) && !UTIsNoted(*opened, object)) {
+        opened->objects[opened->count++] = object;
+    }
 }
 
 UTHandle* UTOpenKind(HIOFILE file, std::uint32_t kind, const void* specification) {

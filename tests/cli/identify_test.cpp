@@ -97,12 +97,12 @@ class Identify : public testing::Test {
     std::string Named(const std::string& path) const {
         const std::ptrdiff_t before = CountOpenDescriptors();
         calls.clear();
-        const std::optional<Record> record = IdentifyNamedPath(path, FIFlagExtendedText);
+        const std::optional<Record> record = IdentifyNamedPath(path, 0);
         made_ = calls;
         EXPECT_EQ(CountOpenDescriptors(), before);
         if (!record.has_value()) return "directory";
         EXPECT_EQ(record->path, path);
-        return record->error.has_value() ? *record->error : std::to_string(record->fiid);
+        return record->error.has_value() ? *record->error : std::to_string(record->answer.fiid);
     }
 
     TemporaryDirectory directory_;
@@ -115,7 +115,7 @@ TEST_F(Identify, FileCostsOpenStatOneReadAndClose) {
         EXPECT_EQ(made_, "open fstat pread close") << name;
     }
     calls.clear();
-    EXPECT_EQ(IdentifyPath(directory_.At("a.gif"), FIFlagExtendedText).fiid, 1503);
+    EXPECT_EQ(IdentifyPath(directory_.At("a.gif"), 0).answer.fiid, 1503);
     EXPECT_EQ(calls, "open fstat pread close");
 }
 
@@ -123,7 +123,7 @@ TEST_F(Identify, FileCostsOpenStatOneReadAndClose) {
 TEST_F(Identify, FileHasTheNameOfItsPath) {
     directory_.Write("a.tga", std::string(100, '\0'));
     EXPECT_EQ(Named(directory_.At("a.tga")), "1512");
-    EXPECT_EQ(IdentifyPath(directory_.At("a.tga"), FIFlagExtendedText).fiid, 1512);
+    EXPECT_EQ(IdentifyPath(directory_.At("a.tga"), 0).answer.fiid, 1512);
 }
 
 TEST_F(Identify, DirectoryIsNone) {
@@ -178,7 +178,7 @@ TEST_F(Identify, FileBelowADirectoryCostsNoMore) {
     WalkPath(directory_.At("d"), {[](const std::string& path) { return IdentifyNamedPath(path, 0).has_value(); },
                                   [&](const std::string& path) {
                                       calls.clear();
-                                      files += std::to_string(IdentifyPath(path, 0).fiid) + " " + calls;
+                                      files += std::to_string(IdentifyPath(path, 0).answer.fiid) + " " + calls;
                                   },
                                   [](const std::string& path, const std::string&) { ADD_FAILURE() << path; }});
     EXPECT_EQ(files, "1503 open fstat pread close");

@@ -10,8 +10,8 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "catalogue/format_catalogue.h"
 #include "cli/run_program.h"
+#include "fiid/detect.h"
 
 namespace {
 
@@ -32,6 +32,8 @@ class Program : public testing::Test {
         std::ofstream(directory_ + "/" + name, std::ios::binary) << bytes;
     }
     ProgramRun Run(const std::string& command) const { return RunShell(directory_, command); }
+    // Gives the files of the directory a time: 2001-02-03T04:05:06Z.
+    void SetTimes() const { Run("touch -d @981173106 -- *"); }
 
     std::string base_;
     std::string directory_;
@@ -395,7 +397,7 @@ TEST_F(Program, RecordLargerThanAPipeTakesGoesInOneWrite) {
     Write("a.gif", "GIF89a");
     const std::vector<std::string> writes = WritesOf(directory_, {"--format", "tsv", "a.gif", path, "a.gif"});
     ASSERT_EQ(writes.size(), 3U);  // a message is preceded by what was gathered, the failed record among what follows
-    EXPECT_EQ(writes[1], path + "\t\t\t\t\tFile name too long\n");
+    EXPECT_EQ(writes[1], path + "\t\t\t\t\tFile name too long\t\t\t\t\t\t\n");
 }
 
 TEST_F(Program, ProcessesThatShareAnOutputDoNotTearRecords) {
@@ -523,7 +525,8 @@ TEST_F(Program, OneSignalEndsItBehindAWholeRecordWhenNobodyReads) {
 
 TEST_F(Program, WritesNdjson) {
     Write("a.gif", "GIF89a");
-    const ProgramRun run = Run("$FIID --format ndjson a.gif missing");
+    SetTimes();
+    const ProgramRun run = Run("$FIID --no-further --format ndjson a.gif missing");
     std::istringstream lines(run.output);
     std::string first;
     std::string second;
@@ -533,7 +536,11 @@ TEST_F(Program, WritesNdjson) {
                                         {"fiid", 1503},
                                         {"name", NameOf("1503")},
                                         {"mime", "image/gif"},
-                                        {"puid", {"fmt/3", "fmt/4"}}}));
+                                        {"puid", {"fmt/3", "fmt/4"}},
+                                        {"basis", "signature"},
+                                        {"warning", {"several"}},
+                                        {"size", 6},
+                                        {"mtime", "2001-02-03T04:05:06Z"}}));
     EXPECT_EQ(Json::parse(second), Json({{"path", "missing"}, {"error", "No such file or directory"}}));
     EXPECT_EQ(run.exitStatus, 1);
 }
@@ -551,40 +558,51 @@ TEST_F(Program, WritesJson) {
 
 TEST_F(Program, WritesCsv) {
     Run("printf GIF89a > 'a,b'; printf GIF89a > 'q\"q'");
-    const std::string rest = "1503," + NameOf("1503") + ",image/gif,fmt/3 fmt/4,\r\n";
-    const ProgramRun run = Run("$FIID --format csv 'a,b' 'q\"q' missing");
-    EXPECT_EQ(run.output, "path,fiid,name,mime,puid,error\r\n\"a,b\"," + rest + "\"q\"\"q\"," + rest +
-                              "missing,,,,,No such file or directory\r\n");
+    SetTimes();
+    const std::string rest =
+        "1503," + NameOf("1503") + ",image/gif,fmt/3 fmt/4,,,,signature,several,6,2001-02-03T04:05:06Z\r\n";
+    const ProgramRun run = Run("$FIID --no-further --format csv 'a,b' 'q\"q' missing");
+    EXPECT_EQ(run.output, "path,fiid,name,mime,puid,error,further,version,basis,warning,size,mtime\r\n\"a,b\"," + rest +
+                              "\"q\"\"q\"," + rest + "missing,,,,,No such file or directory,,,,,,\r\n");
 }
 
 TEST_F(Program, WritesTsv) {
     Run("printf GIF89a > $'a\\tb\\\\c\\rd'");
-    const ProgramRun run = Run("$FIID --format tsv a*");
-    EXPECT_EQ(run.output, "path\tfiid\tname\tmime\tpuid\terror\na\\tb\\\\c\\rd\t1503\t" + NameOf("1503") +
-                              "\timage/gif\tfmt/3 fmt/4\t\n");
+    SetTimes();
+    const ProgramRun run = Run("$FIID --no-further --format tsv a*");
+    EXPECT_EQ(run.output,
+              "path\tfiid\tname\tmime\tpuid\terror\tfurther\tversion\tbasis\twarning\tsize\tmtime\n"
+              "a\\tb\\\\c\\rd\t1503\t" +
+                  NameOf("1503") + "\timage/gif\tfmt/3 fmt/4\t\t\t\tsignature\tseveral\t6\t2001-02-03T04:05:06Z\n");
 }
 
 TEST_F(Program, RecordsKeepTheirBytesInEveryFormat) {
     Write("a.gif", "GIF89a");
     Write("\xff\xc3\xa9", "GIF89a");
-    const std::string run = "$FIID --explain a.gif $'\\xff\\xc3\\xa9' missing --format ";
+    SetTimes();
+    const std::string run = "$FIID --no-further --explain a.gif $'\\xff\\xc3\\xa9' missing --format ";
     const std::string answer =
-        R"json("fiid":1503,"name":"GIF image","mime":"image/gif","puid":["fmt/3","fmt/4"],"row":172,"signature":">0 \"GIF8\" (37/39)"})json";
+        R"json("fiid":1503,"name":"GIF image","mime":"image/gif","puid":["fmt/3","fmt/4"],"basis":"signature",)json"
+        R"json("warning":["several"],"size":6,"mtime":"2001-02-03T04:05:06Z","row":172,)json"
+        R"json("signature":">0 \"GIF8\" (37/39)","looked_at":"bytes at 0","bytes_read":6,"calls":1})json";
     const std::string first = R"json({"path":"a.gif",)json" + answer;
     const std::string second = "{\"path\":\"\xEF\xBF\xBD\xC3\xA9\",\"path_hex\":\"ffc3a9\"," + answer;
     const std::string third = R"json({"path":"missing","error":"No such file or directory"})json";
     EXPECT_EQ(Run(run + "ndjson").output, first + "\n" + second + "\n" + third + "\n");
     EXPECT_EQ(Run(run + "json").output, "[\n" + first + ",\n" + second + ",\n" + third + "\n]\n");
-    EXPECT_EQ(Run(run + "csv").output,
-              "path,fiid,name,mime,puid,error,row,signature\r\n"
-              "a.gif,1503,GIF image,image/gif,fmt/3 fmt/4,,172,\">0 \"\"GIF8\"\" (37/39)\"\r\n"
-              "\xff\xc3\xa9,1503,GIF image,image/gif,fmt/3 fmt/4,,172,\">0 \"\"GIF8\"\" (37/39)\"\r\n"
-              "missing,,,,,No such file or directory,,\r\n");
-    EXPECT_EQ(Run(run + "tsv").output,
-              "path\tfiid\tname\tmime\tpuid\terror\trow\tsignature\n"
-              "a.gif\t1503\tGIF image\timage/gif\tfmt/3 fmt/4\t\t172\t>0 \"GIF8\" (37/39)\n"
-              "\xff\xc3\xa9\t1503\tGIF image\timage/gif\tfmt/3 fmt/4\t\t172\t>0 \"GIF8\" (37/39)\n"
-              "missing\t\t\t\t\tNo such file or directory\t\t\n");
+    EXPECT_EQ(
+        Run(run + "csv").output,
+        "path,fiid,name,mime,puid,error,further,version,basis,warning,size,mtime,row,signature,routine,further_row,"
+        "further_signature,looked_at,bytes_read,calls\r\n"
+        "a.gif,1503,GIF image,image/gif,fmt/3 fmt/4,,,,signature,several,6,2001-02-03T04:05:06Z,172,"
+        "\">0 \"\"GIF8\"\" (37/39)\",,,,bytes at 0,6,1\r\n"
+        "\xff\xc3\xa9,1503,GIF image,image/gif,fmt/3 fmt/4,,,,signature,several,6,2001-02-03T04:05:06Z,172,"
+        "\">0 \"\"GIF8\"\" (37/39)\",,,,bytes at 0,6,1\r\n"
+        "missing,,,,,No such file or directory,,,,,,,,,,,,,,\r\n");
+    EXPECT_EQ(Run(run + "tsv | tail -n 2").output,
+              "\xff\xc3\xa9\t1503\tGIF image\timage/gif\tfmt/3 fmt/4\t\t\t\tsignature\tseveral\t6\t"
+              "2001-02-03T04:05:06Z\t172\t>0 \"GIF8\" (37/39)\t\t\t\tbytes at 0\t6\t1\n"
+              "missing\t\t\t\t\tNo such file or directory\t\t\t\t\t\t\t\t\t\t\t\t\t\t\n");
 }
 
 TEST_F(Program, ControlsOfAPathAreEscapedInTextAndMessages) {
@@ -614,18 +632,38 @@ TEST_F(Program, PathsOfAnyBytesSurviveEveryFormat) {
 TEST_F(Program, ExplainsTheDecidingRow) {
     Write("a.gif", "GIF89a");
     Write("b.txt", "plain text");
-    const ProgramRun text = Run("$FIID --explain a.gif b.txt");
-    EXPECT_EQ(text.output, "a.gif: " + NameOf("1503") + " [1503] (row 172: >0 \"GIF8\" (37/39))\nb.txt: " +
-                               NameOf("4022") + " [4022] (no row)\n");
+    const ProgramRun text = Run("$FIID --no-further --explain a.gif b.txt");
+    EXPECT_EQ(text.output,
+              "a.gif: " + NameOf("1503") +
+                  " [1503] (row 172: >0 \"GIF8\" (37/39); looked at bytes at 0; 6 bytes in 1 call)\nb.txt: " +
+                  NameOf("4022") +
+                  " [4022] (no row; FIExtTextID; looked at the characters of the first 10 bytes; 10 bytes in 1 "
+                  "call)\n");
     const Json json = Json::parse(Run("$FIID --explain --format ndjson a.gif").output);
     EXPECT_EQ(json["row"], 172);
     EXPECT_EQ(json["signature"], ">0 \"GIF8\" (37/39)");
-    EXPECT_EQ(Run("$FIID --explain --format tsv a.gif | cut -f 7,8").output,
+    EXPECT_EQ(Run("$FIID --explain --format tsv a.gif | cut -f 13,14").output,
               "row\tsignature\n172\t>0 \"GIF8\" (37/39)\n");
 }
 
+TEST_F(Program, WritesMediaTypes) {
+    Write("a.gif", "GIF89a");
+    Write("b", "");
+    Run("head -c 100 /dev/zero > zeros");
+    EXPECT_EQ(Run("$FIID --mime --no-text a.gif b zeros missing").output,
+              "a.gif: image/gif\nb: inode/x-empty\nzeros: application/octet-stream\n");
+    EXPECT_EQ(Run("$FIID --mime --format json a.gif").exitStatus, 2);
+    EXPECT_EQ(Run("$FIID --mime --formats").exitStatus, 2);
+}
+
+TEST_F(Program, WarnsOfUnusualExtensionsAndCutFiles) {
+    Run("cp " FIID_SAMPLES_DIR "/xlsx/calc.xlsx a.doc; head -c 2000 a.doc > b.xlsx");
+    EXPECT_EQ(Run("$FIID --no-further --format tsv a.doc b.xlsx | cut -f 2,10").output,
+              "fiid\twarning\n1455\textension several\n1802\textension cut\n");
+}
+
 TEST_F(Program, ListsTheFormatsInEveryOutputFormat) {
-    const std::size_t count = FIFormatRecords().size();
+    const std::size_t count = fiid_format_count();
     EXPECT_EQ(Run("$FIID --formats | wc -l").output, std::to_string(count) + "\n");
     EXPECT_EQ(Run("$FIID --formats --format ndjson | wc -l").output, std::to_string(count) + "\n");
     EXPECT_EQ(Run("$FIID --formats --format csv | wc -l").output, std::to_string(count + 1) + "\n");

@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstring>
+#include <ctime>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <sstream>
@@ -39,12 +42,25 @@ std::string HexOf(std::string_view bytes) {
 
 std::string Dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
-Json TreeOf(const FIFormatRecord& format) {
-    return {{"fiid", format.fiid},
+Json TreeOf(const fiid_format& format) {
+    return {{"fiid", format.id},
             {"name", format.name},
             {"mime", format.mime},
             {"puid", WordsOf(format.puids)},
             {"extensions", WordsOf(format.extensions)}};
+}
+
+std::string TimeOf(std::int64_t seconds) {
+    const std::time_t time = seconds;
+    const std::tm* const parts = std::gmtime(&time);
+    char text[64] = "";
+    std::snprintf(text, sizeof(text), "%04d-%02d-%02dT%02d:%02d:%02dZ", parts->tm_year + 1900, parts->tm_mon + 1,
+                  parts->tm_mday, parts->tm_hour, parts->tm_min, parts->tm_sec);
+    return text;
+}
+
+void AddIfAny(Json& tree, const char* key, const Json& value) {
+    if (!value.empty() && value != 0 && value != "") tree[key] = value;
 }
 
 Json TreeOf(const Record& record, bool explain) {
@@ -59,14 +75,30 @@ Json TreeOf(const Record& record, bool explain) {
         tree["error"] = *record.error;
         return tree;
     }
-    const FIFormatRecord* const format = FIFindFormatRecord(record.fiid);
-    tree["fiid"] = record.fiid;
-    tree["name"] = format != nullptr ? format->name : "";
-    tree["mime"] = format != nullptr ? format->mime : "";
-    tree["puid"] = WordsOf(format != nullptr ? format->puids : "");
-    const FISignatureRow* const row = FIFindSignatureRow(record.row);
-    if (explain) tree["row"] = record.row;
-    if (explain) tree["signature"] = row != nullptr ? std::string(row->signature) : "";
+    const fiid_result& answer = record.answer;
+    tree["fiid"] = answer.fiid;
+    tree["name"] = answer.name;
+    tree["mime"] = answer.mime;
+    tree["puid"] = WordsOf(answer.puids);
+    AddIfAny(tree, "further", answer.further);
+    AddIfAny(tree, "version", answer.version);
+    tree["basis"] = fiid_basis_text(answer.basis);
+    Json warnings = Json::array();
+    if ((answer.warnings & FIID_WARN_EXTENSION) != 0) warnings.push_back("extension");
+    if ((answer.warnings & FIID_WARN_CUT) != 0) warnings.push_back("cut");
+    if ((answer.warnings & FIID_WARN_SEVERAL) != 0) warnings.push_back("several");
+    AddIfAny(tree, "warning", warnings);
+    if (answer.size != FIID_SIZE_UNKNOWN) tree["size"] = answer.size;
+    if (answer.modified_known != 0) tree["mtime"] = TimeOf(answer.modified_seconds);
+    if (!explain) return tree;
+    tree["row"] = answer.row;
+    tree["signature"] = answer.signature;
+    AddIfAny(tree, "routine", answer.routine);
+    AddIfAny(tree, "further_row", answer.further_row);
+    AddIfAny(tree, "further_signature", answer.further_signature);
+    AddIfAny(tree, "looked_at", std::string(answer.explanation));
+    tree["bytes_read"] = answer.bytes_read;
+    tree["calls"] = answer.calls;
     return tree;
 }
 
@@ -169,7 +201,47 @@ class Writer : public testing::Test {
     TemporaryDirectory directory_;
 };
 
-// Every format once, with a row of the table each, and paths of bytes that some format does not take as they are.
+std::vector<fiid_format> AllFormats() {
+    std::vector<fiid_format> formats(fiid_format_count());
+    for (std::uint32_t index = 0; index < formats.size(); ++index) fiid_format_at(index, &formats[index]);
+    return formats;
+}
+
+// An answer with nothing in it.
+fiid_result EmptyAnswer() {
+    fiid_result answer;
+    fiid_detect_memory(nullptr, 1, nullptr, nullptr, &answer);
+    return answer;
+}
+
+// What an identification could have told of a format, more or less, with times from the year 0 to 9999.
+fiid_result AnswerOf(const fiid_format& format, std::size_t index, std::mt19937& random) {
+    fiid_result answer = EmptyAnswer();
+    answer.fiid = format.id;
+    answer.name = format.name;
+    answer.mime = format.mime;
+    answer.puids = format.puids;
+    answer.row = static_cast<std::uint16_t>(index % (signatureRowCount + 2));
+    const FISignatureRow* const row = FIFindSignatureRow(answer.row);
+    if (row != nullptr) answer.signature = row->signature.data();
+    answer.basis = static_cast<std::int32_t>(index % (FIID_BASIS_TEXT + 1));
+    answer.warnings = static_cast<std::uint32_t>(random() % 8);
+    if (index % 3 != 0) answer.size = std::uint64_t{random()} << index % 32;
+    answer.modified_known = index % 5 != 0 ? 1 : 0;
+    answer.modified_seconds = static_cast<std::int64_t>(random() % 398900) * 791001 - 62167219200;
+    answer.bytes_read = random();
+    answer.calls = random() % 100;
+    if (index % 2 == 0) return answer;
+    answer.further = static_cast<std::uint16_t>(20000 + index % 400);
+    answer.further_row = static_cast<std::uint16_t>(1 + index % 400);
+    answer.further_signature = ">0 \"x\"";
+    answer.version = "1.7, \"a\"";
+    answer.routine = "FITellNothing";
+    std::strcpy(answer.explanation, "bytes at 0, 8; stream \\x05S");
+    return answer;
+}
+
+// Every format a few times, and paths of bytes that some output format does not take as they are.
 struct Records {
     std::vector<std::string> paths;
     std::vector<Record> records;
@@ -179,7 +251,8 @@ Records MakeRecords() {
     constexpr std::string_view bytes = "aZ ~,;\"\\\t\n\r\x01\x1F\x7F\x80\x9B\xBF\xC2\xC3\xE2\xED\xF0\xF4\xFF";
     Records made;
     std::mt19937 random(3);
-    const std::size_t count = FIFormatRecords().size();
+    const std::vector<fiid_format> formats = AllFormats();
+    const std::size_t count = formats.size();
     for (std::size_t index = 0; index < 4 * count; ++index) {
         std::string path;
         while (path.size() < 1U + random() % 30) path += bytes[random() % bytes.size()];
@@ -189,20 +262,22 @@ Records MakeRecords() {
     for (std::size_t index = 0; index < made.paths.size(); ++index) {
         Record record;
         record.path = made.paths[index];
-        record.fiid = FIFormatRecords()[index % count].fiid;
-        record.row = static_cast<std::uint16_t>(index % (signatureRowCount + 2));
+        record.answer = AnswerOf(formats[index % count], index, random);
         if (index % 7 == 0) record.error = "is " + made.paths[index] + ", not a file";
         made.records.push_back(record);
     }
-    made.records.back().fiid = 7;  // that no format has
     return made;
 }
 
 TEST_F(Writer, RecordsAreAsThePlainFormWritesThem) {
     const Records made = MakeRecords();
     for (const bool explain : {false, true}) {
-        std::vector<std::string> keys = {"path", "fiid", "name", "mime", "puid", "error"};
-        if (explain) keys.insert(keys.end(), {"row", "signature"});
+        std::vector<std::string> keys = {"path",    "fiid",    "name",  "mime",    "puid", "error",
+                                         "further", "version", "basis", "warning", "size", "mtime"};
+        if (explain) {
+            keys.insert(keys.end(), {"row", "signature", "routine", "further_row", "further_signature", "looked_at",
+                                     "bytes_read", "calls"});
+        }
         std::vector<Json> trees;
         for (const Record& record : made.records) trees.push_back(TreeOf(record, explain));
         for (const OutputFormat format : everyFormat) {
@@ -217,13 +292,13 @@ TEST_F(Writer, RecordsAreAsThePlainFormWritesThem) {
 
 TEST_F(Writer, FormatsAreAsThePlainFormWritesThem) {
     std::vector<Json> trees;
-    for (const FIFormatRecord& format : FIFormatRecords()) trees.push_back(TreeOf(format));
+    for (const fiid_format& format : AllFormats()) trees.push_back(TreeOf(format));
     for (const OutputFormat format : everyFormat) {
         if (format == OutputFormat::Text) continue;
         const std::string written = Written([&] {
             RecordWriter writer(format, false);
             writer.BeginFormats();
-            for (const FIFormatRecord& record : FIFormatRecords()) writer.Write(record);
+            for (const fiid_format& record : AllFormats()) writer.Write(record);
             writer.End();
         });
         EXPECT_TRUE(written == OutputOf(trees, {"fiid", "name", "mime", "puid", "extensions"}, format))
@@ -231,15 +306,53 @@ TEST_F(Writer, FormatsAreAsThePlainFormWritesThem) {
     }
 }
 
+TEST_F(Writer, TimesThatHaveNoSuchFormAreLeftOut) {
+    constexpr std::int64_t firstTold = -62167219200;
+    constexpr std::int64_t lastTold = 253402300799;
+    Record record = {"a", std::nullopt, EmptyAnswer()};
+    record.answer.modified_known = 1;
+    const auto timeOf = [&](std::int64_t seconds) {
+        record.answer.modified_seconds = seconds;
+        const Json json = Json::parse(Written({record}, OutputFormat::Ndjson, false));
+        return json.contains("mtime") ? json["mtime"].get<std::string>() : "none";
+    };
+    EXPECT_EQ(timeOf(0), "1970-01-01T00:00:00Z");
+    EXPECT_EQ(timeOf(-1), "1969-12-31T23:59:59Z");
+    EXPECT_EQ(timeOf(951782400), "2000-02-29T00:00:00Z");
+    EXPECT_EQ(timeOf(firstTold), "0000-01-01T00:00:00Z");
+    EXPECT_EQ(timeOf(firstTold - 1), "none");
+    EXPECT_EQ(timeOf(lastTold), "9999-12-31T23:59:59Z");
+    EXPECT_EQ(timeOf(lastTold + 1), "none");
+}
+
+Record TextRecord(const char* path, std::uint16_t fiid, std::uint16_t further, const char* name) {
+    Record record = {path, std::nullopt, EmptyAnswer()};
+    record.answer.fiid = fiid;
+    record.answer.further = further;
+    record.answer.name = name;
+    return record;
+}
+
 TEST_F(Writer, TextOfRecordsAndFormats) {
-    Record known = {"a\x1B\\", 1503, 172_row, std::nullopt};
-    Record unknown = {"\xFF", 7, 0, std::nullopt};
-    Record failed = {"b", 0, 0, "is nothing"};
-    EXPECT_EQ(Written({known, unknown, failed}, OutputFormat::Text, false),
-              "a\\x1B\\\\: GIF image [1503]\n\xFF:  [7]\n");
-    EXPECT_EQ(Written({known, unknown, failed}, OutputFormat::Text, true),
-              "a\\x1B\\\\: GIF image [1503] (row 172: >0 \"GIF8\" (37/39))\n\xFF:  [7] (no row)\n");
-    const FIFormatRecord format = {65535, "Sheet", "", "", ""};
+    Record known = TextRecord("a\x1B\\", 1503, 0, "GIF image");
+    known.answer.row = 172_row;
+    known.answer.signature = ">0 \"GIF8\" (37/39)";
+    known.answer.bytes_read = 1;
+    known.answer.calls = 2;
+    Record precise = TextRecord("\xFF", 1999, 20017, "JPEG XL image");
+    precise.answer.further_row = 17;
+    precise.answer.further_signature = ">0 FF 0A";
+    precise.answer.routine = "FITell";
+    std::strcpy(precise.answer.explanation, "bytes at 0");
+    precise.answer.calls = 1;
+    Record failed = {"b", "is nothing", EmptyAnswer()};
+    EXPECT_EQ(Written({known, precise, failed}, OutputFormat::Text, false),
+              "a\\x1B\\\\: GIF image [1503]\n\xFF: JPEG XL image [1999, 20017]\n");
+    EXPECT_EQ(Written({known, precise, failed}, OutputFormat::Text, true),
+              "a\\x1B\\\\: GIF image [1503] (row 172: >0 \"GIF8\" (37/39); 1 byte in 2 calls)\n"
+              "\xFF: JPEG XL image [1999, 20017] (no row; further row 17: >0 FF 0A; FITell; looked at bytes at 0; "
+              "0 bytes in 1 call)\n");
+    const fiid_format format = {65535, 0, 0, "Sheet", "", "", "", {}};
     EXPECT_EQ(Written([&] {
                   RecordWriter writer(OutputFormat::Text, false);
                   writer.BeginFormats();
@@ -247,6 +360,18 @@ TEST_F(Writer, TextOfRecordsAndFormats) {
                   writer.End();
               }),
               "65535  Sheet\n");
+}
+
+TEST_F(Writer, MediaTypes) {
+    Record known = TextRecord("a\x1B", 1503, 0, "");
+    known.answer.mime = "image/gif";
+    Record unknown = TextRecord("b", 1999, 0, "");
+    Record empty = TextRecord("c", 4022, 0, "");
+    empty.answer.mime = "text/plain";
+    empty.answer.size = 0;
+    Record failed = {"d", "is nothing", EmptyAnswer()};
+    EXPECT_EQ(Written({known, unknown, empty, failed}, OutputFormat::Mime, false),
+              "a\\x1B: image/gif\nb: application/octet-stream\nc: inode/x-empty\n");
 }
 
 TEST_F(Writer, RecordThatWasNotEndedIsNeverHandedOver) {

@@ -43,7 +43,7 @@ TEST(Samples, GetTheirAnswersAndDecidingRows) {
         ASSERT_NE(record, records.end()) << path << " is missing";
         ASSERT_GE(answer.size(), 3U) << path;
         constexpr std::size_t fiidColumn = 1;
-        constexpr std::size_t rowColumn = 6;
+        constexpr std::size_t rowColumn = 12;
         EXPECT_EQ(record->second[fiidColumn], answer[1]) << path;
         const std::string& row = record->second[rowColumn];
         EXPECT_EQ(row, answer[2] == "text" || answer[2] == "none" ? "0" : answer[2]) << path;
