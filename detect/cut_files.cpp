@@ -25,7 +25,9 @@
 #include "detect/cut_files.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 #include <span>
 #include <string_view>
@@ -135,17 +137,28 @@ constexpr FICutRule rules[] = {
     // clang-format on
 };
 
+// Which bytes a file may begin with that has its mark at 0. Most files are done with this look.
+constexpr std::array<bool, 256> marksBegin = [] {
+    std::array<bool, 256> begin = {};
+    for (const FICutRule& rule : rules) {
+        if (rule.place == 0) begin[static_cast<std::uint8_t>(rule.mark[0])] = true;
+    }
+    return begin;
+}();
+
 bool FIMarkFits(const FICutRule& rule, FIStart start) {
-    if (start.size() < rule.place + rule.mark.size()) return false;
-    return std::ranges::equal(rule.mark, start.subspan(rule.place, rule.mark.size()),
-                              [](char mark, std::uint8_t byte) { return static_cast<std::uint8_t>(mark) == byte; });
+    if (rule.place == 0 && !marksBegin[start[0]]) return false;
+    return start.size() >= rule.place + rule.mark.size() &&
+           std::memcmp(start.data() + rule.place, rule.mark.data(), rule.mark.size()) == 0;
 }
 
 bool FICouldBeText(std::string_view mark) {
     return std::ranges::all_of(mark, [](char byte) { return byte >= ' ' && byte <= '~'; });
 }
 
-bool FIStartsWith(FIStart start, std::string_view mark) { return FIMarkFits({0, mark, 0, nullptr}, start); }
+bool FIStartsWith(FIStart start, std::string_view mark) {
+    return start.size() >= mark.size() && std::memcmp(start.data(), mark.data(), mark.size()) == 0;
+}
 
 // What the identification has found out about the handle.
 bool FIHasLostItsDirectory(const UTHandle& file, FIStart start) {
@@ -160,6 +173,7 @@ bool FIHasLostItsDirectory(const UTHandle& file, FIStart start) {
 
 bool FIIsCut(const UTHandle& file, const FIHead& head, std::uint64_t size, FIBasis basis) {
     const FIStart start(head.bytes, head.size);
+    if (start.empty()) return false;
     if (FIHasLostItsDirectory(file, start)) return true;
     for (const FICutRule& rule : rules) {
         if (!FIMarkFits(rule, start) || (basis == FIBasis::Text && FICouldBeText(rule.mark))) continue;
