@@ -14,8 +14,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include "platform/base_utility.h"
+#include "platform/xml/plain_tags.h"
 #include "platform/xml/xml_parser.h"
 #include "platform/zip/archive.h"
 #include "reader/ascii_case.h"
@@ -51,30 +53,75 @@ std::string_view FILocalName(std::string_view name) {
     return end != std::string_view::npos ? name.substr(end + 1) : name;
 }
 
-// The value of the first attribute of a local name, or null.
-const char* FIFindAttribute(const char** attributes, std::string_view localName) {
-    for (; *attributes != nullptr; attributes += 2) {
-        if (FILocalName(attributes[0]) == localName) return attributes[1];
+// A start tag, as one of the two ways of reading tells it: by the bytes alone, or by the parser.
+struct FITag {
+    const UTPlainTag* plain;  // null where the parser tells
+    const char* name;
+    const char** attributes;
+};
+
+std::string_view FINameOf(const FITag& tag) {
+    return tag.plain != nullptr ? tag.plain->name.local : FILocalName(tag.name);
+}
+
+// The value of the first attribute of a local name; nothing when there is none.
+std::optional<std::string_view> FIFindAttribute(const FITag& tag, std::string_view localName) {
+    if (tag.plain != nullptr) return UTPlainFindAttribute(*tag.plain, localName);
+    for (const char** attribute = tag.attributes; *attribute != nullptr; attribute += 2) {
+        if (FILocalName(attribute[0]) == localName) return attribute[1];
     }
-    return nullptr;
+    return std::nullopt;
 }
 
 UTHandle* FIOpenPart(UTHandle& archive, std::string_view name, std::string_view rootedName) {
     return UTOpenMemberAnyCase(archive, UTHasMember(archive, name) ? name : rootedName);
 }
 
-// Reads the start tags of a part, up to its end, an error or damage. The search has the parser, to end the reading. Returns
-// false when the part can't be opened or memory is exhausted.
+// A search goes through the start tags of a part: FILookAtTag looks at one and returns whether it goes on, and FIStartOver
+// forgets those that were looked at.
 template <typename Search>
-bool FIReadTags(UTHandle* part, Search& search,
-                void (*onTag)(void* search, const char* name, const char** attributes)) {
+struct FIParsing {
+    Search* search;
+    UTXmlParser* parser;
+};
+
+template <typename Search>
+bool FIParseTags(UTHandle& part, Search& search) {
+    FIParsing<Search> parsing = {&search, nullptr};
+    const auto onTag = [](void* context, const char* name, const char** attributes) {
+        const auto& [wanted, parser] = *static_cast<FIParsing<Search>*>(context);
+        if (!FILookAtTag(*wanted, {nullptr, name, attributes})) UTXmlStop(*parser);
+    };
+    parsing.parser = UTXmlNewParser(UTHandleFile(part), {onTag, nullptr}, &parsing);
+    if (parsing.parser == nullptr) return false;
+    static_cast<void>(UTXmlGoOn(*parsing.parser));  // never pauses
+    const bool read = !UTXmlRanOutOfMemory(*parsing.parser);
+    UTXmlFreeParser(*parsing.parser);
+    return read;
+}
+
+// Lets a search go through the start of a part, which in most packages is all it needs. Returns false where the parser has
+// to tell.
+template <typename Search>
+bool FIReadPlainTags(UTHandle& part, Search& search) {
+    char start[plainTagBytes];
+    std::uint32_t filled = 0;
+    if (UTReadAt(part, 0, start, plainTagBytes, filled) != 0) return false;
+    const auto onTag = [](void* context, const UTPlainTag& tag) {
+        return FILookAtTag(*static_cast<Search*>(context), {&tag, nullptr, nullptr});
+    };
+    return UTPlainVisitTags({start, filled}, onTag, &search) != UTPlainWalk::NotPlain;
+}
+
+// Lets a search go through the start tags of a part, up to its end, an error or damage. Returns false when the part can't
+// be opened or memory is exhausted.
+template <typename Search>
+bool FIReadTags(UTHandle* part, Search& search) {
     if (part == nullptr) return false;
-    bool read = false;
-    search.parser = UTXmlNewParser(UTHandleFile(*part), {onTag, nullptr}, &search);
-    if (search.parser != nullptr) {
-        static_cast<void>(UTXmlGoOn(*search.parser));  // never pauses
-        read = !UTXmlRanOutOfMemory(*search.parser);
-        UTXmlFreeParser(*search.parser);
+    bool read = FIReadPlainTags(*part, search);
+    if (!read) {
+        FIStartOver(search);
+        read = FIParseTags(*part, search);
     }
     UTCloseHandle(*part);
     return read;
@@ -83,7 +130,6 @@ bool FIReadTags(UTHandle* part, Search& search,
 // ---- The main part's name ------------------------------------------------------------------------------------------
 
 struct FITargetSearch {
-    UTXmlParser* parser;
     std::size_t best;  // of mainRelationships; behind them while there is none
     char* part;        // the name of the part to which it leads, with one slash in front; null for no part
     std::size_t partSize;
@@ -123,30 +169,30 @@ void FIDropTarget(FITargetSearch& search) {
     search.part = nullptr;
 }
 
-void FICheckRelationship(void* context, const char* name, const char** attributes) {
-    auto& search = *static_cast<FITargetSearch*>(context);
-    if (FILocalName(name) != "Relationship") return;
-    const char* const type = FIFindAttribute(attributes, "Type");
-    if (type == nullptr) return;
+void FIStartOver(FITargetSearch& search) {
+    FIDropTarget(search);
+    search = {std::size(mainRelationships), nullptr, 0, false};
+}
+
+bool FILookAtTag(FITargetSearch& search, const FITag& tag) {
+    if (FINameOf(tag) != "Relationship") return true;
+    const std::optional<std::string_view> type = FIFindAttribute(tag, "Type");
     const auto* const end = mainRelationships + search.best;
-    const auto* const found = std::find(mainRelationships, end, std::string_view(type));
-    if (found == end) return;
-    const char* const mode = FIFindAttribute(attributes, "TargetMode");
-    if (mode != nullptr && std::string_view(mode) == "External") return;
+    const auto* const found = std::find(mainRelationships, end, type);
+    if (found == end || FIFindAttribute(tag, "TargetMode") == "External") return true;
     search.best = static_cast<std::size_t>(found - mainRelationships);
-    const char* const target = FIFindAttribute(attributes, "Target");
-    if (target != nullptr) {
-        FIKeepTarget(search, target);
+    const std::optional<std::string_view> target = FIFindAttribute(tag, "Target");
+    if (target) {
+        FIKeepTarget(search, *target);
     } else {
         FIDropTarget(search);
     }
-    if (search.best == 0 || search.outOfMemory) UTXmlStop(*search.parser);
+    return search.best > 0 && !search.outOfMemory;
 }
 
 // ---- Its content type ----------------------------------------------------------------------------------------------
 
 struct FITypeSearch {
-    UTXmlParser* parser;
     std::string_view part;       // with the slash in front
     std::string_view extension;  // of the part
     bool hasExtension;
@@ -162,45 +208,50 @@ void FICutPartExtension(FITypeSearch& search) {
     if (search.hasExtension) search.extension = segment.substr(stop + 1);
 }
 
-void FIKeepContentType(FIShortText& text, const char** attributes) {
+void FIKeepContentType(FIShortText& text, const FITag& tag) {
     text = {};
-    const char* type = FIFindAttribute(attributes, "ContentType");
-    if (type == nullptr) return;
-    for (; *type != '\0' && *type != ';'; ++type) {
-        if (!FIIsTypeSpace(*type)) FIKeepCharacter(text, *type);
+    const std::string_view type = FIFindAttribute(tag, "ContentType").value_or("");
+    for (const char character : type.substr(0, type.find(';'))) {
+        if (!FIIsTypeSpace(character)) FIKeepCharacter(text, character);
     }
 }
 
-void FICheckContentType(void* context, const char* name, const char** attributes) {
-    auto& search = *static_cast<FITypeSearch*>(context);
-    const std::string_view element = FILocalName(name);
+void FIStartOver(FITypeSearch& search) {
+    search.found = false;
+    *search.contentType = {};
+}
+
+bool FILookAtTag(FITypeSearch& search, const FITag& tag) {
+    const std::string_view element = FINameOf(tag);
     if (element == "Override") {
-        const char* const part = FIFindAttribute(attributes, "PartName");
-        if (part == nullptr || !FIEqualsAnyCase(part, search.part)) return;
-        FIKeepContentType(*search.contentType, attributes);
-        UTXmlStop(*search.parser);
-    } else if (element == "Default" && search.hasExtension && !search.found) {
-        const char* const extension = FIFindAttribute(attributes, "Extension");
-        if (extension == nullptr || !FIEqualsAnyCase(extension, search.extension)) return;
-        FIKeepContentType(*search.contentType, attributes);
+        const std::optional<std::string_view> part = FIFindAttribute(tag, "PartName");
+        if (!part || !FIEqualsAnyCase(*part, search.part)) return true;
+        FIKeepContentType(*search.contentType, tag);
+        return false;
+    }
+    if (element == "Default" && search.hasExtension && !search.found) {
+        const std::optional<std::string_view> extension = FIFindAttribute(tag, "Extension");
+        if (!extension || !FIEqualsAnyCase(*extension, search.extension)) return true;
+        FIKeepContentType(*search.contentType, tag);
         search.found = true;
     }
+    return true;
 }
 
 void FIFindContentType(UTHandle& archive, std::string_view part, FIShortText& contentType) {
-    FITypeSearch search = {nullptr, part, {}, false, false, &contentType};
+    FITypeSearch search = {part, {}, false, false, &contentType};
     FICutPartExtension(search);
     UTHandle* const types = FIOpenPart(archive, "[Content_Types].xml", "/[Content_Types].xml");
-    if (!FIReadTags(types, search, FICheckContentType)) contentType = {};
+    if (!FIReadTags(types, search)) contentType = {};
 }
 
 }  // namespace
 
 void FIFindMainPart(UTHandle& archive, FIMainPart& part) {
     part = {};
-    FITargetSearch search = {nullptr, std::size(mainRelationships), nullptr, 0, false};
+    FITargetSearch search = {std::size(mainRelationships), nullptr, 0, false};
     UTHandle* const relationships = FIOpenPart(archive, "_rels/.rels", "/_rels/.rels");
-    if (FIReadTags(relationships, search, FICheckRelationship) && search.part != nullptr) {
+    if (FIReadTags(relationships, search) && search.part != nullptr) {
         part.relationship = static_cast<FIMainRelationship>(search.best);
         const std::string_view name(search.part, search.partSize);
         for (const char character : name.substr(1)) FIKeepCharacter(part.name, character);

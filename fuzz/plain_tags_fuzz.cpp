@@ -1,7 +1,7 @@
 // plain_tags_fuzz.cpp - XML documents, told from their bytes and by the parser.
 //
-// What is told without the parser of a document's beginning is what the parser tells of the whole: the first element, and
-// of each type of relationships the first one. The XML reader gives the same tags over a handle of the platform layer,
+// What is told without the parser of a document's beginning is what the parser tells of the whole: the first element, all
+// tags, and of each type of relationships the first one. The XML reader gives the same tags over a handle of the platform layer,
 // where it may tell the first one so, and over a handle of the target's own, where the parser tells them all.
 #include <algorithm>
 #include <cstddef>
@@ -31,13 +31,26 @@ struct ParsedDocument {
     std::size_t tags = 0;
     std::string first;            // the name of the first element; empty when there is none
     std::set<std::string> types;  // values of attributes named Type
+    std::string text;             // all tags: local names, and those and the values of their attributes
 };
+
+constexpr char textEnd = '\x02';  // no document can hold it
+
+std::string_view LocalName(std::string_view name) { return name.substr(name.find(xmlNamespaceEnd) + 1); }
+
+void AddText(std::string& text, std::string_view more) {
+    text += more;
+    text += textEnd;
+}
 
 void TakeStartTag(void* context, const char* name, const char** attributes) {
     ParsedDocument& document = *static_cast<ParsedDocument*>(context);
     if (document.tags == 0) document.first = name;
+    AddText(document.text, LocalName(name));
     for (; *attributes != nullptr; attributes += 2) {
         if (attributes[0] == std::string_view("Type")) document.types.insert(attributes[1]);
+        AddText(document.text, LocalName(attributes[0]));
+        AddText(document.text, attributes[1]);
     }
     if (++document.tags == mostTags || document.types.size() == mostTypes) UTXmlStop(*document.parser);
 }
@@ -61,6 +74,38 @@ void CheckFirst(std::string_view start, const ParsedDocument& document) {
     if (!name.empty()) name += xmlNamespaceEnd;
     name += first->localName;
     FuzzRequire(name == document.first, "UTPlainFirstElement", "not the parser's first element");
+}
+
+// ---- All tags ------------------------------------------------------------------------------------------------------
+
+struct VisitedTags {
+    std::size_t tags = 0;
+    std::string text;
+};
+
+bool TakePlainTag(void* context, const UTPlainTag& tag) {
+    auto& visited = *static_cast<VisitedTags*>(context);
+    AddText(visited.text, tag.name.local);
+    for (std::size_t index = 0; index < tag.attributeCount; ++index) {
+        const auto& [name, value] = tag.attributes[index];
+        if (name.prefix == "xmlns" || (name.prefix.empty() && name.local == "xmlns")) continue;
+        AddText(visited.text, name.local);
+        AddText(visited.text, value);
+    }
+    return ++visited.tags < mostTags;
+}
+
+void CheckTags(std::string_view start, const ParsedDocument& document) {
+    VisitedTags visited;
+    const UTPlainWalk walk = UTPlainVisitTags(start, TakePlainTag, &visited);
+    if (walk == UTPlainWalk::NotPlain) return;
+    const std::string_view told = document.text;
+    const bool parserStopped = document.tags == mostTags || document.types.size() == mostTypes;
+    if (parserStopped) {
+        FuzzRequire(visited.text.starts_with(told), "UTPlainVisitTags", "other tags");
+    } else {
+        FuzzRequire(visited.text == told, "UTPlainVisitTags", "other or fewer tags");
+    }
 }
 
 // ---- Relationships -------------------------------------------------------------------------------------------------
@@ -130,6 +175,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::size_t length : {FuzzHash(bytes) % (size + 1), std::size_t{plainTagBytes}}) {
         const std::string_view start = bytes.substr(0, length);
         CheckFirst(start, document);
+        CheckTags(start, document);
         CheckRelationship(start, "t", bytes);
         for (const std::string& type : document.types) CheckRelationship(start, type, bytes);
     }

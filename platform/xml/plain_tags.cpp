@@ -23,25 +23,7 @@
 
 namespace {
 
-constexpr std::size_t mostAttributes = 64;
 constexpr std::size_t longestAddress = UTXmlLimits{}.address;
-
-struct UTPlainName {
-    std::string_view prefix;  // empty for none
-    std::string_view local;
-};
-
-struct UTPlainAttribute {
-    UTPlainName name;
-    std::string_view value;
-};
-
-struct UTPlainTag {
-    UTPlainName name;
-    bool empty;  // an empty-element tag
-    std::size_t attributeCount;
-    UTPlainAttribute attributes[mostAttributes];
-};
 
 // ---- Pieces --------------------------------------------------------------------------------------------------------
 
@@ -185,7 +167,7 @@ bool UTMayClash(const UTPlainAttribute& one, const UTPlainAttribute& other) {
 }
 
 bool UTTakeAttribute(std::string_view& rest, UTPlainTag& tag) {
-    if (tag.attributeCount == mostAttributes) return false;
+    if (tag.attributeCount == mostPlainAttributes) return false;
     UTPlainAttribute& attribute = tag.attributes[tag.attributeCount];
     if (!UTTakeName(rest, attribute.name) || !UTTakeAssigned(rest, attribute.value)) return false;
     for (std::size_t index = 0; index < tag.attributeCount; ++index) {
@@ -260,6 +242,19 @@ bool UTTakeFirstTag(std::string_view& rest, UTPlainTag& first, UTPlainElement& e
     return UTFindNamespace(first, first.name.prefix, element.namespaceUri);
 }
 
+enum class UTInner { Tag, End, NotPlain };
+
+// Takes the next tag of those that the first one holds, or what ends them.
+UTInner UTTakeInnerTag(std::string_view& rest, const UTPlainTag& first, UTPlainTag& tag, UTPlainElement& element) {
+    UTTakeSpace(rest);
+    // The first element ends here, or the document is wrong: no more elements come.
+    if (UTTakeText(rest, "</")) return UTInner::End;
+    const bool plain = UTTakeTag(rest, tag) && tag.empty && UTDeclaresNothing(tag) && UTHasNamespaces(tag, first) &&
+                       UTFindNamespace(first, tag.name.prefix, element.namespaceUri);
+    element.localName = tag.name.local;
+    return plain ? UTInner::Tag : UTInner::NotPlain;
+}
+
 // ---- Relationships -------------------------------------------------------------------------------------------------
 
 bool UTIsRelationship(const UTPlainElement& element) {
@@ -291,14 +286,8 @@ UTPlainFind UTPlainFindRelationship(std::string_view start, std::string_view typ
     UTPlainElement element;
     std::string_view& rest = start;
     if (!UTTakeFirstTag(rest, first, element) || first.empty || UTIsRelationship(element)) return UTPlainFind::NotPlain;
-    for (;;) {
-        UTTakeSpace(rest);
-        if (UTTakeText(rest, "</")) break;
-        if (!UTTakeTag(rest, tag) || !tag.empty || !UTDeclaresNothing(tag) || !UTHasNamespaces(tag, first) ||
-            !UTFindNamespace(first, tag.name.prefix, element.namespaceUri)) {
-            return UTPlainFind::NotPlain;
-        }
-        element.localName = tag.name.local;
+    UTInner step;
+    while ((step = UTTakeInnerTag(rest, first, tag, element)) == UTInner::Tag) {
         if (!UTIsRelationship(element) || UTFindPlainAttribute(tag, "Type") != type) continue;
         if (UTFindPlainAttribute(tag, "TargetMode") == "External") continue;
         const std::optional<std::string_view> found = UTFindPlainAttribute(tag, "Target");
@@ -306,5 +295,29 @@ UTPlainFind UTPlainFindRelationship(std::string_view start, std::string_view typ
         target = *found;
         return UTPlainFind::Found;
     }
-    return UTPlainFind::Absent;  // the first element ends here, or the document is wrong: no more elements come
+    return step == UTInner::End ? UTPlainFind::Absent : UTPlainFind::NotPlain;
+}
+
+std::optional<std::string_view> UTPlainFindAttribute(const UTPlainTag& tag, std::string_view localName) {
+    for (std::size_t index = 0; index < tag.attributeCount; ++index) {
+        const UTPlainAttribute& attribute = tag.attributes[index];
+        if (attribute.name.local == localName && !UTDeclaresPrefix(attribute) && !UTDeclaresDefault(attribute)) {
+            return attribute.value;
+        }
+    }
+    return std::nullopt;
+}
+
+UTPlainWalk UTPlainVisitTags(std::string_view start, UTPlainVisitor visit, void* context) {
+    UTPlainTag first;
+    UTPlainTag tag;
+    UTPlainElement element;
+    if (!UTTakeFirstTag(start, first, element)) return UTPlainWalk::NotPlain;
+    if (!visit(context, first)) return UTPlainWalk::Stopped;
+    if (first.empty) return UTPlainWalk::Ended;
+    UTInner step;
+    while ((step = UTTakeInnerTag(start, first, tag, element)) == UTInner::Tag) {
+        if (!visit(context, tag)) return UTPlainWalk::Stopped;
+    }
+    return step == UTInner::End ? UTPlainWalk::Ended : UTPlainWalk::NotPlain;
 }

@@ -34,3 +34,41 @@ enum class UTPlainFind {
 // Finds the first relationship of a type that is not external in a relationships part (see relationships.h) that begins
 // with these bytes. target is what the part says, and lies in the bytes.
 UTPlainFind UTPlainFindRelationship(std::string_view start, std::string_view type, std::string_view& target);
+
+// ---- All tags ------------------------------------------------------------------------------------------------------
+
+inline constexpr std::size_t mostPlainAttributes = 64;
+
+struct UTPlainName {
+    std::string_view prefix;  // empty for none
+    std::string_view local;
+};
+
+struct UTPlainAttribute {
+    UTPlainName name;
+    std::string_view value;
+};
+
+// A start tag or an empty-element tag. Declarations of namespaces stand among its attributes.
+struct UTPlainTag {
+    UTPlainName name;
+    bool empty;
+    std::size_t attributeCount;
+    UTPlainAttribute attributes[mostPlainAttributes];
+};
+
+// The value of the first attribute of a local name that declares no namespace; nothing when there is none.
+std::optional<std::string_view> UTPlainFindAttribute(const UTPlainTag& tag, std::string_view localName);
+
+// What is called for each tag. Returns whether the walk is to go on.
+using UTPlainVisitor = bool (*)(void* context, const UTPlainTag& tag);
+
+enum class UTPlainWalk {
+    NotPlain,  // the parser has to tell; some tags may have been visited
+    Ended,     // the document has no more elements in front of its end or an error
+    Stopped,   // by the visitor
+};
+
+// Visits the first element of a document that begins with these bytes, and those directly in it, as long as they are all
+// that there is: empty elements, which declare nothing.
+UTPlainWalk UTPlainVisitTags(std::string_view start, UTPlainVisitor visit, void* context);

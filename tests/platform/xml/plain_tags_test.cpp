@@ -264,4 +264,97 @@ TEST(PlainTags, TellTheRelationshipsOfTheParser) {
     EXPECT_GT(told, 2500U);
 }
 
+// ---- All tags ------------------------------------------------------------------------------------------------------
+
+// Names and attributes of tags, without prefixes and declarations.
+struct Tags {
+    std::string text;
+    std::size_t left = SIZE_MAX;  // the walk is stopped behind so many
+};
+
+bool KeepPlainTag(void* context, const UTPlainTag& tag) {
+    auto& tags = *static_cast<Tags*>(context);
+    tags.text += std::string(tag.name.local) + "(";
+    for (std::size_t index = 0; index < tag.attributeCount; ++index) {
+        const UTPlainAttribute& attribute = tag.attributes[index];
+        if (attribute.name.prefix == "xmlns" || (attribute.name.prefix.empty() && attribute.name.local == "xmlns"))
+            continue;
+        tags.text += std::string(attribute.name.local) + "=" + std::string(attribute.value) + ",";
+    }
+    tags.text += ")";
+    return --tags.left > 0;
+}
+
+UTPlainWalk Visit(std::string_view document, Tags& tags) { return UTPlainVisitTags(document, KeepPlainTag, &tags); }
+
+std::string PlainTags(std::string_view document) {
+    Tags tags;
+    return Visit(document, tags) == UTPlainWalk::NotPlain ? notPlain : tags.text;
+}
+
+TEST(PlainVisit, TellsTheFirstElementAndThoseInIt) {
+    EXPECT_EQ(PlainTags("<a/>"), "a()");
+    EXPECT_EQ(PlainTags("<a/>wrong"), "a()");
+    EXPECT_EQ(PlainTags("<a></a>"), "a()");
+    EXPECT_EQ(PlainTags("<?xml version='1.0'?><a x='1'> <b y='2' z=''/>\n<c/></wrong"), "a(x=1,)b(y=2,z=,)c()");
+    EXPECT_EQ(PlainTags("<p:a xmlns:p='n' xmlns='m' p:x='1'><p:b p:y='2'/></p:a>"), "a(x=1,)b(y=2,)");
+    for (const char* const document : {"", "a", "<a>", "<a><b/>", "<a><b></b></a>", "<a>text</a>", "<a><!----></a>",
+                                       "<a><b x='1' x='2'/></a>", "<a><p:b/></a>", "<a><b p:x=''/></a>",
+                                       "<a><b xmlns='n'/></a>", "<a><b x='&lt;'/></a>", "<a><b/", "<a><b/><"}) {
+        EXPECT_EQ(PlainTags(document), notPlain) << document;
+    }
+}
+
+TEST(PlainVisit, StopsWhereItIsTold) {
+    for (std::size_t most = 1; most < 4; ++most) {
+        Tags tags = {"", most};
+        EXPECT_EQ(Visit("<a><b/><c/>wrong", tags), UTPlainWalk::Stopped);
+        EXPECT_EQ(tags.text, std::string("a()b()c()").substr(0, 3 * most));
+    }
+    Tags tags = {"", 4};
+    EXPECT_EQ(Visit("<a><b/><c/>wrong", tags), UTPlainWalk::NotPlain);
+}
+
+TEST(PlainVisit, FindsAttributesWhateverTheirPrefix) {
+    const auto check = [](void*, const UTPlainTag& tag) {
+        EXPECT_EQ(UTPlainFindAttribute(tag, "x"), "1");
+        EXPECT_EQ(UTPlainFindAttribute(tag, "y"), "2");
+        EXPECT_EQ(UTPlainFindAttribute(tag, "p"), std::nullopt);
+        EXPECT_EQ(UTPlainFindAttribute(tag, "xmlns"), std::nullopt);
+        return true;
+    };
+    EXPECT_EQ(UTPlainVisitTags("<a xmlns='m' xmlns:p='n' xmlns:x='o' p:x='1' x='3' y='2'/>", check, nullptr),
+              UTPlainWalk::Ended);
+}
+
+void KeepParsedTag(void* context, const char* name, const char** attributes) {
+    const auto local = [](std::string_view whole) {
+        return std::string(whole.substr(whole.find(xmlNamespaceEnd) + 1));
+    };
+    auto& tags = *static_cast<Tags*>(context);
+    tags.text += local(name) + "(";
+    for (; *attributes != nullptr; attributes += 2) tags.text += local(attributes[0]) + "=" + attributes[1] + ",";
+    tags.text += ")";
+}
+
+TEST(PlainVisit, TellsTheTagsOfTheParser) {
+    Twister twister;
+    std::uint32_t told = 0;
+    for (std::uint32_t round = 0; round < 15000; ++round) {
+        const std::string document = twister.Twist(relationshipParts[round % 2]);
+        Tags tags = {"", 1 + twister.Random(10)};
+        const UTPlainWalk walk = Visit(std::string_view(document).substr(0, 100 + twister.Random(500)), tags);
+        if (walk == UTPlainWalk::NotPlain) continue;
+        ++told;
+        const auto handle = FIMakeTestHandle(document);
+        Tags parsed;
+        UTXmlParser* const parser = UTXmlNewParser(FIFileOf(*handle), {KeepParsedTag, nullptr}, &parsed);
+        static_cast<void>(UTXmlGoOn(*parser));
+        UTXmlFreeParser(*parser);
+        if (walk == UTPlainWalk::Stopped) parsed.text.resize(std::min(parsed.text.size(), tags.text.size()));
+        ASSERT_EQ(tags.text, parsed.text) << document;
+    }
+    EXPECT_GT(told, 2500U);
+}
+
 }  // namespace
