@@ -35,12 +35,6 @@ constexpr std::string_view mainRelationships[] = {
 };
 static_assert(std::size(mainRelationships) == static_cast<std::size_t>(FIMainRelationship::None));
 
-bool FIEqualsAnyCase(std::string_view one, std::string_view other) {
-    return std::ranges::equal(
-        one, other, {}, [](char letter) { return FILowerAscii(letter); },
-        [](char letter) { return FILowerAscii(letter); });
-}
-
 void FIKeepCharacter(FIShortText& text, char character) {
     text.cut = text.cut || text.size == shortTextBytes;
     if (!text.cut) text.bytes[text.size++] = character;
@@ -246,6 +240,10 @@ void FIFindContentType(UTHandle& archive, std::string_view part, FIShortText& co
 }
 
 }  // namespace
+
+bool FIEqualsAnyCase(std::string_view one, std::string_view other) {
+    return std::ranges::equal(one, other, [](char a, char b) { return FILowerAscii(a) == FILowerAscii(b); });
+}
 
 void FIFindMainPart(UTHandle& archive, FIMainPart& part) {
     part = {};

@@ -39,6 +39,9 @@ struct FIMainPart {
     FIShortText contentType = {};  // without parameters and white space, spelled as it stands; empty when there is none
 };
 
+// Compares two texts, ASCII letters without case.
+bool FIEqualsAnyCase(std::string_view one, std::string_view other);
+
 // White space around the type in "mimetype" and in a content type.
 constexpr bool FIIsTypeSpace(char character) { return character == ' ' || (character >= '\t' && character <= '\r'); }
 

@@ -9,7 +9,6 @@
 
 #include "further/package_facts.h"
 #include "further/package_lines.h"
-#include "reader/ascii_case.h"
 
 namespace {
 
@@ -132,18 +131,11 @@ bool FIHasNames(FIPackageLook& package, std::uint32_t names) {
     return (*package.names & names) == names;
 }
 
-bool FIHasOneOf(std::string_view values, std::string_view value) {
-    while (!values.empty()) {
-        if (FICutPiece(values, "|") == value) return true;
-    }
-    return false;
-}
+bool FIIsSame(std::string_view one, std::string_view other) { return one == other; }
 
-bool FIHasOneOfAnyCase(std::string_view values, std::string_view value) {
+bool FIHasOneOf(std::string_view values, std::string_view value, bool (*equals)(std::string_view, std::string_view)) {
     while (!values.empty()) {
-        const std::string_view one = FICutPiece(values, "|");
-        if (std::ranges::equal(one, value, [](char a, char b) { return FILowerAscii(a) == FILowerAscii(b); }))
-            return true;
+        if (equals(FICutPiece(values, "|"), value)) return true;
     }
     return false;
 }
@@ -153,12 +145,13 @@ bool FIHasMainPart(FILook& look, const FIPackageTest& test) {
     const FIMainPart& part = FIMainPartOf(look);
     if (part.contentType.size == 0 || part.contentType.cut) return false;
     if (test.relationship != FIMainRelationship::None && test.relationship != part.relationship) return false;
-    return FIHasOneOfAnyCase(test.contentTypes, FITextOf(part.contentType));
+    return FIHasOneOf(test.contentTypes, FITextOf(part.contentType), FIEqualsAnyCase);
 }
 
 bool FIHoldsTest(FIPackageLook& package, const FIPackageTest& test) {
     FILook& look = *package.look;
-    return FIHasMainPart(look, test) && (test.mimetypes.empty() || FIHasOneOf(test.mimetypes, FIMimetypeOf(look))) &&
+    return FIHasMainPart(look, test) &&
+           (test.mimetypes.empty() || FIHasOneOf(test.mimetypes, FIMimetypeOf(look), FIIsSame)) &&
            (test.extension.empty() || test.extension == FIExtensionOf(look)) && FIHasNames(package, test.names);
 }
 

@@ -661,6 +661,75 @@ TEST(PackageFacts, LoseNoMemoryWhereItIsExhausted) {
     }
 }
 
+// A file whose reads are counted, of which nobody else sees how it is read.
+struct CountedFile {
+    UTHandle handle;  // first
+    const std::string* bytes;
+    std::uint64_t directory;  // where the archive's directory begins
+    std::uint32_t reads;
+    std::uint64_t bytesOfDirectory;  // that were read
+};
+
+std::int32_t ReadCounted(UTHandle& handle, std::uint64_t offset, void* destination, std::uint32_t size,
+                         std::uint32_t& count) {
+    auto& file = UTRecordOf<CountedFile>(handle);
+    const std::uint64_t end = file.bytes->size();
+    const std::uint64_t start = std::min(offset, end);
+    count = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, end - start));
+    std::copy_n(file.bytes->data() + start, count, static_cast<char*>(destination));
+    ++file.reads;
+    if (start + count > file.directory) file.bytesOfDirectory += start + count - std::max(start, file.directory);
+    return 0;
+}
+
+std::uint64_t CountedSize(UTHandle& handle) { return UTRecordOf<CountedFile>(handle).bytes->size(); }
+
+bool CountedHead(UTHandle& handle, UTHead& head) {
+    const std::string& bytes = *UTRecordOf<CountedFile>(handle).bytes;
+    const auto size = static_cast<std::uint32_t>(std::min<std::size_t>(bytes.size(), UTHeadBytes));
+    head = {reinterpret_cast<const std::uint8_t*>(bytes.data()), size, bytes.size()};
+    return true;
+}
+
+constexpr UTHandleKind countedKind = {ReadCounted, CountedSize, nullptr, CountedHead, true};
+
+// The reads that tell a kind once the archive is open, and the bytes of the directory among them.
+std::pair<std::uint32_t, std::uint64_t> CostOf(const std::string& zip, FIID over, FIID kind) {
+    auto* const file = UTNewHandleRecord<CountedFile>(countedKind, nullptr);
+    file->bytes = &zip;
+    file->directory = zip.find("PK\1\2");
+    FILook look;
+    EXPECT_TRUE(FIStartLook(look, file->handle, over, 0));
+    EXPECT_NE(FIArchiveOf(look), nullptr);
+    file->reads = 0;
+    file->bytesOfDirectory = 0;
+    EXPECT_EQ(FITellPackageKind(look), kind);
+    const std::pair<std::uint32_t, std::uint64_t> cost = {file->reads, file->bytesOfDirectory};
+    FIEndLook(look);
+    UTCloseHandle(file->handle);
+    return cost;
+}
+
+TEST(PackageFacts, CostAHeaderAndTheDataOfEachPartAndAtMostOneWalk) {
+    using Cost = std::pair<std::uint32_t, std::uint64_t>;
+    const Members others(1000, {"a name of a member that nobody asks for"});
+    const auto with = [&](Members members) {
+        members.insert(members.end(), others.begin(), others.end());
+        return FIWriteZip(members);
+    };
+    const std::string workbook = with(Package("application/vnd.ms-excel.sheet.macroEnabled.main+xml"));
+    EXPECT_EQ(CostOf(workbook, 1455, 20404), Cost(4, 0));
+    EXPECT_EQ(CostOf(with({{"mimetype", "application/epub+zip"}}), plainZip, 20340), Cost(2, 0));
+    // What names tell takes the whole walk; a piece is read of 16 KiB less what is left of the one in front.
+    const std::string plain = with({{"META-INF/MANIFEST.MF"}});
+    const std::size_t directory = plain.size() - 22 - plain.find("PK\1\2");
+    const Cost cost = CostOf(plain, plainZip, 20365);
+    EXPECT_EQ(cost.second, directory);
+    EXPECT_LE(cost.first, directory / 16000 + 1);
+    // "mimetype" goes before all other names.
+    EXPECT_EQ(CostOf(with({{"mimetype", "x"}}), plainZip, 20353), Cost(3, 16384));
+}
+
 // ---- Compound storages ---------------------------------------------------------------------------------------------
 
 struct StorageCase {

@@ -340,7 +340,7 @@ void KeepParsedTag(void* context, const char* name, const char** attributes) {
 TEST(PlainVisit, TellsTheTagsOfTheParser) {
     Twister twister;
     std::uint32_t told = 0;
-    for (std::uint32_t round = 0; round < 15000; ++round) {
+    for (std::uint32_t round = 0; round < 6000; ++round) {
         const std::string document = twister.Twist(relationshipParts[round % 2]);
         Tags tags = {"", 1 + twister.Random(10)};
         const UTPlainWalk walk = Visit(std::string_view(document).substr(0, 100 + twister.Random(500)), tags);
@@ -354,7 +354,7 @@ TEST(PlainVisit, TellsTheTagsOfTheParser) {
         if (walk == UTPlainWalk::Stopped) parsed.text.resize(std::min(parsed.text.size(), tags.text.size()));
         ASSERT_EQ(tags.text, parsed.text) << document;
     }
-    EXPECT_GT(told, 2500U);
+    EXPECT_GT(told, 1000U);
 }
 
 }  // namespace
