@@ -2,6 +2,8 @@
 #include "further/package_facts.h"
 
 #include <algorithm>
+#include <bit>
+#include <limits>
 
 #include "platform/heap_allocator.h"
 #include "platform/zip/archive.h"
@@ -36,12 +38,28 @@ void FIReadMimetype(FIPackageFacts& facts) {
     facts.mimetype = FITrimmed({facts.mimetypeText.data(), size});
 }
 
-// One walk with its questions.
+// One walk with its questions, each a bit. Most names are of other lengths than those that are asked for whole.
 struct FINameWalk {
     std::span<const FINameQuestion> questions;
     std::uint32_t enough;
-    std::uint32_t answered;
+    std::uint32_t answered = 0;
+    std::uint32_t ofLength = 0;     // questions that only names of some lengths answer
+    std::uint32_t ofAnyLength = 0;  // the others
+    std::uint64_t lengths = 0;      // those lengths, each a bit
 };
+
+void FISortQuestions(FINameWalk& walk) {
+    std::uint32_t bit = 1;
+    for (const FINameQuestion& question : walk.questions) {
+        if (question.test == FINameTest::Is && question.text.size() < std::numeric_limits<std::uint64_t>::digits) {
+            walk.ofLength |= bit;
+            walk.lengths |= std::uint64_t{1} << question.text.size();
+        } else {
+            walk.ofAnyLength |= bit;
+        }
+        bit <<= 1;
+    }
+}
 
 bool FIAnswersName(const FINameQuestion& question, std::string_view name) {
     switch (question.test) {
@@ -57,10 +75,13 @@ bool FIAnswersName(const FINameQuestion& question, std::string_view name) {
 
 bool FIPutQuestions(void* context, std::string_view name) {
     auto& walk = *static_cast<FINameWalk*>(context);
-    std::uint32_t bit = 1;
-    for (const FINameQuestion& question : walk.questions) {
-        if ((walk.answered & bit) == 0 && FIAnswersName(question, name)) walk.answered |= bit;
-        bit <<= 1;
+    std::uint32_t open = walk.ofAnyLength;
+    if (name.size() < std::numeric_limits<std::uint64_t>::digits && (walk.lengths >> name.size() & 1) != 0) {
+        open |= walk.ofLength;
+    }
+    for (open &= ~walk.answered; open != 0; open &= open - 1) {
+        const auto place = static_cast<std::size_t>(std::countr_zero(open));
+        if (FIAnswersName(walk.questions[place], name)) walk.answered |= std::uint32_t{1} << place;
     }
     return (walk.answered & walk.enough) == 0;
 }
@@ -96,7 +117,8 @@ const FIMainPart& FIMainPartOf(FILook& look) {
 std::uint32_t FIAskNames(FILook& look, std::span<const FINameQuestion> questions, std::uint32_t enough) {
     UTHandle* const archive = FIArchiveOf(look);
     if (archive == nullptr) return 0;
-    FINameWalk walk = {questions.first(std::min(questions.size(), mostNameQuestions)), enough, 0};
+    FINameWalk walk = {questions.first(std::min(questions.size(), mostNameQuestions)), enough};
+    FISortQuestions(walk);
     static_cast<void>(
         UTVisitMembers(*archive, FIPutQuestions, &walk));  // where it breaks off, what was answered counts
     return walk.answered;
