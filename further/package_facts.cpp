@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <bit>
 #include <limits>
+#include <new>
+#include <type_traits>
 
-#include "platform/heap_allocator.h"
+#include "platform/base_utility.h"
 #include "platform/zip/archive.h"
 
 namespace {
@@ -15,9 +17,9 @@ constexpr FIMainPart noMainPart = {};
 // The facts of a file that is an archive; null when it is none or memory is exhausted.
 FIPackageFacts* FIFindPackage(FILook& look) {
     if (look.package == nullptr) {
-        look.package = UTNewRecord<FIPackageFacts>();
-        if (look.package == nullptr) return nullptr;
-        *look.package = {};
+        void* const block = HeapAlloc(GetProcessHeap(), 0, sizeof(FIPackageFacts));
+        if (block == nullptr) return nullptr;
+        look.package = new (block) FIPackageFacts();
         look.package->archive = UTOpenArchive(*look.file);
     }
     return look.package->archive != nullptr ? look.package : nullptr;
@@ -90,7 +92,8 @@ bool FIPutQuestions(void* context, std::string_view name) {
 
 void FIFreePackageFacts(FIPackageFacts& facts) {
     if (facts.archive != nullptr) UTCloseHandle(*facts.archive);
-    UTDeleteRecord(facts);
+    static_assert(std::is_trivially_destructible_v<FIPackageFacts>);
+    HeapFree(GetProcessHeap(), 0, &facts);
 }
 
 UTHandle* FIArchiveOf(FILook& look) {
