@@ -28,9 +28,7 @@ bool FIHeaderHasDigits(FILook& look, std::size_t headerBytes, bool (*areDigits)(
 }
 
 // A name that ends where the header says: with its one zero byte.
-bool FIIsTerminatedName(FIBytes name) {
-    return std::ranges::find(name, std::uint8_t{0}) == name.end() - 1;
-}
+bool FIIsTerminatedName(FIBytes name) { return std::ranges::find(name, std::uint8_t{0}) == name.end() - 1; }
 
 // CRC-32 as ARJ and ZIP have it: polynomial 04C11DB7, reflected.
 std::uint32_t FICrc32(FIBytes bytes) {

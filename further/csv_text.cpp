@@ -74,7 +74,6 @@ bool FIIsCsv(FILook& look) {
     const std::span<const std::uint8_t> head = FILookAtHead(look);
     const std::size_t size = std::min<std::size_t>(sampleSize, head.size() - FICountEndMarks(look));
     const std::string_view text(reinterpret_cast<const char*>(head.data()), size);
-    return std::ranges::any_of(separators, [&look, text](char separator) {
-        return FIIsTable(text, separator, look.size > sampleSize);
-    });
+    return std::ranges::any_of(
+        separators, [&look, text](char separator) { return FIIsTable(text, separator, look.size > sampleSize); });
 }

@@ -38,9 +38,9 @@ bool FIIsOneOf(std::uint8_t byte, std::string_view values) {
 // counts, the base address, and the map of directory entries.
 bool FIIsMarcLeader(FIBytes bytes) {
     return FIAreDigits(bytes.first(5)) && FIIsOneOf(bytes[5], "acdnposx") &&
-           FIIsOneOf(bytes[6], "acdefgijkmnoprtuvwxyz") && FIIsOneOf(bytes[7], "abcdims ") && FIIsOneOf(bytes[8], " a") &&
-           FIIsOneOf(bytes[9], " a0123456789") && FIStandsAt(bytes, 10, "22") && FIAreDigits(bytes.subspan(12, 5)) &&
-           FIStandsAt(bytes, 20, "4500");
+           FIIsOneOf(bytes[6], "acdefgijkmnoprtuvwxyz") && FIIsOneOf(bytes[7], "abcdims ") &&
+           FIIsOneOf(bytes[8], " a") && FIIsOneOf(bytes[9], " a0123456789") && FIStandsAt(bytes, 10, "22") &&
+           FIAreDigits(bytes.subspan(12, 5)) && FIStandsAt(bytes, 20, "4500");
 }
 
 }  // namespace

@@ -72,14 +72,13 @@ FIJsonEnd FIScanLines(FIBytes bytes, FIReach reach) {
     return lines >= fewestLines ? FIJsonEnd::Complete : FIJsonEnd::Wrong;
 }
 
-FIJsonKind FIKindOfLines(FIJsonEnd end) {
-    return end == FIJsonEnd::Complete ? FIJsonKind::Lines : FIJsonKind::None;
-}
+FIJsonKind FIKindOfLines(FIJsonEnd end) { return end == FIJsonEnd::Complete ? FIJsonKind::Lines : FIJsonKind::None; }
 
 // What all of the bytes are that are looked at.
 FIJsonKind FIKindOfAll(FIBytes bytes, FIReach reach) {
     FIJsonFacts facts;
-    if (reach == FIReach::Whole && FIScanJson(FIBehindMark(bytes), facts) == FIJsonEnd::Complete) return FIKindOf(facts);
+    if (reach == FIReach::Whole && FIScanJson(FIBehindMark(bytes), facts) == FIJsonEnd::Complete)
+        return FIKindOf(facts);
     return FIKindOfLines(FIScanLines(bytes, reach));
 }
 

@@ -165,11 +165,13 @@ FIShortString FIReadShortString(const std::uint8_t* opening, const std::uint8_t*
 }
 
 constexpr std::string_view geometryTypes[] = {
-    "Point",           "MultiPoint",         "LineString", "MultiLineString",   "Polygon",
-    "MultiPolygon",    "GeometryCollection", "Feature",    "FeatureCollection",
+    "Point",        "MultiPoint",         "LineString", "MultiLineString",   "Polygon",
+    "MultiPolygon", "GeometryCollection", "Feature",    "FeatureCollection",
 };
 
-bool FIIsGeometryType(std::string_view type) { return std::ranges::find(geometryTypes, type) != std::end(geometryTypes); }
+bool FIIsGeometryType(std::string_view type) {
+    return std::ranges::find(geometryTypes, type) != std::end(geometryTypes);
+}
 
 // Notes the name of a member of the outermost object. Returns whether its value is to be noted.
 bool FINoteName(FIJsonFacts& facts, const std::uint8_t* opening, const std::uint8_t* behind) {
@@ -188,7 +190,7 @@ bool FINoteName(FIJsonFacts& facts, const std::uint8_t* opening, const std::uint
 // The objects and arrays that are open.
 struct FIJsonNest {
     std::uint32_t depth;
-    bool inObject;  // the innermost one
+    bool inObject;                                        // the innermost one
     std::array<std::uint64_t, deepest / 64 + 1> objects;  // those around it
 };
 

@@ -21,8 +21,10 @@ using FIProlog = std::array<char, prologBytes>;
 // XML's white space with the form feed and the vertical tab, which HTML of any origin has.
 constexpr bool FIIsMarkupSpace(char character) { return character == ' ' || (character >= '\t' && character <= '\r'); }
 
+// The prolog is the file's own bytes, mostly: only with zero bytes among them it is copied.
 std::string_view FITakeProlog(const FILook& look, FIProlog& prolog) {
     const std::string_view bytes = FIStartText(look, 0, prologBytes);
+    if (bytes.find('\0') == std::string_view::npos) return bytes;
     const auto end = std::ranges::copy_if(bytes, prolog.begin(), [](char byte) { return byte != '\0'; }).out;
     return {prolog.data(), static_cast<std::size_t>(end - prolog.begin())};
 }
@@ -153,10 +155,11 @@ bool FITakeAttribute(std::string_view& text, std::string_view& name, std::string
 
 bool FIReadHtmlVersion(FILook& look, FIVersion& version) {
     FIProlog prolog;
-    std::string_view text = FITakeProlog(look, prolog);
+    const std::string_view text = FITakeProlog(look, prolog);
     version = htmlWithoutVersion;
-    for (; !text.empty(); text.remove_prefix(1)) {
-        std::string_view rest = text;
+    constexpr std::string_view declaration = "<!";
+    for (std::size_t place = text.find(declaration); place < text.size(); place = text.find(declaration, place + 1)) {
+        std::string_view rest = text.substr(place);
         if (!FIPassWord(rest, "<!doctype") || !FIPassSpace(rest) || !FIPassWord(rest, "html")) continue;
         FIHtmlLanguage language;
         if (FITakePublicIdentifier(rest, language)) {

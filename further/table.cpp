@@ -26,7 +26,8 @@ struct FIFurtherFamily {
     static constexpr auto code = FIAssembleRows<rows>();
     static constexpr std::array<FIRowNeeds, std::size(rows)> needs = [] {
         std::array<FIRowNeeds, std::size(rows)> made;
-        for (std::size_t index = 0; index < made.size(); ++index) made[index] = FINeedsOfSignature(rows[index].signature);
+        for (std::size_t index = 0; index < made.size(); ++index)
+            made[index] = FINeedsOfSignature(rows[index].signature);
         return made;
     }();
 };
@@ -49,7 +50,7 @@ constexpr void FIVisitFamilies(Visit visit) {
 
 consteval std::size_t FICountRows() {
     std::size_t count = 0;
-    FIVisitFamilies([&count]<const auto& rows>() { count += std::size(rows); });
+    FIVisitFamilies([&count]<const auto & rows>() { count += std::size(rows); });
     return count;
 }
 static_assert(FICountRows() == furtherRowCount, "furtherRowCount in table.h is the number of rows");
@@ -57,7 +58,7 @@ static_assert(FICountRows() == furtherRowCount, "furtherRowCount in table.h is t
 consteval std::array<FIRowNeeds, furtherRowCount> FIJoinFurtherNeeds() {
     std::array<FIRowNeeds, furtherRowCount> needs = {};
     std::size_t index = 0;
-    FIVisitFamilies([&]<const auto& rows>() {
+    FIVisitFamilies([&]<const auto & rows>() {
         for (const FIRowNeeds& row : FIFurtherFamily<rows>::needs) needs[index++] = row;
     });
     return needs;
@@ -76,7 +77,7 @@ template <typename Picks>
 consteval FIFurtherRowSet FIPickRows(Picks picks) {
     FIFurtherRowSet set = {};
     std::size_t index = 0;
-    FIVisitFamilies([&]<const auto& rows>() {
+    FIVisitFamilies([&]<const auto & rows>() {
         for (const FIFurtherRow& row : rows) {
             if (picks(row.over)) FIAddRow(set, index);
             ++index;
@@ -99,7 +100,7 @@ struct FIFurtherPlace {
 consteval std::array<FIFurtherPlace, furtherRowCount> FIJoinPlaces() {
     std::array<FIFurtherPlace, furtherRowCount> places = {};
     std::size_t entry = 0;
-    FIVisitFamilies([&]<const auto& rows>() {
+    FIVisitFamilies([&]<const auto & rows>() {
         for (std::size_t index = 0; index < std::size(rows); ++index) {
             const auto& code = FIFurtherFamily<rows>::code;
             places[entry++] = {&rows[index], code.bytes.data() + code.starts[index]};

@@ -82,7 +82,8 @@ bool FIIsFloatMap(std::string_view text) {
 }
 
 bool FIIsFig(std::string_view text) {
-    return FITake(text, "#FIG ") && FITakeOne(text, [](char character) { return FIIsDigit(character) && character != '0'; });
+    return FITake(text, "#FIG ") &&
+           FITakeOne(text, [](char character) { return FIIsDigit(character) && character != '0'; });
 }
 
 // ---- PEM

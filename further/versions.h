@@ -7,8 +7,9 @@
 
 // What was read. Both strings are static and NUL-terminated.
 struct FIVersion {
-    const char* version;  // "1.7", "JFIF 1.01"; "" where what was read decides among PRONOM identifiers but is no version
-    const char* puids;    // the PRONOM identifiers that it leaves, one blank between two: mostly one
+    const char*
+        version;        // "1.7", "JFIF 1.01"; "" where what was read decides among PRONOM identifiers but is no version
+    const char* puids;  // the PRONOM identifiers that it leaves, one blank between two: mostly one
 };
 
 // Reads the version of a file of a format, which may be one of either table. Returns false when the format has no rule,
