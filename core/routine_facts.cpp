@@ -104,12 +104,15 @@ const FIRoutineFacts* FIFactsOfRow(const FISignatureRow& row) {
     return place != std::end(routineFacts) && place->number == row.result.number ? place : nullptr;
 }
 
+FIBasis FIBasisOfSignature(std::string_view signature, FIBasis otherwise) {
+    if (FIRowHolds(signature, "{")) return FIBasis::Storage;
+    return FIRowHolds(signature, "ext") ? FIBasis::Extension : otherwise;
+}
+
 FIBasis FIBasisOfVerdict(const FIVerdict& verdict) {
     if (verdict.fiid == 0 || verdict.fiid == formatNotKnown) return FIBasis::None;
     const FISignatureRow* const row = FIFindSignatureRow(verdict.row);
     if (row == nullptr) return FIBasis::Text;
-    if (FIRowHolds(row->signature, "{")) return FIBasis::Storage;
-    if (FIRowHolds(row->signature, "ext")) return FIBasis::Extension;
     const FIRoutineFacts* const facts = FIFactsOfRow(*row);
-    return facts != nullptr ? facts->basis : FIBasis::Signature;
+    return FIBasisOfSignature(row->signature, facts != nullptr ? facts->basis : FIBasis::Signature);
 }

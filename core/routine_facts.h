@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "core/basis.h"
 #include "core/driver.h"
@@ -22,6 +23,10 @@ std::span<const FIRoutineFacts> FIAllRoutineFacts();
 
 // The facts of the routine that a row calls; null for a row that names its identifier.
 const FIRoutineFacts* FIFactsOfRow(const FISignatureRow& row);
+
+// What the answers of a row stand on whose signature is in the notation of signatures/notation.h, where the row names its
+// identifier or calls a routine of this basis.
+FIBasis FIBasisOfSignature(std::string_view signature, FIBasis otherwise);
 
 // What an answer stands on.
 FIBasis FIBasisOfVerdict(const FIVerdict& verdict);

@@ -2,6 +2,8 @@
 #include "detect/evidence.h"
 
 #include "core/routine_facts.h"
+#include "further/routines.h"
+#include "further/table.h"
 #include "signatures/table.h"
 
 namespace {
@@ -19,4 +21,11 @@ FIEvidence FIEvidenceOf(const FIVerdict& verdict) {
     return {basis, row->signature.data(), facts != nullptr ? facts->name : ""};
 }
 
-FIEvidence FIEvidenceOf(const FIFurtherVerdict&) { return {FIBasis::Signature, "", ""}; }
+FIEvidence FIEvidenceOf(const FIFurtherVerdict& verdict) {
+    const FIFurtherRow* const row = FIFindFurtherRow(verdict.row);
+    if (row == nullptr) return {FIBasis::None, "", ""};
+    const FIFurtherRoutine* const routine =
+        row->result.opcode == FIOpcode::Call ? FIFindFurtherRoutine(row->result.number) : nullptr;
+    const FIBasis basis = routine != nullptr ? routine->basis : FIBasis::Signature;
+    return {FIBasisOfSignature(row->signature, basis), row->signature.data(), routine != nullptr ? routine->name : ""};
+}

@@ -8,6 +8,8 @@
 
 #include "core/driver.h"
 #include "core/routine_facts.h"
+#include "further/package_facts.h"
+#include "further/table.h"
 #include "signatures/table.h"
 
 namespace {
@@ -41,6 +43,9 @@ class FIWords {
             Add(std::string_view(escaped, sizeof(escaped)));
         }
     }
+
+    // The next thing is the first of its kind: nothing separates it.
+    void Begin() { begun_ = false; }
 
     // What separates this thing from those before it, if there are any.
     void Separate(std::string_view separator) {
@@ -137,6 +142,26 @@ void FIAddStorage(FIWords& words, UTHandle& file) {
     }
 }
 
+// ---- Packages ------------------------------------------------------------------------------------------------------
+
+void FIAddPart(FIWords& words, const char* label, std::string_view text) {
+    if (text.empty()) return;
+    words.Separate(", ");
+    words.Add(label);
+    words.AddEscaped(text);
+}
+
+// The member or the main part by which a package is told. It is read if nobody has asked for it yet.
+void FIAddPackage(FIWords& words, FILook& look) {
+    const FIMainPart& main = FIMainPartOf(look);
+    if (main.relationship != FIMainRelationship::None) {
+        FIAddPart(words, "main part ", FITextOf(main.name));
+        FIAddPart(words, "content type ", FITextOf(main.contentType));
+    } else {
+        FIAddPart(words, "member mimetype ", FIMimetypeOf(look));
+    }
+}
+
 // ---- Text ----------------------------------------------------------------------------------------------------------
 
 constexpr std::uint64_t textBytes = 4096;  // that are looked at
@@ -148,20 +173,42 @@ void FIAddText(FIWords& words, std::uint64_t size) {
     words.Add(" bytes");
 }
 
+void FIAddSignatureTable(FIWords& words, const fiid_result& result) {
+    const FISignatureRow* const row = FIFindSignatureRow(result.row);
+    if (row == nullptr) return;
+    FIAddRow(words, row->signature);
+    const FIRoutineFacts* const facts = FIFactsOfRow(*row);
+    if (facts == nullptr) return;
+    words.Separate("; ");
+    words.Add(facts->looksAt);
+}
+
+void FIAddFurtherTable(FIWords& words, const fiid_result& result) {
+    const FIFurtherRow* const row = FIFindFurtherRow(result.further_row);
+    if (row == nullptr) return;
+    words.Separate("; ");
+    words.Add("further ");
+    words.Begin();
+    FIAddRow(words, row->signature);
+    if (row->result.opcode != FIOpcode::Call) return;
+    words.Separate("; ");
+    words.Add("what ");
+    words.Add(result.routine);
+    words.Add(" tells");
+}
+
+bool FIIsPackage(const FIVerdict& verdict, const fiid_result& result) {
+    return result.basis == FIID_BASIS_PACKAGE || FIBasisOfVerdict(verdict) == FIBasis::Package;
+}
+
 }  // namespace
 
 void FIExplain(FILook& look, fiid_result& result) {
     FIWords words(result.explanation, sizeof(result.explanation));
-    const FISignatureRow* const row = FIFindSignatureRow(result.row);
-    if (row != nullptr) {
-        FIAddRow(words, row->signature);
-        const FIRoutineFacts* const facts = FIFactsOfRow(*row);
-        if (facts != nullptr) {
-            words.Separate("; ");
-            words.Add(facts->looksAt);
-        }
-    }
-    FIAddStorage(words, *look.file);
     const FIVerdict verdict = {result.fiid, result.row};
+    FIAddSignatureTable(words, result);
     if (FIBasisOfVerdict(verdict) == FIBasis::Text) FIAddText(words, look.size);
+    FIAddFurtherTable(words, result);
+    FIAddStorage(words, *look.file);
+    if (FIIsPackage(verdict, result)) FIAddPackage(words, look);
 }

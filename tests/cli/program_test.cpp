@@ -78,10 +78,12 @@ TEST_F(Program, EmptyDirectoryGivesNothing) {
     EXPECT_EQ(run.exitStatus, 0);
 }
 
-TEST_F(Program, EmptyFileIsText) {
+TEST_F(Program, EmptyFileIsTextToTheSignatureTable) {
     Write("empty", "");
-    EXPECT_EQ(Run("$FIID empty").output, "empty: " + NameOf("4022") + " [4022]\n");
-    EXPECT_EQ(Run("$FIID --no-text empty").output, "empty: " + NameOf("1999") + " [1999]\n");
+    EXPECT_EQ(Run("$FIID empty").output, "empty: Empty file [4022, 20000]\n");
+    EXPECT_EQ(Run("$FIID --no-text empty").output, "empty: Empty file [1999, 20000]\n");
+    EXPECT_EQ(Run("$FIID --no-further empty").output, "empty: " + NameOf("4022") + " [4022]\n");
+    EXPECT_EQ(Run("$FIID --no-further --no-text empty").output, "empty: " + NameOf("1999") + " [1999]\n");
 }
 
 TEST_F(Program, FileOf5GiBIsIdentified) {
@@ -274,7 +276,7 @@ TEST_F(Program, ReadsStandardInput) {
     Write("a.gif", "GIF89a");
     EXPECT_EQ(Run("cat a.gif | $FIID -").output, "-: " + NameOf("1503") + " [1503]\n");
     EXPECT_EQ(Run("$FIID - < a.gif").output, "-: " + NameOf("1503") + " [1503]\n");
-    EXPECT_EQ(Run("$FIID - < /dev/null").output, "-: " + NameOf("4022") + " [4022]\n");
+    EXPECT_EQ(Run("$FIID - < /dev/null").output, "-: Empty file [4022, 20000]\n");
     EXPECT_EQ(Run("cat a.gif | $FIID a.gif - | wc -l").output, "2\n");
 }
 

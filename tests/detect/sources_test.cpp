@@ -31,12 +31,14 @@ fiid_result Detect(SparseSource& source, std::int32_t status = FIID_OK, std::uin
 
 constexpr char officeDocument[] = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument";
 
-const std::string contentTypes =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<Types "
-    "xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"><Default Extension=\"rels\" "
-    "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/><Default Extension=\"xml\" "
-    "ContentType=\"application/xml\"/><Override PartName=\"/xl/workbook.xml\" "
-    "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/></Types>";
+std::string ContentTypes(const std::string& main) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<Types "
+           "xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"><Default Extension=\"rels\" "
+           "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/><Default Extension=\"xml\" "
+           "ContentType=\"application/xml\"/><Override PartName=\"/xl/workbook.xml\" "
+           "ContentType=\"application/" +
+           main + "\"/></Types>";
+}
 const std::string relationships =
     "<?xml version=\"1.0\"?><Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">" +
     FIRelationship(officeDocument, "xl/workbook.xml") + "</Relationships>";
@@ -44,9 +46,12 @@ const std::string workbook =
     "<?xml version=\"1.0\"?><workbook xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"></workbook>";
 const std::string sheet = "THE SHEET'S DATA";
 
+constexpr char workbookType[] = "vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml";
+
 // A workbook whose sheet has so many more bytes. Its other parts stand in front of it, or behind it, as writers do that
 // learn what there is while they write.
-SparseSource LargeWorkbook(std::uint64_t bytes, bool partsFirst, std::size_t fillerBehind = 0) {
+SparseSource LargeWorkbook(std::uint64_t bytes, bool partsFirst, std::size_t fillerBehind = 0,
+                           const char* type = workbookType) {
     const bool large = bytes > UINT32_MAX;
     const ZipMember data = {.name = "xl/worksheets/sheet1.xml",
                             .method = zipDeflated,
@@ -54,7 +59,7 @@ SparseSource LargeWorkbook(std::uint64_t bytes, bool partsFirst, std::size_t fil
                             .packed = sheet,
                             .sizeTold = 5 * bytes,
                             .packedSizeTold = sheet.size() + bytes};
-    std::vector<ZipMember> members = {{"[Content_Types].xml", contentTypes, zipDeflated},
+    std::vector<ZipMember> members = {{"[Content_Types].xml", ContentTypes(type), zipDeflated},
                                       {"_rels/.rels", relationships, zipDeflated},
                                       {"xl/workbook.xml", workbook, zipDeflated},
                                       {"xl/styles.xml", std::string(fillerBehind, 's'), zipStored}};
@@ -109,6 +114,20 @@ TEST(LargePackage, IsToldWithFewReads) {
         EXPECT_LE(result.calls, 4U) << large.name;
         EXPECT_LE(source.BytesAsked(), 20480U) << large.name;
         EXPECT_EQ(result.bytes_read, source.BytesAsked()) << large.name;
+    }
+}
+
+// With macros it is another kind of the same format, which the further table tells by the type of the main part.
+TEST(LargePackage, HasItsKindToldWithFewReads) {
+    for (const bool partsFirst : {true, false}) {
+        SparseSource source = LargeWorkbook(gibibyte, partsFirst, 3500, "vnd.ms-excel.sheet.macroEnabled.main+xml");
+        const fiid_result result = Detect(source);
+        EXPECT_EQ(result.fiid, 1455);
+        EXPECT_EQ(result.further, 20404);
+        EXPECT_EQ(result.basis, FIID_BASIS_PACKAGE);
+        EXPECT_EQ(result.warnings, FIID_WARN_EXTENSION);
+        EXPECT_LE(result.calls, 4U);
+        EXPECT_LE(source.BytesAsked(), 20480U);
     }
 }
 
@@ -289,7 +308,7 @@ TEST(Source, ThatMakesNoSenseIsRefused) {
 
 // Whatever read fails, and whatever memory runs out, the answer is a defined one and nothing is lost.
 TEST(Source, SurvivesEveryFailure) {
-    const std::string package = FIWriteZip({{"[Content_Types].xml", contentTypes, zipDeflated},
+    const std::string package = FIWriteZip({{"[Content_Types].xml", ContentTypes(workbookType), zipDeflated},
                                             {"filler", std::string(30000, 'x'), zipStored},
                                             {"_rels/.rels", relationships, zipDeflated},
                                             {"xl/workbook.xml", workbook, zipDeflated}});
