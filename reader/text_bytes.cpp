@@ -138,7 +138,15 @@ __m128i FIAtMost(__m128i bytes, std::uint8_t limit) {
 
 std::uint32_t FIBits(__m128i bytes) { return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes)); }
 
-std::uint32_t FICountBits(__m128i bytes) { return static_cast<std::uint32_t>(std::popcount(FIBits(bytes))); }
+// A bit for each byte of a span for which a function gives FF.
+template <typename IsMember>
+std::uint64_t FISpanBits(const std::uint8_t* bytes, IsMember isMember) {
+    std::uint64_t bits = 0;
+    for (std::size_t start = 0; start < spanSize; start += vectorSize) {
+        bits |= std::uint64_t{FIBits(isMember(FILoad(bytes + start)))} << start;
+    }
+    return bits;
+}
 
 // FF for each byte that is no text byte.
 __m128i FINoTextBytes(__m128i bytes) {
@@ -147,31 +155,45 @@ __m128i FINoTextBytes(__m128i bytes) {
     return _mm_or_si128(low, FIEqual(bytes, deleteByte));
 }
 
-// Adds up a vector. Returns false when it holds a byte 00.
-bool FICountNoTextBytes(__m128i bytes, FITextByteCounts& counts) {
-    if (FIBits(FIEqual(bytes, 0)) != 0) return false;
-    const std::uint32_t shifts = FICountBits(FIAtMost(_mm_sub_epi8(bytes, FIFill(firstShift)), 1));
-    const std::uint32_t endMarks = FICountBits(FIEqual(bytes, endMark));
-    counts.shifts += shifts;
-    counts.endMarks += endMarks;
-    counts.stray += FICountBits(FINoTextBytes(bytes)) - shifts - endMarks;
+__m128i FILowest(__m128i first, __m128i second, __m128i third, __m128i fourth) {
+    return _mm_min_epu8(_mm_min_epu8(first, second), _mm_min_epu8(third, fourth));
+}
+
+__m128i FIAny(__m128i first, __m128i second, __m128i third, __m128i fourth) {
+    return _mm_or_si128(_mm_or_si128(first, second), _mm_or_si128(third, fourth));
+}
+
+// Counts a span at which a closer look is needed. Returns false when it holds a byte 00.
+bool FICountOddSpan(const std::uint8_t* bytes, FITextByteCounts& counts) {
+    const std::uint64_t noText = FISpanBits(bytes, FINoTextBytes);
+    if (noText == 0) return true;
+    if (FISpanBits(bytes, [](__m128i vector) { return FIEqual(vector, 0); }) != 0) return false;
+    const auto isShift = [](__m128i vector) { return FIAtMost(_mm_sub_epi8(vector, FIFill(firstShift)), 1); };
+    const std::uint64_t shifts = FISpanBits(bytes, isShift);
+    const std::uint64_t endMarks = FISpanBits(bytes, [](__m128i vector) { return FIEqual(vector, endMark); });
+    const auto count = [](std::uint64_t bits) { return static_cast<std::uint32_t>(std::popcount(bits)); };
+    counts.shifts += count(shifts);
+    counts.endMarks += count(endMarks);
+    counts.stray += count(noText & ~shifts & ~endMarks);
     return true;
 }
 
+// Most spans hold none of 00 to 06, 0E to 1F and 7F, which the lowest bytes tell: as they are, and less 0E.
 bool FICountSpan(const std::uint8_t* bytes, FITextByteCounts& counts) {
-    __m128i anyNoText = _mm_setzero_si128();
-    __m128i all = _mm_setzero_si128();
-    for (std::size_t start = 0; start < spanSize; start += vectorSize) {
-        const __m128i vector = FILoad(bytes + start);
-        anyNoText = _mm_or_si128(anyNoText, FINoTextBytes(vector));
-        all = _mm_or_si128(all, vector);
-    }
-    counts.hasHigh |= FIBits(all) != 0;
-    if (FIBits(anyNoText) == 0) return true;
-    for (std::size_t start = 0; start < spanSize; start += vectorSize) {
-        if (!FICountNoTextBytes(FILoad(bytes + start), counts)) return false;
-    }
-    return true;
+    constexpr std::uint8_t behindSoft = firstSoft + softCount;
+    const __m128i first = FILoad(bytes);
+    const __m128i second = FILoad(bytes + vectorSize);
+    const __m128i third = FILoad(bytes + 2 * vectorSize);
+    const __m128i fourth = FILoad(bytes + 3 * vectorSize);
+    const auto fromLow = [](__m128i vector) { return _mm_sub_epi8(vector, FIFill(behindSoft)); };
+    const auto isDelete = [](__m128i vector) { return FIEqual(vector, deleteByte); };
+    const __m128i lowest = FIAtMost(FILowest(first, second, third, fourth), firstSoft - 1);
+    const __m128i lowestFromLow =
+        FIAtMost(FILowest(fromLow(first), fromLow(second), fromLow(third), fromLow(fourth)), lastLow - behindSoft);
+    const __m128i deletes = FIAny(isDelete(first), isDelete(second), isDelete(third), isDelete(fourth));
+    counts.hasHigh |= FIBits(FIAny(first, second, third, fourth)) != 0;
+    const bool isOdd = FIBits(_mm_or_si128(deletes, _mm_or_si128(lowest, lowestFromLow))) != 0;
+    return !isOdd || FICountOddSpan(bytes, counts);
 }
 
 // FF or another value but 00 for bytes above a limit.
