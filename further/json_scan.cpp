@@ -10,7 +10,6 @@
 #include <string_view>
 
 #include "reader/text_bytes.h"
-#include "reader/white_space.h"
 
 namespace {
 
@@ -90,8 +89,10 @@ bool FIPassWord(FIJsonReading& reading, std::string_view word) {
 
 bool FIPassDigits(FIJsonReading& reading) {
     const std::uint8_t* const start = reading.place;
-    while (reading.place != reading.end && FIIsDigit(*reading.place)) ++reading.place;
-    return reading.place != start;
+    const std::uint8_t* place = start;  // of its own: the bytes might else be the record's, and it be written at each
+    while (place != reading.end && FIIsDigit(*place)) ++place;
+    reading.place = place;
+    return place != start;
 }
 
 bool FIStandsAt(const FIJsonReading& reading, char character) {
@@ -292,11 +293,6 @@ bool FIPassStep(FIJsonState& state, FIJsonFacts& facts, FIJsonStep& step) {
 }
 
 }  // namespace
-
-const std::uint8_t* FIPassJsonSpace(const std::uint8_t* bytes, const std::uint8_t* end) {
-    while (bytes != end && FIIsWhiteSpace(*bytes)) ++bytes;
-    return bytes;
-}
 
 FIJsonEnd FIScanJson(std::span<const std::uint8_t> bytes, FIJsonFacts& facts) {
     facts = {};

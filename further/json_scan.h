@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <span>
 
+#include "reader/white_space.h"
+
 enum class FIJsonEnd : std::uint8_t {
     Complete,
     Wrong,
@@ -24,4 +26,7 @@ struct FIJsonFacts {
 FIJsonEnd FIScanJson(std::span<const std::uint8_t> bytes, FIJsonFacts& facts);
 
 // White space of JSON: blank, tab and the two line ends.
-const std::uint8_t* FIPassJsonSpace(const std::uint8_t* bytes, const std::uint8_t* end);
+inline const std::uint8_t* FIPassJsonSpace(const std::uint8_t* bytes, const std::uint8_t* end) {
+    while (bytes != end && *bytes <= ' ' && FIIsWhiteSpace(*bytes)) ++bytes;  // most bytes are above all of them
+    return bytes;
+}
