@@ -1,0 +1,11 @@
+# Completion of fiid for fish.
+complete -c fiid -s h -l help -d 'Print a summary and end'
+complete -c fiid -s V -l version -d 'Print the version and end'
+complete -c fiid -l format -x -a 'text ndjson json csv tsv' -d 'Write this form of output'
+complete -c fiid -l mime -d 'Write PATH: TYPE/SUBTYPE'
+complete -c fiid -l no-text -d 'Do not tell text by its characters'
+complete -c fiid -l no-further -d 'Leave out the further table'
+complete -c fiid -l explain -d 'Also tell what decided'
+complete -c fiid -l files-from -r -d 'Read the paths from a file'
+complete -c fiid -s 0 -l null -d 'The list of paths is separated by NUL bytes'
+complete -c fiid -l formats -d 'List all formats and end'

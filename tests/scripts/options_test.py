@@ -1,0 +1,127 @@
+#!/usr/bin/env python3
+"""options_test.py PROGRAM: every option, form of output and field of the program stands in its manual page and every option
+and form in each completion, and the other way round; the library's manual page tells all that its header declares."""
+import os
+import re
+import shutil
+import subprocess
+import sys
+import unittest
+
+TOP = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+PROGRAM = sys.argv.pop(1) if len(sys.argv) > 1 else os.path.join(TOP, "build", "dev", "fiid")
+
+
+def read(*path):
+    with open(os.path.join(TOP, *path), encoding="utf-8") as file:
+        return file.read()
+
+
+def tell(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True, stdin=subprocess.DEVNULL).stdout
+
+
+def section(page, title):
+    return page.split("\n== %s\n" % title)[1].split("\n== ")[0]
+
+
+def terms(text):
+    """The terms of a list of asciidoctor: *A*, *B*:: ..."""
+    return [term for line in re.findall(r"^(\*.*?)::(?: |$)", text, re.M) for term in re.findall(r"\*(.+?)\*", line)]
+
+
+def needs(shell):
+    return unittest.skipUnless(shutil.which(shell), shell + " is not installed")
+
+
+HELP = tell(PROGRAM, "--help")
+OPTIONS = {option for names in re.findall(r"^  (-\S+)", HELP, re.M) for option in names.split(",")}
+FORMS = set(re.search(r"FORMAT:\{(.*?)\}", HELP).group(1).split(","))
+
+
+class Program(unittest.TestCase):
+    page = read("man", "fiid.1.adoc")
+
+    def test_help_is_read(self):
+        self.assertLessEqual({"-h", "--help", "--format", "--files-from", "-0", "--null"}, OPTIONS)
+        self.assertLessEqual({"text", "json"}, FORMS)
+
+    def test_options(self):
+        self.assertEqual(set(terms(section(self.page, "Options"))), OPTIONS)
+
+    def test_forms_of_output(self):
+        self.assertEqual(set(terms(section(self.page, "Output").split("The fields of a record")[0])), FORMS)
+
+    def test_fields(self):
+        told = terms(section(self.page, "Output").split("The fields of a record")[1])
+        header = tell(PROGRAM, "--format", "tsv", os.path.join(TOP, "README.md")).splitlines()[0].split("\t")
+        self.assertEqual([field for field in told if field != "path_hex"], header)
+
+    def test_exit_statuses(self):
+        self.assertEqual(terms(section(self.page, "Exit status")), ["0", "1", "2"])
+        self.assertEqual(subprocess.run([PROGRAM, "--no-such-option"], capture_output=True).returncode, 2)
+
+
+class Library(unittest.TestCase):
+    page = read("man", "fiid_detect.3.adoc")
+    header = re.sub(r"/\*.*?\*/", "", read("include", "fiid", "detect.h"), flags=re.S)
+
+    def test_functions(self):
+        declared = re.findall(r"\b(fiid_\w+)\([^()]*\);", self.header)
+        self.assertGreater(len(declared), 5)
+        prototypes = section(self.page, "Synopsis").split("....")[1]
+        self.assertEqual(re.findall(r"\b(fiid_\w+)\(", prototypes), sorted(declared, key=prototypes.find))
+        for name in declared:
+            self.assertIn("*%s*" % name if not name.startswith("fiid_detect_") else name, self.page)
+
+    def test_constants(self):
+        declared = set(re.findall(r"\bFIID_[A-Z_]+\b", self.header)) - {"FIID_DETECT_H"}
+        self.assertEqual(declared, set(re.findall(r"\bFIID_[A-Z_]+\b", self.page)))
+
+    def test_fields(self):
+        for structure in re.findall(r"typedef struct fiid_\w+ \{(.*?)\} fiid_\w+;", self.header, re.S):
+            for field in re.findall(r"(?:\(\*(\w+)\)\([^;]*|(\w+)(?:\[\d+\])?);", structure):
+                self.assertIn("*%s*" % (field[0] or field[1]), self.page)
+
+
+class Completions(unittest.TestCase):
+    def complete_in_bash(self, *words):
+        return set(tell("bash", "-c", 'source "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _fiid; printf "%s\\n" "${COMPREPLY[@]}"',
+                        os.path.join(TOP, "completions", "fiid.bash"), "fiid", *words).split())
+
+    def test_bash(self):
+        self.assertEqual(self.complete_in_bash("-"), OPTIONS)
+        self.assertEqual(self.complete_in_bash("--no"), {option for option in OPTIONS if option.startswith("--no")})
+        self.assertEqual(self.complete_in_bash("--format", ""), FORMS)
+        self.assertEqual(self.complete_in_bash("--format", "=", "nd"), {"ndjson"})
+        self.assertEqual(self.complete_in_bash("--format", "="), FORMS)
+        self.assertIn(os.path.join(TOP, "README.md"), self.complete_in_bash(os.path.join(TOP, "READ")))
+        self.assertIn(os.path.join(TOP, "README.md"), self.complete_in_bash("--files-from", os.path.join(TOP, "READ")))
+
+    def test_zsh(self):
+        text = read("completions", "_fiid")
+        arguments = text.split("_arguments", 1)[1]
+        self.assertTrue(text.startswith("#compdef fiid\n"))
+        self.assertEqual(set(re.findall(r"(?<![\w-])(-[\w-]+)(?=[\[,}])", arguments)), OPTIONS)
+        self.assertEqual(set(re.search(r":form:\((.*?)\)", arguments).group(1).split()), FORMS)
+
+    def test_fish(self):
+        lines = re.findall(r"^complete -c fiid (.*)$", read("completions", "fiid.fish"), re.M)
+        named = {"-" + name for line in lines for name in re.findall(r"-s (\S)", line)}
+        named |= {"--" + name for line in lines for name in re.findall(r"-l (\S+)", line)}
+        self.assertEqual(named, OPTIONS)
+        self.assertEqual(set(re.search(r"-l format -x -a '(.*?)'", "\n".join(lines)).group(1).split()), FORMS)
+
+    @needs("zsh")
+    def test_zsh_reads_it(self):
+        tell("zsh", "-n", os.path.join(TOP, "completions", "_fiid"))
+
+    @needs("fish")
+    def test_fish_completes(self):
+        script = "source %s; complete -C 'fiid -'" % os.path.join(TOP, "completions", "fiid.fish")
+        offered = {line.split("\t")[0] for line in tell("fish", "--no-config", "-c", script).splitlines()}
+        self.assertEqual(offered, OPTIONS)
+
+
+if __name__ == "__main__":
+    unittest.main()
