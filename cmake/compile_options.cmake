@@ -7,6 +7,9 @@ target_compile_options(fiid_options INTERFACE
     $<$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,$<NOT:$<BOOL:$<TARGET_PROPERTY:FIID_TEST>>>>:-fno-gnu-unique>)
 target_include_directories(fiid_options INTERFACE
     ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/generated)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    target_compile_definitions(fiid_options INTERFACE _FILE_OFFSET_BITS=64)  # files have 64 bits all the same
+endif()
 
 if(FIID_SANITIZE)
     # Undefined behaviour is looked for in what is tested: in the tests themselves, which have the property FIID_TEST, the

@@ -205,7 +205,7 @@ FIID FIProbeArchive(HIOFILE file) {
     if (IOSetInfo(archive, IOSetInfoArchive, IOSetInfoArchiveMember, &value) != 0) return plainArchive;
 
     IOSubMemberSpec specification = {};
-    static_assert(sizeof(specification) == 520);
+    static_assert(sizeof(specification) == sizeof(HIOFILE) + 512);
     specification.parent = archive;
     std::ranges::copy(mimetypeMember, specification.name);
     HIOFILE member = nullptr;
