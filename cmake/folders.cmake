@@ -18,3 +18,11 @@ function(fiid_finish_shared_library target name)
     target_link_options(${target} PRIVATE -Wl,--version-script=${map} -Wl,--no-undefined)
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
 endfunction()
+
+# Tells what a static library needs beside itself, here and where it is installed, where the names of CMake's own modules
+# are known, and a program in C does not link the standard library of C++ by itself.
+function(fiid_link_static_library target)
+    target_link_libraries(${target}
+        PUBLIC $<BUILD_INTERFACE:PkgConfig::EXPAT> $<BUILD_INTERFACE:PkgConfig::ZLIB>
+        INTERFACE $<INSTALL_INTERFACE:EXPAT::EXPAT> $<INSTALL_INTERFACE:ZLIB::ZLIB> $<INSTALL_INTERFACE:stdc++>)
+endfunction()

@@ -14,16 +14,12 @@ function(fiid_install_library name shared static)
         INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
     install(TARGETS ${static} EXPORT fiid-static ARCHIVE COMPONENT development
         INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-    # A program in C links the standard library of C++ by itself then.
-    target_link_libraries(${static} INTERFACE $<INSTALL_INTERFACE:stdc++>)
 endfunction()
 
 install(TARGETS fiid_program COMPONENT program)
 fiid_install_library(platform fiid_platform fiid_platform_static)
 fiid_install_library(fiid fiid_shared fiid_static)
-if(TARGET fiid_detect_shared)
-    fiid_install_library(detect fiid_detect_shared fiid_detect_static)
-endif()
+fiid_install_library(detect fiid_detect_shared fiid_detect_static)
 
 install(FILES ${PROJECT_SOURCE_DIR}/include/fiid.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(FILES
