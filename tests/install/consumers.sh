@@ -64,9 +64,8 @@ by_pkg_config() {
 
 by_cmake() {
     local name
-    cmake -S "$source" -B "$1" -G "$generator" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_COMPILER="$cc" \
-        -DCMAKE_CXX_COMPILER="${cxx[0]}" -DCMAKE_C_FLAGS="${flags[*]}" -DCMAKE_CXX_FLAGS="${flags[*]}" \
-        -DWITH_CXX="$2" >/dev/null
+    CC=$cc CXX=${cxx[0]} CFLAGS=${flags[*]} CXXFLAGS=${flags[*]} cmake -S "$source" -B "$1" -G "$generator" \
+        -DCMAKE_PREFIX_PATH="$prefix" -DWITH_CXX="$2" >/dev/null
     cmake --build "$1" >/dev/null
     for name in "$1"/tell_*_static; do stands_alone "$name"; done
     for name in "$1"/tell_*; do tells "CMake, $name" "./$name"; done
