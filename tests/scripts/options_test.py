@@ -54,7 +54,7 @@ class Program(unittest.TestCase):
 
     def test_fields(self):
         told = terms(section(self.page, "Output").split("The fields of a record")[1])
-        header = tell(PROGRAM, "--format", "tsv", os.path.join(TOP, "README.md")).splitlines()[0].split("\t")
+        header = tell(PROGRAM, "--explain", "--format", "tsv", os.path.join(TOP, "README.md")).splitlines()[0].split("\t")
         self.assertEqual([field for field in told if field != "path_hex"], header)
 
     def test_exit_statuses(self):
