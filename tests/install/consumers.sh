@@ -25,7 +25,7 @@ tells() {
 
 # stands_alone PROGRAM: nothing of what is installed may be needed when it runs.
 stands_alone() {
-    if readelf --dynamic "$1" | grep -q 'NEEDED.*libfiid'; then
+    if readelf --dynamic "$1" | grep 'NEEDED.*libfiid'; then
         echo "consumers.sh: a static program needs a shared library" >&2
         exit 1
     fi
