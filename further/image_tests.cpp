@@ -5,7 +5,7 @@
 
 #include "further/look_numbers.h"
 #include "further/searches.h"
-#include "further/text_byte.h"
+#include "reader/text_bytes.h"
 
 FIID FITellAvifBrand(FILook& look) {
     constexpr std::size_t firstBrand = 16;

@@ -15,7 +15,8 @@ constexpr std::uint32_t firstStep = 8192;
 constexpr std::uint32_t largestStep = 32768;
 constexpr std::uint32_t largeRead = 4096;
 
-static_assert(sizeof(off_t) == sizeof(std::uint64_t), "systems of 32 bits have files of 64 bits, too: _FILE_OFFSET_BITS");
+static_assert(sizeof(off_t) == sizeof(std::uint64_t),
+              "systems of 32 bits have files of 64 bits, too: _FILE_OFFSET_BITS");
 
 struct UTPlainFile {
     UTHandle handle;

@@ -24,11 +24,6 @@ constexpr std::uint8_t lastLow = 0x1F;
 constexpr std::uint8_t deleteByte = 0x7F;
 constexpr std::uint8_t firstHigh = 0x80;
 
-constexpr bool FIIsTextByte(std::uint8_t byte) {
-    return (byte > lastLow && byte != deleteByte) || byte == escape ||
-           (byte >= firstSoft && byte < firstSoft + softCount);
-}
-
 // Counts span by span. The last one is filled up with blanks, which count as nothing.
 template <typename CountSpan>
 bool FICountBySpans(const std::uint8_t* bytes, std::size_t size, std::uint32_t mostStray, FITextByteCounts& counts,

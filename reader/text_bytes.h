@@ -8,7 +8,12 @@
 #include <cstddef>
 #include <cstdint>
 
-// Of bytes that were passed. Text bytes are 07 to 0D, 1B, 20 to 7E and 80 to FF; all others but three are stray ones.
+// BEL to CR, ESC, the visible characters and the blank of ASCII, and everything above it.
+constexpr bool FIIsTextByte(std::uint8_t byte) {
+    return (byte >= 0x07 && byte <= 0x0D) || byte == 0x1B || (byte >= 0x20 && byte != 0x7F);
+}
+
+// Of bytes that were passed. All but text bytes and three others are stray ones.
 struct FITextByteCounts {
     std::uint32_t stray;
     std::uint32_t shifts;    // 0E and 0F, which ISO 2022 texts switch their character sets with
