@@ -332,7 +332,7 @@ constexpr FIFormatRecord formats[] = {
     {20336, "Compound storage, other", "application/x-ole-storage", "fmt/111", ""},
     {20337, "UTF-16 text with a byte order mark", "text/plain", "x-fmt/16", "txt"},
     {20338, "UTF-8 text without a byte order mark", "text/plain", "x-fmt/16", "txt"},
-    {20339, "Binary data, not known (withdraws the answer text)", "application/octet-stream", "", ""},
+    {20339, "Binary data, not known", "application/octet-stream", "", ""},
     {20340, "EPUB e-book", "application/epub+zip", "fmt/483", "epub"},
     {20341, "iBooks e-book", "application/x-ibooks+zip", "fmt/482", "ibooks"},
     {20342, "OpenDocument database (ODB)", "application/vnd.oasis.opendocument.base", "fmt/140 fmt/424 fmt/444 fmt/1752 fmt/2047", "odb"},

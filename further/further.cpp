@@ -23,11 +23,12 @@ FIID FICallFurtherRoutine(FIFurtherCalls& calls, std::uint16_t number) {
 FIFurtherVerdict FIWalkRows(const FIFurtherRowSet& rows, FILook& look, FIReader& reader, FIRequest& request) {
     const FIFilterBytes bytes = {look.start.bytes, look.start.size};
     const FIFurtherRowSet selected = FISelectFurtherRows(rows, bytes, request.hasClassId);
+    const FIFurtherFarNeeds& farNeeds = FIFurtherFarNeedsOfRows();
     for (std::size_t word = 0; word < selected.size(); ++word) {
         for (std::uint64_t bits = selected[word]; bits != 0; bits &= bits - 1) {
-            const auto row =
-                static_cast<std::uint16_t>(word * 64 + static_cast<std::size_t>(std::countr_zero(bits)) + 1);
-            if (!FIFurtherFarByteFits(row, bytes)) continue;
+            const std::size_t index = word * 64 + static_cast<std::size_t>(std::countr_zero(bits));
+            if (!FIFarByteFits(farNeeds[index], bytes)) continue;
+            const auto row = static_cast<std::uint16_t>(index + 1);
             const FIID further = FIRunSignature(FIFurtherEntry(row), reader, request);
             if (further != 0) return {further, row};
         }

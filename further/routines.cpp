@@ -2,6 +2,9 @@
 #include "further/routines.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <iterator>
 
 #include "further/archive_tests.h"
 #include "further/clean_text.h"
@@ -83,13 +86,30 @@ constexpr FIFurtherRoutine routines[] = {
     // clang-format on
 };
 
-static_assert(std::ranges::is_sorted(routines, {}, &FIFurtherRoutine::number));
+static_assert(std::ranges::adjacent_find(routines, std::ranges::greater_equal(), &FIFurtherRoutine::number) ==
+              std::ranges::end(routines));
+
+constexpr std::uint16_t firstNumber = routines[0].number;
+constexpr std::uint8_t noRoutine = 0xFF;
+static_assert(std::size(routines) < noRoutine);
+
+// The index of each routine by its number, so that a row's call costs one look.
+constexpr auto routineOfNumber = [] {
+    std::array<std::uint8_t, routines[std::size(routines) - 1].number - firstNumber + std::size_t{1}> indices = {};
+    for (std::uint8_t& index : indices) index = noRoutine;
+    for (std::uint8_t index = 0; index < std::size(routines); ++index) {
+        indices[static_cast<std::size_t>(routines[index].number - firstNumber)] = index;
+    }
+    return indices;
+}();
 
 }  // namespace
 
 std::span<const FIFurtherRoutine> FIFurtherRoutines() { return routines; }
 
 const FIFurtherRoutine* FIFindFurtherRoutine(std::uint16_t number) {
-    const auto place = std::ranges::lower_bound(routines, number, {}, &FIFurtherRoutine::number);
-    return place != std::ranges::end(routines) && place->number == number ? &*place : nullptr;
+    const std::size_t place = static_cast<std::size_t>(number) - firstNumber;
+    if (number < firstNumber || place >= routineOfNumber.size()) return nullptr;
+    const std::uint8_t index = routineOfNumber[place];
+    return index != noRoutine ? &routines[index] : nullptr;
 }

@@ -148,9 +148,7 @@ FIFurtherRowSet FISelectFurtherRows(const FIFurtherRowSet& rows, const FIFilterB
     return selected;
 }
 
-bool FIFurtherFarByteFits(std::uint16_t row, const FIFilterBytes& head) {
-    return FIFarByteFits(farNeeds[row - 1U], head);
-}
+const FIFurtherFarNeeds& FIFurtherFarNeedsOfRows() { return farNeeds; }
 
 const std::uint8_t* FIFurtherEntry(std::uint16_t number) { return places[number - 1U].code; }
 

@@ -17,8 +17,9 @@ const FIFurtherRowSet& FIFurtherRowsOver(FIID fiid);
 // Of these, the rows that the first four bytes let pass; those of class identifiers only if the file has one.
 FIFurtherRowSet FISelectFurtherRows(const FIFurtherRowSet& rows, const FIFilterBytes& head, bool hasClassId);
 
-// Whether the one more byte of a row lets it pass.
-bool FIFurtherFarByteFits(std::uint16_t row, const FIFilterBytes& head);
+// The one more byte that each row looks at, row 1 first: FIFarByteFits tells whether it lets the row pass.
+using FIFurtherFarNeeds = std::array<FIFarNeed, furtherRowCount>;
+const FIFurtherFarNeeds& FIFurtherFarNeedsOfRows();
 
 // The bytecode of a row by its number, 1 to furtherRowCount.
 const std::uint8_t* FIFurtherEntry(std::uint16_t number);

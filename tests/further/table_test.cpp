@@ -42,7 +42,8 @@ bool IsSelected(std::uint16_t number, const Skeleton& skeleton) {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(skeleton.bytes.data());
     const FIFilterBytes head = {bytes, static_cast<std::uint32_t>(std::min<std::size_t>(skeleton.bytes.size(), 8192))};
     const FIFurtherRowSet rows = FISelectFurtherRows(all, head, skeleton.isStorage);
-    return (rows[(number - 1U) / 64] >> (number - 1U) % 64 & 1) != 0 && FIFurtherFarByteFits(number, head);
+    return (rows[(number - 1U) / 64] >> (number - 1U) % 64 & 1) != 0 &&
+           FIFarByteFits(FIFurtherFarNeedsOfRows()[number - 1U], head);
 }
 
 template <typename Visit>
