@@ -3,8 +3,9 @@
 //   Format                 Mark                   The file reaches to
 //   RIFF, RIFX             "RIFF", "RIFX" at 0    8 and the 32 bits at 4, little- or big-endian; FFFFFFFF is a stream's
 //   IFF                    "FORM" at 0            8 and the 32 bits at 4, big-endian
-//   Windows bitmap         "BM" at 0, and the     the 32 bits at 2, little-endian; some writers leave them 0
-//                          size of a header at 14
+//   Windows bitmap         "BM" at 0, and the     the 32 bits at 2, and the pixels' end: the 32 bits at 10 and rows of
+//                          size of a header at 14 the width at 18, the height at 22 and the bits at 28, or the 32 bits
+//                                                 at 34 where 30 tells a compression; little-endian
 //   7z                     37 7A BC AF 27 1C      32, the 64 bits at 12 and the 64 bits at 20, little-endian
 //   SQLite                 its name at 0          pages of the 16 bits at 16 (1 is 65,536), as many as the 32 bits at 28,
 //                                                 big-endian; these hold where the counters at 24 and 92 are equal
@@ -51,10 +52,20 @@ std::uint64_t FIEndOfRiff(FIStart start) {
 
 std::uint64_t FIEndOfForm(FIStart start) { return 8 + std::uint64_t{FIBigDWord(&start[4])}; }
 
+// Some writers tell a size of the file that is too large, so the pixels are to end behind the file's end too.
 std::uint64_t FIEndOfBitmap(FIStart start) {
-    constexpr std::uint32_t headerSizes[] = {12, 40, 52, 56, 64, 108, 124};
+    constexpr std::uint32_t headerSizes[] = {40, 52, 56, 64, 108, 124};
+    constexpr std::uint32_t uncompressed = 0;
     if (std::ranges::find(headerSizes, FILoadDWordLE(&start[14])) == std::end(headerSizes)) return 0;
-    return FILoadDWordLE(&start[2]);
+    const std::uint64_t width = FILoadDWordLE(&start[18]);
+    const auto height = static_cast<std::int32_t>(FILoadDWordLE(&start[22]));  // negative: the first row is the top one
+    const std::uint64_t rows = static_cast<std::uint64_t>(height < 0 ? -std::int64_t{height} : height);
+    const std::uint64_t rowBytes = (width * FILoadWordLE(&start[28]) + 31) / 32 * 4;
+    constexpr std::uint64_t mostPixelBytes = UINT32_MAX;
+    if (rows > 0 && rowBytes > mostPixelBytes / rows) return 0;
+    const bool plain = FILoadDWordLE(&start[30]) == uncompressed;
+    const std::uint64_t pixelEnd = FILoadDWordLE(&start[10]) + (plain ? rowBytes * rows : FILoadDWordLE(&start[34]));
+    return std::min<std::uint64_t>(FILoadDWordLE(&start[2]), pixelEnd);
 }
 
 std::uint64_t FIEndOf7z(FIStart start) {
@@ -81,7 +92,9 @@ std::uint64_t FIEndOfTiff(FIStart start) {
 std::uint64_t FIEndOfFont(FIStart start) {
     constexpr std::size_t headerSize = 12;
     constexpr std::size_t tableSize = 16;
+    constexpr std::size_t mostTables = 64;  // other formats begin with these bytes too
     const std::size_t tables = FIBigWord(&start[4]);
+    if (tables > mostTables) return 0;
     std::uint64_t end = 0;
     for (std::size_t index = 0; index < tables; ++index) {
         const std::size_t place = headerSize + index * tableSize;
@@ -121,7 +134,7 @@ constexpr FICutRule rules[] = {
     { 0, {"RIFF", 4},                             8, FIEndOfRiff},
     { 0, {"RIFX", 4},                             8, FIEndOfRiff},
     { 0, {"FORM", 4},                             8, FIEndOfForm},
-    { 0, {"BM", 2},                              18, FIEndOfBitmap},
+    { 0, {"BM", 2},                              38, FIEndOfBitmap},
     { 0, {"7z\xBC\xAF\x27\x1C", 6},              28, FIEndOf7z},
     { 0, {"SQLite format 3\0", 16},              96, FIEndOfDatabase},
     { 0, {"wOFF", 4},                            12, FIBigEndAt8},
