@@ -8,7 +8,8 @@ target_compile_options(fiid_options INTERFACE
 target_include_directories(fiid_options INTERFACE
     ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/generated)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-    target_compile_definitions(fiid_options INTERFACE _FILE_OFFSET_BITS=64)  # files have 64 bits all the same
+    # Sizes of files have 64 bits all the same, and their times go on behind 2038.
+    target_compile_definitions(fiid_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 endif()
 
 if(FIID_SANITIZE)
