@@ -165,6 +165,21 @@ bool FIMarkFits(const FICutRule& rule, FIStart start) {
            std::memcmp(start.data() + rule.place, rule.mark.data(), rule.mark.size()) == 0;
 }
 
+// The first bytes of the marks that begin a file. Most files begin with none of them.
+constexpr auto firstBytes = [] {
+    std::array<bool, 256> first = {};
+    for (const FICutRule& rule : rules) {
+        if (rule.place == 0) first[static_cast<std::uint8_t>(rule.mark[0])] = true;
+    }
+    first['P'] = true;  // of an archive
+    return first;
+}();
+
+constexpr FICutRule profileRule = *std::ranges::find(rules, std::size_t{36}, &FICutRule::place);
+
+// Whether there is anything to look at.
+bool FIMayBeJudged(FIStart start) { return !start.empty() && (firstBytes[start[0]] || FIMarkFits(profileRule, start)); }
+
 bool FICouldBeText(std::string_view mark) {
     return std::ranges::all_of(mark, [](char byte) { return byte >= ' ' && byte <= '~'; });
 }
@@ -186,6 +201,7 @@ bool FIHasLostItsDirectory(const UTHandle& file, FIStart start) {
 
 bool FIIsCut(const UTHandle& file, const FIHead& head, std::uint64_t size, FIBasis basis) {
     const FIStart start(head.bytes, head.size);
+    if (!FIMayBeJudged(start)) return false;
     if (start.empty()) return false;
     if (FIHasLostItsDirectory(file, start)) return true;
     for (const FICutRule& rule : rules) {

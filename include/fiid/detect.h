@@ -116,36 +116,52 @@ enum {
  * Its size and layout stay as they are within a major version; what is added takes the place of reserved fields, which
  * are filled with 0. */
 typedef struct fiid_result {
-    uint16_t fiid;            /* the signature table's identifier; 1999 when it knows none; 0 after a failure */
-    uint16_t further;         /* the more precise identifier of the further table, 0 if there is none */
-    uint16_t row;             /* the signature table's deciding row; 0 when no row decided */
-    uint16_t further_row;     /* the further table's deciding row; 0 when further is 0 */
-    int32_t basis;            /* FIID_BASIS_NONE and the like, of the most precise answer */
-    uint32_t warnings;        /* FIID_WARN_EXTENSION and the like */
-    uint64_t size;            /* of the file, in bytes; FIID_SIZE_UNKNOWN for files that tell none, as under /proc */
-    int64_t modified_seconds; /* when the file was last modified: seconds since 1970-01-01 UTC, may be negative, */
-    uint32_t modified_nanoseconds; /* and up to 999,999,999 more */
-    uint32_t modified_known;       /* 1 when the two before tell that: of paths and descriptors; else 0 */
-    uint64_t bytes_read;           /* what the answer cost: bytes that system reads, or the source's, delivered; of */
-    uint64_t calls;                /* memory, which is looked at in place, 0; and how many such calls were made */
-    int32_t system_error;          /* errno of the call that failed, 0 when none did or it has no such number */
-    int32_t source_error; /* what the source's read_at returned first that was not 0; also with FIID_OK, where a
-                                    * part of the file that was looked at could not be read */
-    uint32_t reserved_numbers[6];
+    uint16_t fiid;        /* the signature table's identifier; 1999 when it knows none; 0 after a failure */
+    uint16_t further;     /* the further table's more precise identifier, 0 if there is none */
+    uint16_t row;         /* the signature table's deciding row; 0 when no row decided */
+    uint16_t further_row; /* the further table's deciding row; 0 when further is 0 */
+    int32_t basis;        /* FIID_BASIS_NONE and the like, of the most precise answer */
+    uint32_t warnings;    /* FIID_WARN_EXTENSION and the like */
 
-    /* Of the most precise answer: of further, or of fiid when that is 0. */
-    const char* name;    /* display name, such as "JPEG XL image, codestream" */
-    const char* mime;    /* media type, such as "image/jxl"; "" when none is right for all of these files */
-    const char* version; /* as read in the file, such as "1.7"; "" when none is read */
-    const char* puids;   /* PRONOM identifiers, one blank between two: the one that the version leaves, or all that are
-                             * possible; "" when none is right */
-    const char*
-        extensions; /* usual extensions of the name, lower case, no full stop, one blank between two; "" for none */
+    /* Of the file, in bytes. FIID_SIZE_UNKNOWN for one that tells none, as under /proc, and does not end in what is read. */
+    uint64_t size;
 
-    /* Why. */
-    const char* signature;         /* what row looks for, in the table's notation; "" when row is 0 */
-    const char* further_signature; /* what further_row looks for, likewise */
-    const char* routine;           /* the routine that decided, where a row's pattern did not; else "" */
+    /* When the file was last modified: seconds since 1970-01-01 UTC, maybe negative, and up to 999,999,999 nanoseconds
+     * more. modified_known is 1 where that is told, for paths and descriptors, and else 0. */
+    int64_t modified_seconds;
+    uint32_t modified_nanoseconds;
+    uint32_t modified_known;
+
+    /* What the answer cost: bytes that were read, by the system or the source, and how many calls delivered them. Of
+     * memory, which is looked at in place, both are 0. */
+    uint64_t bytes_read;
+    uint64_t calls;
+
+    /* The errno of the system call that failed; 0 when none did, or it has no such number. */
+    int32_t system_error;
+    /* What the source's read_at returned first that was not 0; also with FIID_OK, where a part of the file could not be
+     * read. */
+    int32_t source_error;
+
+    uint32_t reserved_numbers[6]; /* 0 */
+
+    /* Of the most precise answer, which is that of further, or of fiid where that is 0: its name, such as "JPEG XL image,
+     * codestream"; its media type, or "" where none is right for all of these files; the version as read in the file, such
+     * as "1.7", or "" where none is read; PRONOM identifiers with one blank between two, the one that the version leaves or
+     * all that are possible, or "" where none is right; and usual extensions of a name, in lower case without a full stop,
+     * with one blank between two, or "" where there is none. */
+    const char* name;
+    const char* mime;
+    const char* version;
+    const char* puids;
+    const char* extensions;
+
+    /* Why: what row and further_row look for, in the tables' notation, or ""; and the name of the routine that decided,
+     * where a row's pattern did not, else "". */
+    const char* signature;
+    const char* further_signature;
+    const char* routine;
+
     const char* reserved_texts[4]; /* "" */
 
     /* With FIID_EXPLAIN: what was looked at, in plain words. What stems from the file, such as names of parts, has bytes
@@ -182,9 +198,8 @@ typedef struct fiid_source {
     /* Reads up to size bytes (1 to 65,536) at an offset below the source's size into buffer, stores in *count how many came,
      * and returns 0. Fewer than size may come: the library asks on for the rest. A count of 0 says that the source ends
      * here, sooner than its size told. Any other return value is a failure, which result.source_error tells; the buffer and
-     * *count are then not looked at. A count above size is taken for a failure, with a source_error of -1. Called in the
-     * caller's thread, during the call alone, and not once more with the same range when it succeeded with it in full.
-     * It must not throw, and not call back for the same result. */
+     * *count are then not looked at. A count above size is taken for a failure, with a source_error of -1. It is called in
+     * the caller's thread, during the call alone, and must not throw. */
     int32_t (*read_at)(void* context, uint64_t offset, void* buffer, uint32_t size, uint32_t* count);
 
     uint64_t size;    /* in bytes. It must be known: FIID_SIZE_UNKNOWN is FIID_ERROR_ARGUMENT */
@@ -192,7 +207,8 @@ typedef struct fiid_source {
 
     /* The bytes that one call should fetch at least where reads ahead are made, which is for small reads behind the first
      * 8,192 bytes: raised to a power of two from 4,096 to 65,536; 0 is 4,096. Blocks grow to 65,536 by doubling while
-     * reads go on behind each other. More bytes make fewer calls for large packages, and are read in vain for others. */
+     * reads go on behind each other; at the source's end they are of 8,192 bytes at most. More bytes make fewer calls for
+     * large packages, and are read in vain for others. */
     uint32_t preferred_block;
     uint32_t reserved; /* 0 */
 } fiid_source;
