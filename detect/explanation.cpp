@@ -9,6 +9,7 @@
 #include "core/driver.h"
 #include "core/routine_facts.h"
 #include "further/package_facts.h"
+#include "further/routines.h"
 #include "further/table.h"
 #include "signatures/table.h"
 
@@ -187,14 +188,14 @@ void FIAddFurtherTable(FIWords& words, const fiid_result& result) {
     const FIFurtherRow* const row = FIFindFurtherRow(result.further_row);
     if (row == nullptr) return;
     words.Separate("; ");
-    words.Add("further ");
+    words.Add("then ");
     words.Begin();
     FIAddRow(words, row->signature);
-    if (row->result.opcode != FIOpcode::Call) return;
+    const FIFurtherRoutine* const routine =
+        row->result.opcode == FIOpcode::Call ? FIFindFurtherRoutine(row->result.number) : nullptr;
+    if (routine == nullptr) return;
     words.Separate("; ");
-    words.Add("what ");
-    words.Add(result.routine);
-    words.Add(" tells");
+    words.Add(routine->looksAt);
 }
 
 bool FIIsPackage(const FIVerdict& verdict, const fiid_result& result) {

@@ -15,6 +15,7 @@ struct FIFurtherRoutine {
     const char* name;
     FIBasis basis;
     FIID (*tell)(FILook& look);
+    const char* looksAt;  // in plain words, as the object of "looked at"
 };
 
 // All routines, in ascending order of their numbers.
