@@ -1,0 +1,2 @@
+#!/usr/bin/awk -f
+BEGIN { print "small" }

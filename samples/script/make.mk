@@ -1,0 +1,2 @@
+#!/usr/bin/make -f
+all: ; @echo small

@@ -1,0 +1,1 @@
+class Small { int One = 1; }

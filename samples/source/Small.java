@@ -1,0 +1,1 @@
+class Small { int one = 1; }

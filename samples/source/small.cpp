@@ -1,0 +1,1 @@
+namespace small { int one = 1; }

@@ -1,0 +1,1 @@
+int small(void);

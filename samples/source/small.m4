@@ -1,0 +1,1 @@
+define(`small', `1')dnl
