@@ -148,8 +148,11 @@ std::int32_t UTReadFar(UTReadWindows& file, std::uint64_t offset, std::uint8_t* 
         count += UTCopyFar(file, offset + count, destination + count, size - count);
     }
     if (count < size && offset + count < file.object.size) {
+        // An object is not asked for what lies behind its end: no source need know what to say there.
+        const std::uint64_t left = file.object.size - offset - count;
+        const auto wanted = static_cast<std::uint32_t>(std::min<std::uint64_t>(size - count, left));
         std::uint32_t further = 0;
-        status = UTReadDirectly(file, offset + count, destination + count, size - count, further);
+        status = UTReadDirectly(file, offset + count, destination + count, wanted, further);
         count += further;
     }
     return count > 0 ? 0 : status;
