@@ -61,7 +61,6 @@ void FIFillWarnings(const FILook& look, fiid_result& result) {
     if (look.size != unknownSize && FIIsCut(*look.file, look.start, look.size, static_cast<FIBasis>(result.basis))) {
         result.warnings |= FIID_WARN_CUT;
     }
-    if (std::string_view(result.puids).find(' ') != std::string_view::npos) result.warnings |= FIID_WARN_SEVERAL;
 }
 
 void FIFillEvidence(const FIEvidence& evidence, fiid_result& result) {
@@ -106,6 +105,7 @@ std::int32_t FIIdentify(UTHandle& file, std::uint32_t flags, fiid_result& result
         FILookFurther(look, flags, result);
         FIEndLook(look);
     }
+    if (std::string_view(result.puids).find(' ') != std::string_view::npos) result.warnings |= FIID_WARN_SEVERAL;
     file.opened = nullptr;
     return FIID_OK;
 }

@@ -237,6 +237,15 @@ TEST(Source, ThatFailsLaterHasTheAnswerOfWhatCameAndTellsIt) {
     EXPECT_EQ(result.source_error, 77);
 }
 
+TEST(Source, ThatFailsInItsHeadHasTheWarningOfItsAnswer) {
+    SparseSource source = FISourceOf("{\\rtf1\\ansi and more");
+    source.failFrom = 11;
+    const fiid_result result = Detect(source);
+    EXPECT_EQ(result.fiid, 1028);
+    EXPECT_EQ(result.source_error, 77);
+    EXPECT_EQ(result.warnings, std::uint32_t{FIID_WARN_SEVERAL});
+}
+
 TEST(Source, ThatTellsTooManyBytesIsAFailure) {
     SparseSource source = FISourceOf("GIF89a");
     source.countLie = 1;
@@ -261,17 +270,21 @@ TEST(Source, ThatEndsBehindItsHeadHasAnAnswer) {
 }
 
 TEST(Source, IsNeverAskedForMoreThan64KiBOrBehindItsEnd) {
+    const std::string starts[] = {"PK\3\4", "no text, of which the first 64 KiB are looked at"};
     for (const std::uint32_t block : {0U, 1U, 65536U, UINT32_MAX}) {
-        for (const std::uint64_t size : {std::uint64_t{8192}, std::uint64_t{8193}, std::uint64_t{70000}, gibibyte}) {
-            SparseSource source;
-            source.size = size;
-            source.pieces[0] = "PK\3\4";
-            source.preferredBlock = block;
-            static_cast<void>(Detect(source));
-            for (const SparseSource::Call& call : source.calls) {
-                EXPECT_GE(call.size, 1U);
-                EXPECT_LE(call.size, 65536U);
-                EXPECT_LE(call.offset + call.size, size);
+        for (const std::uint64_t size :
+             {std::uint64_t{8192}, std::uint64_t{8193}, std::uint64_t{48048}, std::uint64_t{70000}, gibibyte}) {
+            for (const std::string& start : starts) {
+                SparseSource source;
+                source.size = size;
+                source.pieces[0] = start;
+                source.preferredBlock = block;
+                static_cast<void>(Detect(source));
+                for (const SparseSource::Call& call : source.calls) {
+                    EXPECT_GE(call.size, 1U);
+                    EXPECT_LE(call.size, 65536U);
+                    EXPECT_LE(call.offset + call.size, size);
+                }
             }
         }
     }
