@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Writes the seeds of the package fuzz target into the directory fuzz/seeds/package beside this script."""
+"""Writes the seeds of the package fuzz target into the directory fuzz/seeds/package beside this script, and those of
+detect_fuzz that are packages into fuzz/seeds/detect."""
 import io
 import pathlib
 import zipfile
@@ -54,3 +55,57 @@ seeds = {
 SEEDS.mkdir(parents=True, exist_ok=True)
 for name, content in seeds.items():
     (SEEDS / name).write_bytes(content)
+
+
+def content_types(*lines):
+    return ("[Content_Types].xml",
+            f"<Types xmlns='{STANDARD}/package/2006/content-types'>{''.join(lines)}</Types>")
+
+
+def override(part, kind):
+    return f"<Override PartName='{part}' ContentType='{kind}'/>"
+
+
+def default(extension, kind):
+    return f"<Default Extension='{extension}' ContentType='{kind}'/>"
+
+
+MACRO_DOCUMENT = "application/vnd.ms-word.document.macroEnabled.main+xml"
+VISIO_DRAWING = "application/vnd.ms-visio.drawing.main+xml"
+STRICT = "http://purl.oclc.org/ooxml/officeDocument/relationships/officeDocument"
+VISIO = MICROSOFT + "/visio/2010/relationships/document"
+OPEN_XPS = "http://schemas.openxps.org/oxps/v1.0/fixedrepresentation"
+
+word = package(MAIN_PART, "word/document.xml", document)
+details = {
+    "override": archive([content_types(override("/word/document.xml", MACRO_DOCUMENT)), *word]),
+    "override-stored": archive([content_types(override("/WORD/Document.xml", MACRO_DOCUMENT)), *word], zipfile.ZIP_STORED),
+    "default": archive([content_types(default("XML", MACRO_DOCUMENT + "; charset=x")), *word], zipfile.ZIP_STORED),
+    "both": archive([content_types(default("xml", "text/xml"), override("/word/document.xml", MACRO_DOCUMENT)), *word],
+                    zipfile.ZIP_STORED),
+    "comment": archive([content_types("<!-- c -->", "<![CDATA[d]]>", default("&#120;ml", MACRO_DOCUMENT)), *word],
+                       zipfile.ZIP_STORED),
+    "utf16": archive([("[Content_Types].xml", content_types(override("/word/document.xml", MACRO_DOCUMENT))[1].encode("utf-16")),
+                      *word]),
+    "behind-slash": archive([("/" + name, text) for name, text in
+                             [content_types(override("/word/document.xml", MACRO_DOCUMENT)), *word]], zipfile.ZIP_STORED),
+    "visio": archive([content_types(override("/visio/d.xml", VISIO_DRAWING)), *package(VISIO, "visio/d.xml", "<d/>")]),
+    "strict": archive([content_types(override("/d.xml", "application/vnd.openxmlformats-officedocument."
+                                              "wordprocessingml.document.main+xml")), *package(STRICT, "./d.xml", document)]),
+    "open-pages": archive([content_types(default("fdseq", "application/vnd.ms-package.xps-fixeddocumentsequence+xml")),
+                           *package(OPEN_XPS, "f.fdseq", "<s/>")], zipfile.ZIP_STORED),
+    "two-relations": archive([content_types(override("/b.xml", VISIO_DRAWING)),
+                              ("_rels/.rels", relationships(VISIO, "\\.\\b.xml", "<Relationship Type='" + OPEN_XPS +
+                                                            "' Target='a' TargetMode='External'/>")), ("b.xml", "<b/>")],
+                             zipfile.ZIP_STORED),
+    "epub": archive([("mimetype", " application/epub+zip\n"), ("META-INF/container.xml", "<c/>")], zipfile.ZIP_STORED),
+    "names": archive([("META-INF/MANIFEST.MF", ""), ("AndroidManifest.xml", ""), ("resources.arsc", "")], zipfile.ZIP_STORED),
+    "pieces": archive([("Payload/a.app/Info.plist", ""), ("b.dist-info/WHEEL", ""), ("thumbs/", ""), ("index.xml", "")],
+                      zipfile.ZIP_STORED),
+}
+DETECT_SEEDS = SEEDS.parent / "detect"
+DETECT_SEEDS.mkdir(parents=True, exist_ok=True)
+EXPLAIN = b"\x04"
+NAME = b"file.key"
+for name, content in details.items():
+    (DETECT_SEEDS / f"package-{name}").write_bytes(EXPLAIN + bytes([128 + len(NAME)]) + NAME + content)
