@@ -48,9 +48,9 @@ FIJsonKind FIKindOf(const FIJsonFacts& facts) {
     return FIJsonKind::Json;
 }
 
-bool FIIsJsonObject(FIBytes line) {
+bool FIIsJson(FIBytes line) {
     FIJsonFacts facts;
-    return FIScanJson(line, facts) == FIJsonEnd::Complete && facts.isObject;
+    return FIScanJson(line, facts) == FIJsonEnd::Complete;
 }
 
 // Whether the bytes are JSON lines: the first 50 that are not blank are objects, and there are at least two. Cut when the
@@ -64,8 +64,11 @@ FIJsonEnd FIScanLines(FIBytes bytes, FIReach reach) {
         if (end == size && reach != FIReach::Whole) break;
         const FIBytes line = bytes.subspan(start, end - start);
         start = end + 1;
-        if (FIFirstCharacter(line) == ' ') continue;
-        if (!FIIsJsonObject(line)) return FIJsonEnd::Wrong;
+        const std::uint8_t first = FIFirstCharacter(line);
+        if (first == ' ') continue;
+        // A text that is but one line, or an array, may be long: it is not read once more to be told so.
+        const bool isOnly = lines == 0 && end == size;
+        if (first != '{' || isOnly || !FIIsJson(line)) return FIJsonEnd::Wrong;
         ++lines;
     }
     if (reach == FIReach::Part && lines < triedLines) return FIJsonEnd::Cut;
