@@ -57,6 +57,14 @@ class Program(unittest.TestCase):
         header = tell(PROGRAM, "--explain", "--format", "tsv", os.path.join(TOP, "README.md")).splitlines()[0].split("\t")
         self.assertEqual([field for field in told if field != "path_hex"], header)
 
+    def test_words_of_fields(self):
+        header = read("include", "fiid", "detect.h")
+        for field, kind in (("basis", "BASIS"), ("warning", "WARN")):
+            words = {word.lower() for word in re.findall(r"^    FIID_%s_(\w+) = " % kind, header, re.M)}
+            self.assertGreater(len(words), 2)
+            text = self.page.split("\n*%s*:: " % field)[1].split("\n*")[0]
+            self.assertEqual(set(re.findall(r"\*(\w+)\*", text)), words)
+
     def test_exit_statuses(self):
         self.assertEqual(terms(section(self.page, "Exit status")), ["0", "1", "2"])
         self.assertEqual(subprocess.run([PROGRAM, "--no-such-option"], capture_output=True).returncode, 2)
@@ -102,7 +110,10 @@ class Completions(unittest.TestCase):
         text = read("completions", "_fiid")
         arguments = text.split("_arguments", 1)[1]
         self.assertTrue(text.startswith("#compdef fiid\n"))
-        self.assertEqual(set(re.findall(r"(?<![\w-])(-[\w-]+)(?=[\[,}])", arguments)), OPTIONS)
+        self.assertEqual(set(re.findall(r"(?<![\w-])(-[\w-]+)(?==?[\[,}])", arguments)), OPTIONS)
+        # The equals sign lets a value follow it, too: --format=json.
+        with_value = {"--format", "--files-from"}
+        self.assertEqual(set(re.findall(r"(--[\w-]+)=\[", arguments)), with_value)
         self.assertEqual(set(re.search(r":form:\((.*?)\)", arguments).group(1).split()), FORMS)
 
     def test_fish(self):
