@@ -150,17 +150,7 @@ constexpr FICutRule rules[] = {
     // clang-format on
 };
 
-// Which bytes a file may begin with that has its mark at 0. Most files are done with this look.
-constexpr std::array<bool, 256> marksBegin = [] {
-    std::array<bool, 256> begin = {};
-    for (const FICutRule& rule : rules) {
-        if (rule.place == 0) begin[static_cast<std::uint8_t>(rule.mark[0])] = true;
-    }
-    return begin;
-}();
-
 bool FIMarkFits(const FICutRule& rule, FIStart start) {
-    if (rule.place == 0 && !marksBegin[start[0]]) return false;
     return start.size() >= rule.place + rule.mark.size() &&
            std::memcmp(start.data() + rule.place, rule.mark.data(), rule.mark.size()) == 0;
 }
@@ -202,7 +192,6 @@ bool FIHasLostItsDirectory(const UTHandle& file, FIStart start) {
 bool FIIsCut(const UTHandle& file, const FIHead& head, std::uint64_t size, FIBasis basis) {
     const FIStart start(head.bytes, head.size);
     if (!FIMayBeJudged(start)) return false;
-    if (start.empty()) return false;
     if (FIHasLostItsDirectory(file, start)) return true;
     for (const FICutRule& rule : rules) {
         if (!FIMarkFits(rule, start) || (basis == FIBasis::Text && FICouldBeText(rule.mark))) continue;
