@@ -118,7 +118,9 @@ std::uint32_t FICountEndMarks(FILook& look) {
 FIID FITellUtf16Text(FILook& look) {
     constexpr std::uint64_t smallest = 4;
     if (look.size == unknownSize || look.size < smallest || look.size % unitSize != 0) return 0;
-    FIUnits units = {FILookAtStart(look).first(unitSize), false};
+    const std::span<const std::uint8_t> start = FILookAtStart(look);
+    if (start.size() < unitSize) return 0;
+    FIUnits units = {start.first(unitSize), false};
     units.isBigEndian = FIUnitAt(units, 0) != byteOrderMark;
     if (FIUnitAt(units, 0) != byteOrderMark) return 0;
     const std::span<const std::uint8_t> head = FILookAtHead(look);

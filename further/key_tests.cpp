@@ -40,7 +40,7 @@ FIID FITellPkcs12(FILook& look) {
 FIID FITellWebVtt(FILook& look) {
     constexpr std::size_t markBytes = 6;
     const FIBytes bytes = FILookAtStart(look);
-    if (bytes.size() == markBytes) return 20278;
+    if (bytes.size() <= markBytes) return 20278;  // the row has met the mark
     const std::uint8_t behind = bytes[markBytes];
     return behind == '\n' || behind == '\r' || behind == ' ' || behind == '\t' ? FIID{20278} : FIID{0};
 }

@@ -34,22 +34,40 @@ void FICutLookExtension(FILook& look) {
     }
 }
 
+// Reads the start of a file that hands out no head. Readers ask such a file for what lies behind, and are told that there is
+// nothing to be had.
+bool FIReadCutStart(FILook& look) {
+    look.wide = static_cast<std::uint8_t*>(HeapAlloc(GetProcessHeap(), 0, lookHeadBytes));
+    if (look.wide == nullptr) return false;
+    if (UTReadAt(*look.file, 0, look.wide, lookHeadBytes, look.wideSize) != 0 || look.wideSize == 0) {
+        HeapFree(GetProcessHeap(), 0, look.wide);
+        return false;
+    }
+    const std::uint64_t size = UTGetSize(*look.file);
+    look.start.bytes = look.wide;
+    look.start.size = std::min(look.wideSize, largestHead);
+    look.start.fileSize = size > 0 ? size : unknownSize;
+    look.start.maskedBytes = 0;
+    return true;
+}
+
 }  // namespace
 
 bool FIStartLook(FILook& look, UTHandle& file, FIID fiid, std::uint16_t row) {
-    if (!FITakeHead(UTHandleFile(file), look.start)) return false;
     look.file = &file;
+    look.wide = nullptr;
+    look.wideSize = 0;
+    look.startIsCut = !FITakeHead(UTHandleFile(file), look.start);
+    if (look.startIsCut && !FIReadCutStart(look)) return false;
     look.fiid = fiid;
     look.row = row;
     look.size = look.start.fileSize;
-    look.wide = nullptr;
-    look.wideSize = 0;
     look.text = FITextBytes::NotRead;
     look.json = FIJsonKind::NotRead;
     look.package = nullptr;
     FICutLookExtension(look);
     // A file that tells no size has at least a head's bytes here. Those that end within the patterns' reach are measured.
-    if (look.size == unknownSize) {
+    if (look.size == unknownSize && !look.startIsCut) {
         const std::size_t seen = FILookAtHead(look).size();
         if (seen < lookHeadBytes) look.size = seen;
     }

@@ -36,6 +36,7 @@ struct FILook {
     std::uint16_t row;   // the row that gave it, or 0
     std::uint64_t size;  // in bytes, or unknownSize
     FIHead start;        // the first 8,192 bytes
+    bool startIsCut;     // whether start ends in front of bytes that can't be read
     bool hasExtension;   // whether the name has a full stop; extension is what follows the last one, maybe nothing
     std::uint8_t extensionSize;
     std::array<char, longestExtension> extensionText;  // with ASCII letters in lower case
@@ -46,13 +47,14 @@ struct FILook {
     FIPackageFacts* package;  // see further/package_facts.h; null until asked for
 };
 
-// Looks at a file for which the signature table gave an answer. Returns false when its start can't be read. Takes memory
-// and reads only when asked for more. FIEndLook is to be called if it returned true.
+// Looks at a file for which the signature table gave an answer. Takes memory and reads only when asked for more, but for a
+// file that has no head to hand out, because a part of it can't be read: what stands in front of that is its start then.
+// Returns false when that is nothing, or memory is exhausted. FIEndLook is to be called if it returned true.
 bool FIStartLook(FILook& look, UTHandle& file, FIID fiid, std::uint16_t row);
 
 void FIEndLook(FILook& look);
 
-// The first 8,192 bytes, or all there are.
+// The first 8,192 bytes, or all there are and can be read.
 inline std::span<const std::uint8_t> FILookAtStart(const FILook& look) { return {look.start.bytes, look.start.size}; }
 
 // The first lookHeadBytes bytes, or all there are. Where the rest can't be read or memory is exhausted, what there is.

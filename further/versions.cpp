@@ -68,6 +68,8 @@ static_assert(std::ranges::adjacent_find(rules, std::ranges::greater_equal(), &F
 }  // namespace
 
 bool FIReadVersion(FILook& look, std::uint16_t identifier, FIVersion& version) {
+    // Rules take what is missing for a sign, too: bytes that can't be read are none.
+    if (look.startIsCut) return false;
     const auto rule = std::ranges::lower_bound(rules, identifier, {}, &FIVersionRule::identifier);
     return rule != std::ranges::end(rules) && rule->identifier == identifier && rule->read(look, version);
 }

@@ -13,5 +13,6 @@ struct FIVersion {
 };
 
 // Reads the version of a file of a format, which may be one of either table. Returns false when the format has no rule,
-// or what stands in the file is none of the versions that are listed: then the format's own identifiers stay as they are.
+// what stands in the file is none of the versions that are listed, or a part of the file's start can't be read: then the
+// format's own identifiers stay as they are.
 bool FIReadVersion(FILook& look, std::uint16_t identifier, FIVersion& version);
