@@ -110,7 +110,9 @@ bool FILookAtTail(FILook& look, std::uint64_t distance, void* destination, std::
 bool FIHoldsWord(std::string_view list, std::string_view word) {
     while (!list.empty()) {
         const std::size_t size = std::min(list.find(' '), list.size());
-        if (list.substr(0, size) == word) return true;
+        const bool fits = std::ranges::equal(list.substr(0, size), word,
+                                             [](char known, char given) { return known == given || known == '?'; });
+        if (fits) return true;
         list.remove_prefix(std::min(size + 1, list.size()));
     }
     return false;

@@ -70,5 +70,5 @@ bool FILookAtTail(FILook& look, std::uint64_t distance, void* destination, std::
 // The extension in lower case; empty when there is none.
 inline std::string_view FIExtensionOf(const FILook& look) { return {look.extensionText.data(), look.extensionSize}; }
 
-// Whether the words of a list with one blank between two hold a word.
+// Whether the words of a list with one blank between two hold a word. A question mark in the list stands for any character.
 bool FIHoldsWord(std::string_view list, std::string_view word);

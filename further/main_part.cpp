@@ -79,6 +79,10 @@ struct FIParsing {
     UTXmlParser* parser;
 };
 
+// Both parts list the parts of a package, of which there are some hundreds. What is longer than this is made to cost time.
+constexpr std::uint64_t longestPart = std::uint64_t{4} << 20;
+constexpr UTXmlLimits partLimits = {.text = longestPart, .work = 6 * longestPart};
+
 template <typename Search>
 bool FIParseTags(UTHandle& part, Search& search) {
     FIParsing<Search> parsing = {&search, nullptr};
@@ -86,7 +90,7 @@ bool FIParseTags(UTHandle& part, Search& search) {
         const auto& [wanted, parser] = *static_cast<FIParsing<Search>*>(context);
         if (!FILookAtTag(*wanted, {nullptr, name, attributes})) UTXmlStop(*parser);
     };
-    parsing.parser = UTXmlNewParser(UTHandleFile(part), {onTag, nullptr}, &parsing);
+    parsing.parser = UTXmlNewParser(UTHandleFile(part), {onTag, nullptr}, &parsing, partLimits);
     if (parsing.parser == nullptr) return false;
     static_cast<void>(UTXmlGoOn(*parsing.parser));  // never pauses
     const bool read = !UTXmlRanOutOfMemory(*parsing.parser);

@@ -44,7 +44,7 @@ constexpr FIVersion waveWithShortFormat = {"", "fmt/6"};
 
 // Each chunk is looked at in one small read, or none where it lies in the file's start. Sounds have a dozen chunks or two
 // in front of their samples; a file of more than this many is made to cost time, and its version is left open.
-constexpr std::uint32_t mostWaveChunks = 4096;
+constexpr std::uint32_t mostWaveChunks = 256;
 
 struct FIWaveChunks {
     bool hasFormat;

@@ -26,7 +26,7 @@ constexpr FIFurtherRoutine routines[] = {
     // clang-format off
     {20000, "FITellEmptyFile",            FIBasis::Structure,  FITellEmptyFile,               "the file's size"},
     {20011, "FITellAvifBrand",            FIBasis::Structure,  FITellAvifBrand,               "the compatible brands of the file type box"},
-    {20017, "FITellJpegXlCodestream",     FIBasis::Statistics, FITellJpegXlCodestream,        "bytes 2 to 33 for one that texts do not hold"},
+    {20017, "FITellJpegXlCodestream",     FIBasis::Structure,  FITellJpegXlCodestream,        "bytes 2 to 33 for one that texts do not hold"},
     {20041, "FITellPortableArbitraryMap", FIBasis::Signature,  FITellPortableArbitraryMap,    "the header's lines"},
     {20042, "FITellFloatMap",             FIBasis::Signature,  FITellFloatMap,                "the header's three lines"},
     {20083, "FITellWebM",                 FIBasis::Signature,  FITellWebM,                    "the document type of the EBML header"},
