@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """options_test.py PROGRAM: every option, form of output and field of the program stands in its manual page and every option
-and form in each completion, and the other way round; the library's manual page tells all that its header declares."""
+and form in each completion, and the other way round; the library's manual page tells all that its header declares; and the
+examples of README.md are true."""
+import functools
 import os
 import re
 import shutil
@@ -68,6 +70,19 @@ class Program(unittest.TestCase):
     def test_exit_statuses(self):
         self.assertEqual(terms(section(self.page, "Exit status")), ["0", "1", "2"])
         self.assertEqual(subprocess.run([PROGRAM, "--no-such-option"], capture_output=True).returncode, 2)
+
+
+class Readme(unittest.TestCase):
+    """The examples of README.md print what they show. Times are those of a check-out."""
+
+    def test_examples(self):
+        without_times = functools.partial(re.sub, r'"mtime":"[^"]*"', '"mtime":""')
+        examples = re.findall(r"^    \$ (scripts/identify (?:.*\\\n)*.*)\n((?:    [^$].*\n)+)", read("README.md"), re.M)
+        self.assertGreaterEqual(len(examples), 2)
+        for command, shown in examples:
+            command = command.replace("scripts/identify", '"$0"', 1)
+            told = subprocess.run(["sh", "-c", command, os.path.abspath(PROGRAM)], cwd=TOP, check=True, capture_output=True, text=True).stdout
+            self.assertEqual(without_times(told), without_times(re.sub("^    ", "", shown, flags=re.M)))
 
 
 class Library(unittest.TestCase):
