@@ -75,7 +75,7 @@ void UTFillWindow(UTReadWindows& file, UTFarWindow& window, std::uint64_t start,
 
 // Whether the place's window may take that many bytes: more than its own memory take a block of the heap.
 bool UTPlaceHolds(UTReadWindows& file, std::uint32_t bytes) {
-    if (bytes <= UTFarWindowBytes || file.place.bytes != file.placeBytes) return true;
+    if (bytes <= farWindowBytes || file.place.bytes != file.placeBytes) return true;
     void* const block = HeapAlloc(GetProcessHeap(), 0, file.object.largestStep);
     if (block == nullptr) return false;
     file.place.bytes = static_cast<std::uint8_t*>(block);
@@ -95,7 +95,7 @@ void UTReadPlaceAhead(UTReadWindows& file, std::uint64_t offset) {
     const UTReadObject& object = file.object;
     const bool goesOn = UTGoesOnAtPlace(file, offset);
     std::uint32_t step = goesOn ? std::min(file.placeStep * 2, object.largestStep) : object.firstStep;
-    if (!UTPlaceHolds(file, step)) step = std::min(object.firstStep, UTFarWindowBytes);
+    if (!UTPlaceHolds(file, step)) step = std::min(object.firstStep, farWindowBytes);
     file.placeStep = step;
     std::uint64_t start = offset;
     if (file.tail.filled > 0 && offset < file.tail.start && file.tail.start - offset < step) {
@@ -112,7 +112,7 @@ void UTReadPlaceAhead(UTReadWindows& file, std::uint64_t offset) {
 // only where it jumps to the tail, as one does that looks for something from the end on: more reads follow there.
 void UTReadAhead(UTReadWindows& file, std::uint64_t offset, std::uint32_t size) {
     const std::uint64_t fileSize = file.object.size;
-    const std::uint32_t tailStep = std::min(file.object.firstStep, UTFarWindowBytes);
+    const std::uint32_t tailStep = std::min(file.object.firstStep, farWindowBytes);
     const bool jumps = offset != file.behindLast;
     const bool inTail = fileSize - offset <= tailStep;
     if (size >= file.object.largeRead && !(jumps && inTail)) return;

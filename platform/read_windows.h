@@ -14,7 +14,7 @@
 
 // The far windows' own memory. Routines that look far into a file look at places close together, and at the last few
 // kilobytes.
-inline constexpr std::uint32_t UTFarWindowBytes = 8192;
+inline constexpr std::uint32_t farWindowBytes = 8192;
 
 // A stretch of the file behind its head that was read ahead.
 struct UTFarWindow {
@@ -34,7 +34,7 @@ struct UTReadObject {
     std::uint64_t size;
     bool sizeKnown;             // false for files that tell no size but may hold bytes, as under /proc
     std::uint32_t firstStep;    // bytes that are read ahead at a new place; a power of two
-    std::uint32_t largestStep;  // what they grow to, by doubling, while reads go on there; at least UTFarWindowBytes
+    std::uint32_t largestStep;  // what they grow to, by doubling, while reads go on there; at least farWindowBytes
     std::uint32_t largeRead;    // a read of at least as many bytes goes straight to where the caller wants them
 };
 
@@ -50,8 +50,8 @@ struct UTReadWindows {
     std::uint32_t placeStep;  // bytes that were wanted for the place's window
     std::uint64_t behindLast;  // where the read before this one ended
     std::uint8_t window[UTHeadBytes];
-    std::uint8_t placeBytes[UTFarWindowBytes];
-    std::uint8_t tailBytes[UTFarWindowBytes];
+    std::uint8_t placeBytes[farWindowBytes];
+    std::uint8_t tailBytes[farWindowBytes];
 };
 
 // Nothing is held at first.
