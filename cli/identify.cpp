@@ -54,6 +54,7 @@ void IdentifyStream(const Input& stream, const std::string& streamName, std::uin
     SpooledInput input;
     if (!input.Open(stream.descriptor, streamName, record.error)) return;
     IdentifyDescriptor({input.Descriptor(), stream.name}, streamName, flags, record);
+    record.answer.modified_known = 0;  // the time told is that of the copy
 }
 
 bool HoldsAFile(int descriptor) {

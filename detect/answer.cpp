@@ -52,7 +52,7 @@ void FIFillVersion(FILook& look, std::uint16_t identifier, fiid_result& result) 
 }
 
 bool FIIsUnusual(const FILook& look, const fiid_result& result) {
-    return look.extensionSize > 0 && result.extensions[0] != '\0' &&
+    return look.extensionSize > 0 && !look.isHidden && result.extensions[0] != '\0' &&
            !FIHoldsWord(result.extensions, FIExtensionOf(look));
 }
 
@@ -68,8 +68,9 @@ void FIFillEvidence(const FIEvidence& evidence, fiid_result& result) {
     result.routine = evidence.routine;
 }
 
-// What the further table has to say, over the signature table's answer in the result.
-void FILookFurther(FILook& look, std::uint32_t flags, fiid_result& result) {
+// What the further table has to say, over the signature table's answer in the result. Returns false when memory is
+// exhausted: the answer would lack what it is about.
+bool FILookFurther(FILook& look, std::uint32_t flags, fiid_result& result) {
     FIFurtherVerdict further = {0, 0};
     if ((flags & FIID_NO_FURTHER) == 0) {
         further = FITellFurther(look);
@@ -86,6 +87,7 @@ void FILookFurther(FILook& look, std::uint32_t flags, fiid_result& result) {
     result.size = look.size;
     FIFillWarnings(look, result);
     if ((flags & FIID_EXPLAIN) != 0) FIExplain(look, result);
+    return !look.outOfMemory;
 }
 
 std::int32_t FIIdentify(UTHandle& file, std::uint32_t flags, fiid_result& result) {
@@ -102,12 +104,23 @@ std::int32_t FIIdentify(UTHandle& file, std::uint32_t flags, fiid_result& result
     FIFillEvidence(evidence, result);
     FILook look;  // filled when it starts
     if (FIStartLook(look, file, verdict.fiid, verdict.row)) {
-        FILookFurther(look, flags, result);
+        const bool told = FILookFurther(look, flags, result);
         FIEndLook(look);
+        if (!told) return FIID_ERROR_MEMORY;
     }
     if (std::string_view(result.puids).find(' ') != std::string_view::npos) result.warnings |= FIID_WARN_SEVERAL;
-    file.opened = nullptr;
     return FIID_OK;
+}
+
+// A failed call tells nothing but what the file is like from outside.
+void FIForgetAnswer(fiid_result& result) {
+    const fiid_result failed = result;
+    FIClearResult(result);
+    result.size = failed.size;
+    result.modified_seconds = failed.modified_seconds;
+    result.modified_nanoseconds = failed.modified_nanoseconds;
+    result.modified_known = failed.modified_known;
+    result.system_error = failed.system_error;
 }
 
 void FIFillCost(UTHandle& file, fiid_result& result) {
@@ -134,6 +147,8 @@ std::int32_t FIAnswerHandle(UTHandle& file, std::uint32_t flags, fiid_result& re
     if (size > 0) result.size = size;
     result.modified_known = UTTellModified(file, result.modified_seconds, result.modified_nanoseconds) ? 1 : 0;
     const std::int32_t status = FICanBeRead(file, result) ? FIIdentify(file, flags, result) : FIID_ERROR_READ;
+    file.opened = nullptr;
+    if (status != FIID_OK) FIForgetAnswer(result);
     FIFillCost(file, result);
     return status;
 }

@@ -112,9 +112,11 @@ std::int32_t fiid_detect_source(const fiid_source* source, const fiid_options* o
     if (!FIBegin(options, commonFlags, known, result)) return FIID_ERROR_ARGUMENT;
     if (source == nullptr || source->read_at == nullptr || source->size == FIID_SIZE_UNKNOWN || source->reserved != 0)
         return FIID_ERROR_ARGUMENT;
-    return FIAnswerOpened(
+    const std::int32_t status = FIAnswerOpened(
         UTOpenSource({source->context, source->read_at, source->size, source->name, source->preferred_block}), known,
         *result);
+    if (status == FIID_OK && result->size < source->size) result->warnings |= FIID_WARN_CUT;
+    return status;
 }
 
 }  // extern "C"

@@ -53,7 +53,10 @@ FIFurtherVerdict FITellFurther(FILook& look) {
     request.head = &look.start;
     request.calls = &calls.calls;
     FIReader* const reader = FIReaderNew(file, &look.start);
-    if (reader == nullptr) return {0, 0};
+    if (reader == nullptr) {
+        look.outOfMemory = true;
+        return {0, 0};
+    }
     const FIFurtherVerdict verdict = FIWalkRows(rows, look, *reader, request);
     static_cast<void>(FIReaderFree(*reader));
     return verdict;

@@ -101,7 +101,10 @@ bool FIReadText(FILook& look, std::uint8_t* block, std::uint32_t& size) {
 FIJsonKind FIReadAllKind(FILook& look) {
     auto* const block = static_cast<std::uint8_t*>(
         HeapAlloc(GetProcessHeap(), 0, static_cast<std::size_t>(std::min<std::uint64_t>(look.size, longestText + 1))));
-    if (block == nullptr) return FIJsonKind::None;
+    if (block == nullptr) {
+        look.outOfMemory = true;
+        return FIJsonKind::None;
+    }
     FIJsonKind kind = FIJsonKind::None;
     std::uint32_t size = 0;
     if (FIReadText(look, block, size)) {

@@ -26,6 +26,7 @@ void FICutLookExtension(FILook& look) {
     std::size_t start = end;
     while (start > 0 && FINameCharacter(name, start - 1) != '.') --start;
     look.hasExtension = start > 0;
+    look.isHidden = start == 1;
     look.extensionSize = 0;
     if (!look.hasExtension) return;
     look.extensionSize = static_cast<std::uint8_t>(std::min(end - start, longestExtension));
@@ -62,6 +63,7 @@ bool FIStartLook(FILook& look, UTHandle& file, FIID fiid, std::uint16_t row) {
     look.fiid = fiid;
     look.row = row;
     look.size = look.start.fileSize;
+    look.outOfMemory = false;
     look.text = FITextBytes::NotRead;
     look.json = FIJsonKind::NotRead;
     look.package = nullptr;
@@ -83,7 +85,10 @@ std::span<const std::uint8_t> FILookAtHead(FILook& look) {
     if (look.wide != nullptr) return {look.wide, look.wideSize};
     if (look.size <= look.start.size) return FILookAtStart(look);
     look.wide = static_cast<std::uint8_t*>(HeapAlloc(GetProcessHeap(), 0, lookHeadBytes));
-    if (look.wide == nullptr) return FILookAtStart(look);
+    if (look.wide == nullptr) {
+        look.outOfMemory = true;
+        return FILookAtStart(look);
+    }
     std::memcpy(look.wide, look.start.bytes, look.start.size);
     std::uint32_t count = 0;
     static_cast<void>(

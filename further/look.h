@@ -37,11 +37,13 @@ struct FILook {
     std::uint64_t size;  // in bytes, or unknownSize
     FIHead start;        // the first 8,192 bytes
     bool startIsCut;     // whether start ends in front of bytes that can't be read
+    bool isHidden;       // whether the name's last full stop is its first character
     bool hasExtension;   // whether the name has a full stop; extension is what follows the last one, maybe nothing
     std::uint8_t extensionSize;
     std::array<char, longestExtension> extensionText;  // with ASCII letters in lower case
     std::uint8_t* wide;                                // the first lookHeadBytes bytes, once read; null before
     std::uint32_t wideSize;
+    bool outOfMemory;         // whether a block that was needed was not to be had: the answer may lack what it was for
     FITextBytes text;         // see further/clean_text.h
     FIJsonKind json;          // see further/json_kinds.h
     FIPackageFacts* package;  // see further/package_facts.h; null until asked for

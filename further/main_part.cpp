@@ -91,11 +91,14 @@ bool FIParseTags(UTHandle& part, Search& search) {
         if (!FILookAtTag(*wanted, {nullptr, name, attributes})) UTXmlStop(*parser);
     };
     parsing.parser = UTXmlNewParser(UTHandleFile(part), {onTag, nullptr}, &parsing, partLimits);
-    if (parsing.parser == nullptr) return false;
+    if (parsing.parser == nullptr) {
+        search.outOfMemory = true;
+        return false;
+    }
     static_cast<void>(UTXmlGoOn(*parsing.parser));  // never pauses
-    const bool read = !UTXmlRanOutOfMemory(*parsing.parser);
+    search.outOfMemory = search.outOfMemory || UTXmlRanOutOfMemory(*parsing.parser);
     UTXmlFreeParser(*parsing.parser);
-    return read;
+    return !search.outOfMemory;
 }
 
 // Lets a search go through the start of a part, which in most packages is all it needs. Returns false where the parser has
@@ -195,6 +198,7 @@ struct FITypeSearch {
     std::string_view extension;  // of the part
     bool hasExtension;
     bool found;  // whether a default of the extension was met
+    bool outOfMemory;
     FIShortText* contentType;
 };
 
@@ -236,11 +240,13 @@ bool FILookAtTag(FITypeSearch& search, const FITag& tag) {
     return true;
 }
 
-void FIFindContentType(UTHandle& archive, std::string_view part, FIShortText& contentType) {
-    FITypeSearch search = {part, {}, false, false, &contentType};
+// Returns false when memory is exhausted.
+bool FIFindContentType(UTHandle& archive, std::string_view part, FIShortText& contentType) {
+    FITypeSearch search = {part, {}, false, false, false, &contentType};
     FICutPartExtension(search);
     UTHandle* const types = FIOpenPart(archive, "[Content_Types].xml", "/[Content_Types].xml");
     if (!FIReadTags(types, search)) contentType = {};
+    return !search.outOfMemory;
 }
 
 }  // namespace
@@ -249,7 +255,7 @@ bool FIEqualsAnyCase(std::string_view one, std::string_view other) {
     return std::ranges::equal(one, other, [](char a, char b) { return FILowerAscii(a) == FILowerAscii(b); });
 }
 
-void FIFindMainPart(UTHandle& archive, FIMainPart& part) {
+bool FIFindMainPart(UTHandle& archive, FIMainPart& part) {
     part = {};
     FITargetSearch search = {std::size(mainRelationships), nullptr, 0, false};
     UTHandle* const relationships = FIOpenPart(archive, "_rels/.rels", "/_rels/.rels");
@@ -257,7 +263,8 @@ void FIFindMainPart(UTHandle& archive, FIMainPart& part) {
         part.relationship = static_cast<FIMainRelationship>(search.best);
         const std::string_view name(search.part, search.partSize);
         for (const char character : name.substr(1)) FIKeepCharacter(part.name, character);
-        FIFindContentType(archive, name, part.contentType);
+        search.outOfMemory = !FIFindContentType(archive, name, part.contentType);
     }
     FIDropTarget(search);
+    return !search.outOfMemory;
 }

@@ -46,5 +46,5 @@ bool FIEqualsAnyCase(std::string_view one, std::string_view other);
 constexpr bool FIIsTypeSpace(char character) { return character == ' ' || (character >= '\t' && character <= '\r'); }
 
 // Finds the main part of the package that an archive is, by its parts "_rels/.rels" and "[Content_Types].xml". No other
-// member is looked at: the main part itself need not be there. Where memory is exhausted there is none.
-void FIFindMainPart(UTHandle& archive, FIMainPart& part);
+// member is looked at: the main part itself need not be there. Returns false where memory is exhausted.
+bool FIFindMainPart(UTHandle& archive, FIMainPart& part);

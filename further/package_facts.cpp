@@ -18,7 +18,10 @@ constexpr FIMainPart noMainPart = {};
 FIPackageFacts* FIFindPackage(FILook& look) {
     if (look.package == nullptr) {
         void* const block = HeapAlloc(GetProcessHeap(), 0, sizeof(FIPackageFacts));
-        if (block == nullptr) return nullptr;
+        if (block == nullptr) {
+            look.outOfMemory = true;
+            return nullptr;
+        }
         look.package = new (block) FIPackageFacts();
         look.package->archive = UTOpenArchive(*look.file);
     }
@@ -112,7 +115,7 @@ std::string_view FIMimetypeOf(FILook& look) {
 const FIMainPart& FIMainPartOf(FILook& look) {
     FIPackageFacts* const facts = FIFindPackage(look);
     if (facts == nullptr) return noMainPart;
-    if (!facts->mainPartSought) FIFindMainPart(*facts->archive, facts->main);
+    if (!facts->mainPartSought && !FIFindMainPart(*facts->archive, facts->main)) look.outOfMemory = true;
     facts->mainPartSought = true;
     return facts->main;
 }

@@ -179,7 +179,7 @@ typedef struct fiid_result {
  * A name is the file's name or path, NUL-terminated bytes, of which what stands behind the last slash counts; NULL or ""
  * for none. For a few formats its extension decides, and it is what FIID_WARN_EXTENSION speaks of. */
 
-/* The file at a path, in the file system's own bytes (UTF-8 on POSIX). Symbolic links are followed; regular files and
+/* The file at a path, in the file system's own bytes, whatever they are. Symbolic links are followed; regular files and
  * block devices are read. Anything else is refused without waiting for it; to be told apart it is opened, so a writer
  * that waits at a FIFO sees a reader come and go. */
 int32_t fiid_detect_path(const char* path, const fiid_options* options, fiid_result* result);

@@ -275,6 +275,7 @@ TEST_F(Program, MissingListIsAFailure) {
 TEST_F(Program, ReadsStandardInput) {
     Write("a.gif", "GIF89a");
     EXPECT_EQ(Run("cat a.gif | $FIID -").output, "-: " + NameOf("1503") + " [1503]\n");
+    EXPECT_EQ(Run("cat a.gif | $FIID --format tsv - | cut -f 11,12 | tail -n 1").output, "6\t\n") << "no time";
     EXPECT_EQ(Run("$FIID - < a.gif").output, "-: " + NameOf("1503") + " [1503]\n");
     EXPECT_EQ(Run("$FIID - < /dev/null").output, "-: Empty file [4022, 20000]\n");
     EXPECT_EQ(Run("cat a.gif | $FIID a.gif - | wc -l").output, "2\n");

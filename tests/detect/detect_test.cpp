@@ -83,6 +83,9 @@ TEST(Options, AreReadAsFarAsTheyGo) {
     EXPECT_EQ(detect(sizeof(Larger), 0, 1), FIID_ERROR_ARGUMENT);
     ExpectNoAnswer(result);
     EXPECT_EQ(detect(4097, 0, 0), FIID_ERROR_ARGUMENT);
+    const std::array<std::uint32_t, 1024> largest = {sizeof(largest)};
+    EXPECT_EQ(fiid_detect_memory("x", 1, nullptr, reinterpret_cast<const fiid_options*>(largest.data()), &result),
+              FIID_OK);
     EXPECT_EQ(detect(sizeof(fiid_options), 16, 0), FIID_ERROR_ARGUMENT);
     EXPECT_EQ(detect(sizeof(fiid_options), FIID_DESCRIPTOR_IS_READABLE, 0), FIID_ERROR_ARGUMENT);
 }
@@ -263,7 +266,11 @@ TEST(Answer, WarnsOfAnUnusualExtension) {
     EXPECT_FALSE(warns("a."));
     EXPECT_FALSE(warns("a.gif"));
     EXPECT_FALSE(warns("dir.txt/a.GIF"));
+    EXPECT_FALSE(warns("dir/.jpg")) << "a hidden name, not an extension";
     EXPECT_TRUE(warns("a.jpg"));
+    EXPECT_TRUE(warns(".a.jpg"));
+    EXPECT_FALSE((DetectBytes("SZDD\x88\xF0\x27\x33", "setup.ex_").warnings & FIID_WARN_EXTENSION) != 0)
+        << "the last letter of the unpacked file's is left out: any other two stand in front";
     EXPECT_TRUE(warns("a.gif.gi"));
     EXPECT_FALSE((DetectBytes(FIBytes("01 02 00*9000"), "a.xyz", FIID_NO_FURTHER).warnings & FIID_WARN_EXTENSION) != 0)
         << "of a format without usual ones none is unusual";

@@ -259,6 +259,7 @@ TEST(Source, ThatEndsInItsHeadIsAsLongAsThat) {
     EXPECT_EQ(result.fiid, 4022);
     EXPECT_EQ(result.size, 11U);
     EXPECT_EQ(result.source_error, 0);
+    EXPECT_NE(result.warnings & FIID_WARN_CUT, 0U) << "it told a larger size";
 }
 
 TEST(Source, ThatEndsBehindItsHeadHasAnAnswer) {
@@ -342,6 +343,7 @@ TEST(Source, SurvivesEveryFailure) {
         EXPECT_EQ(FIHeapBlocks(), blocks);
         EXPECT_TRUE(status == FIID_OK || status == FIID_ERROR_MEMORY) << allocation;
         EXPECT_EQ(status == FIID_OK, result.fiid != 0) << allocation;
+        EXPECT_EQ(status == FIID_OK, result.name[0] != '\0') << allocation;
     }
 }
 
