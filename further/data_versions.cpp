@@ -96,9 +96,9 @@ constexpr FINumberedVersion embeddedFontVersions[] = {
 
 constexpr FINamedVersion arcVersions[] = {{"1 0 ", {"1.0", "x-fmt/219"}}, {"1 1 ", {"1.1", "fmt/410"}}};
 
-// The beginning of the second line: the version with its blank. Empty when there are fewer bytes.
+// The beginning of the second line: the version with its blank, and what follows. Empty when there are fewer bytes.
 std::string_view FIArcVersionField(std::string_view text) {
-    constexpr std::size_t fieldSize = 4;
+    constexpr std::size_t fieldSize = 5;
     const std::size_t lineEnd = text.find('\n');
     if (lineEnd == std::string_view::npos || text.size() - lineEnd - 1 < fieldSize) return {};
     return text.substr(lineEnd + 1, fieldSize);
@@ -143,7 +143,8 @@ bool FIReadRpmVersion(FILook& look, FIVersion& version) { return FITakeNumberLE(
 bool FIReadArcVersion(FILook& look, FIVersion& version) {
     std::string_view field = FIArcVersionField(FITextOf(FILookAtStart(look)));
     if (field.empty() && !FIStartIsWhole(look)) field = FIArcVersionField(FITextOf(FILookAtHead(look)));
-    return FITakeVersion(arcVersions, field, version);
+    const bool more = !field.empty() && field.back() != '\n' && field.back() != '\r';
+    return more && FITakeVersion(arcVersions, field.substr(0, field.size() - 1), version);
 }
 
 bool FIReadOutlookExpressVersion(FILook& look, FIVersion& version) {

@@ -134,19 +134,17 @@ bool FITakeSvgAttributes(std::string_view text, std::string_view& attributes) {
     return false;
 }
 
-// Takes the next attribute's name and value; white space stands in front of it. A value without quotation marks ends at
-// white space and is none.
+// Takes the next attribute's name and value. A value without quotation marks ends at white space and is none.
 bool FITakeAttribute(std::string_view& text, std::string_view& name, std::string_view& value) {
-    if (!FIPassSpace(text) || text.empty()) return false;
+    FIPassSpace(text);
+    if (text.empty()) return false;
     std::size_t size = 0;
     while (size < text.size() && text[size] != '=' && !FIIsMarkupSpace(text[size])) ++size;
     name = text.substr(0, size);
     value = {};
     text.remove_prefix(size);
-    std::string_view behind = text;
-    FIPassSpace(behind);
-    if (!FIPassWord(behind, "=")) return true;
-    text = behind;
+    FIPassSpace(text);
+    if (!FIPassWord(text, "=")) return true;
     FIPassSpace(text);
     if (FITakeQuoted(text, value)) return true;
     while (!text.empty() && !FIIsMarkupSpace(text.front())) text.remove_prefix(1);

@@ -490,8 +490,8 @@ const VersionCase simpleCases[] = {
     {"SasReleaseWithoutFullStop",      20207, R"(>39 "1" >210 "9001" "9.0201")",   "9.2", "fmt/1020"},
     {"ArcWithCarriageReturns",         20167, R"("filedesc://a" 0D 0A "1 0 Alexa" 0D 0A)", "1.0", "x-fmt/219"},
     {"Arc12IsNotListed",               20167, R"("filedesc://a" 0A "1 2 Alexa" 0A)", nullptr, ""},
-    {"ArcWithNothingMore",             20167, R"("filedesc://a" 0A "1 0 ")",         "1.0", "x-fmt/219"},
-    {"ArcWithNothingMoreOnTheLine",    20167, R"("filedesc://a" 0A "1 0 " 0A "URL")", "1.0", "x-fmt/219"},
+    {"ArcWithNothingMore",             20167, R"("filedesc://a" 0A "1 0 ")",         nullptr, ""},
+    {"ArcWithNothingMoreOnTheLine",    20167, R"("filedesc://a" 0A "1 0 " 0A "URL")", nullptr, ""},
     {"ArcWithoutBlank",                20167, R"("filedesc://a" 0A "1 0Alexa")",     nullptr, ""},
     {"ArcVersionOnTheThirdLine",       20167, R"("filedesc://a" 0A 0A "1 0 Alexa")", nullptr, ""},
     {"ArcOfOneLine",                   20167, R"("filedesc://a 1 0 Alexa")",         nullptr, ""},
@@ -562,7 +562,6 @@ const VersionCase markupCases[] = {
     {"SvgWithAnUnclosedValue",         20300, R"("<svg a='5 version=" 22 "1.1" 22 ">")",    "1.1", "fmt/92"},
     {"SvgVersionOfAnotherName",        20300, R"("<svg xversion='1.0' version='1.1'>")",    "1.1", "fmt/92"},
     {"SvgVersionOfAnotherNamespace",   20300, R"("<svg a:version='1.0' version='1.1'>")",   "1.1", "fmt/92"},
-    {"SvgVersionWithoutWhiteSpace",    20300, R"("<svg a='b'version='1.1'>")",              nullptr, ""},
     {"SvgVersionInAValue",             20300, R"("<svg a=" 22 " version='1.0' " 22 " version='1.1'>")", "1.1", "fmt/92"},
     {"SvgFirstVersionDecides",         20300, R"("<svg version='1.3' version='1.1'>")",     nullptr, ""},
     {"SvgVersionBehindTheElement",     20300, R"("<svg a='b'><g version='1.1'>")",          nullptr, ""},
@@ -942,7 +941,7 @@ TEST(SvgVersion, IsReadInTheFirst65536Bytes) {
 }
 
 TEST(ArcVersion, IsReadBehindALongFirstLine) {
-    for (const std::uint64_t line : {std::uint64_t{8190}, std::uint64_t{20000}, std::uint64_t{65531}}) {
+    for (const std::uint64_t line : {std::uint64_t{8190}, std::uint64_t{20000}, std::uint64_t{65530}}) {
         SparseFile file;
         file.size = 100000;
         file.stretches[line] = "\n1 1 InternetArchive\n";
@@ -950,7 +949,7 @@ TEST(ArcVersion, IsReadBehindALongFirstLine) {
     }
     SparseFile outside;
     outside.size = 100000;
-    outside.stretches[65532] = "\n1 1 InternetArchive\n";
+    outside.stretches[65531] = "\n1 1 InternetArchive\n";
     EXPECT_EQ(FIReadVersionOf(outside, 20167), FINothingRead(true));
 }
 
