@@ -33,24 +33,21 @@
 #include <span>
 #include <string_view>
 
+#include "reader/big_endian.h"
 #include "reader/little_endian.h"
 
 namespace {
 
 using FIStart = std::span<const std::uint8_t>;
 
-std::uint32_t FIBigWord(const std::uint8_t* bytes) { return std::uint32_t{bytes[0]} << 8 | bytes[1]; }
-
-std::uint32_t FIBigDWord(const std::uint8_t* bytes) { return FIBigWord(bytes) << 16 | FIBigWord(bytes + 2); }
-
 // Where the file should end, or 0 when its start does not tell. The start has as many bytes as the rule needs.
 
 std::uint64_t FIEndOfRiff(FIStart start) {
-    const std::uint32_t size = start[3] == 'X' ? FIBigDWord(&start[4]) : FILoadDWordLE(&start[4]);
+    const std::uint32_t size = start[3] == 'X' ? FILoadDWordBE(&start[4]) : FILoadDWordLE(&start[4]);
     return size != 0xFFFFFFFF ? 8 + std::uint64_t{size} : 0;
 }
 
-std::uint64_t FIEndOfForm(FIStart start) { return 8 + std::uint64_t{FIBigDWord(&start[4])}; }
+std::uint64_t FIEndOfForm(FIStart start) { return 8 + std::uint64_t{FILoadDWordBE(&start[4])}; }
 
 // Some writers tell a size of the file that is too large, so the pixels are to end behind the file's end too.
 std::uint64_t FIEndOfBitmap(FIStart start) {
@@ -76,30 +73,30 @@ std::uint64_t FIEndOf7z(FIStart start) {
 }
 
 std::uint64_t FIEndOfDatabase(FIStart start) {
-    if (FIBigDWord(&start[24]) != FIBigDWord(&start[92])) return 0;
-    const std::uint32_t pageSize = FIBigWord(&start[16]);
-    return std::uint64_t{pageSize == 1 ? 65536 : pageSize} * FIBigDWord(&start[28]);
+    if (FILoadDWordBE(&start[24]) != FILoadDWordBE(&start[92])) return 0;
+    const std::uint32_t pageSize = FILoadWordBE(&start[16]);
+    return std::uint64_t{pageSize == 1 ? 65536 : pageSize} * FILoadDWordBE(&start[28]);
 }
 
-std::uint64_t FIBigEndAt8(FIStart start) { return FIBigDWord(&start[8]); }
+std::uint64_t FIBigEndAt8(FIStart start) { return FILoadDWordBE(&start[8]); }
 std::uint64_t FILittleEndAt8(FIStart start) { return FILoadDWordLE(&start[8]); }
-std::uint64_t FIBigEndAt0(FIStart start) { return FIBigDWord(&start[0]); }
+std::uint64_t FIBigEndAt0(FIStart start) { return FILoadDWordBE(&start[0]); }
 
 std::uint64_t FIEndOfTiff(FIStart start) {
-    return std::uint64_t{start[0] == 'M' ? FIBigDWord(&start[4]) : FILoadDWordLE(&start[4])} + 1;
+    return std::uint64_t{start[0] == 'M' ? FILoadDWordBE(&start[4]) : FILoadDWordLE(&start[4])} + 1;
 }
 
 std::uint64_t FIEndOfFont(FIStart start) {
     constexpr std::size_t headerSize = 12;
     constexpr std::size_t tableSize = 16;
     constexpr std::size_t mostTables = 64;  // other formats begin with these bytes too
-    const std::size_t tables = FIBigWord(&start[4]);
+    const std::size_t tables = FILoadWordBE(&start[4]);
     if (tables > mostTables) return 0;
     std::uint64_t end = 0;
     for (std::size_t index = 0; index < tables; ++index) {
         const std::size_t place = headerSize + index * tableSize;
         if (place + tableSize > start.size()) break;
-        end = std::max(end, std::uint64_t{FIBigDWord(&start[place + 8])} + FIBigDWord(&start[place + 12]));
+        end = std::max(end, std::uint64_t{FILoadDWordBE(&start[place + 8])} + FILoadDWordBE(&start[place + 12]));
     }
     return end;
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "further/look_numbers.h"
 #include "reader/little_endian.h"
 #include "reader/text_bytes.h"
 
@@ -18,10 +19,6 @@ constexpr std::uint64_t strayWhole = 1000;
 
 // The most stray bytes in a text of so many bytes.
 std::uint32_t FIMostStray(std::uint64_t size) { return static_cast<std::uint32_t>(size * strayShare / strayWhole); }
-
-std::string_view FITextOf(std::span<const std::uint8_t> bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 bool FIIsIso2022(std::span<const std::uint8_t> head) {
     constexpr std::string_view designation = "\x1B$)";

@@ -7,6 +7,7 @@
 
 #include "further/look_numbers.h"
 #include "further/searches.h"
+#include "reader/ascii_digit.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ bool FIIsLaterPython(FIBytes bytes, std::uint16_t magic) {
 }
 
 bool FIAreDigits(FIBytes bytes) {
-    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte >= '0' && byte <= '9'; });
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return FIIsDigit(static_cast<char>(byte)); });
 }
 
 // A number of five digits.

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "reader/ascii_digit.h"
 #include "reader/text_bytes.h"
 
 namespace {
@@ -20,11 +21,9 @@ struct FIJsonReading {
     const std::uint8_t* end;
 };
 
-bool FIIsDigit(std::uint8_t byte) { return byte >= '0' && byte <= '9'; }
-
 // The value of a hexadecimal digit, or 16.
 std::uint32_t FIHexDigit(std::uint8_t byte) {
-    if (FIIsDigit(byte)) return byte - std::uint32_t{'0'};
+    if (FIIsDigit(static_cast<char>(byte))) return byte - std::uint32_t{'0'};
     const std::uint32_t letter = byte | 0x20U;
     return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : 16;
 }
@@ -90,7 +89,7 @@ bool FIPassWord(FIJsonReading& reading, std::string_view word) {
 bool FIPassDigits(FIJsonReading& reading) {
     const std::uint8_t* const start = reading.place;
     const std::uint8_t* place = start;  // of its own: the bytes might else be the record's, and it be written at each
-    while (place != reading.end && FIIsDigit(*place)) ++place;
+    while (place != reading.end && FIIsDigit(static_cast<char>(*place))) ++place;
     reading.place = place;
     return place != start;
 }

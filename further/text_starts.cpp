@@ -12,6 +12,7 @@
 
 #include "further/searches.h"
 #include "reader/ascii_case.h"
+#include "reader/ascii_digit.h"
 
 namespace {
 
@@ -19,7 +20,6 @@ std::string_view FIStartOf(const FILook& look) {
     return {reinterpret_cast<const char*>(look.start.bytes), look.start.size};
 }
 
-constexpr bool FIIsDigit(char character) { return character >= '0' && character <= '9'; }
 constexpr bool FIIsCapital(char character) { return character >= 'A' && character <= 'Z'; }
 constexpr bool FIIsSmall(char character) { return character >= 'a' && character <= 'z'; }
 constexpr bool FIIsSpace(char character) { return character == ' ' || (character >= '\t' && character <= '\r'); }

@@ -7,7 +7,9 @@
 #include <string_view>
 
 #include "further/look.h"
+#include "further/look_numbers.h"
 #include "further/versions.h"
+#include "reader/ascii_digit.h"
 
 // A version that stands in the file as a number.
 struct FINumberedVersion {
@@ -48,12 +50,6 @@ constexpr std::uint32_t FINumberBE(std::string_view bytes) {
     std::uint32_t number = 0;
     for (const char byte : bytes) number = number << 8 | static_cast<std::uint8_t>(byte);
     return number;
-}
-
-constexpr bool FIIsDigit(char character) { return character >= '0' && character <= '9'; }
-
-inline std::string_view FITextOf(std::span<const std::uint8_t> bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 // The bytes of the file's start from an offset on, as many of size as there are.

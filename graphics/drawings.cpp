@@ -19,6 +19,7 @@
 #include <string_view>
 
 #include "reader/ascii_case.h"
+#include "reader/ascii_digit.h"
 #include "reader/find_byte.h"
 #include "reader/head.h"
 #include "reader/reader.h"
@@ -41,7 +42,6 @@ constexpr std::uint32_t commentCode = 999;
 constexpr std::uint32_t largestCode = 1000;  // stands for every code above 999
 
 bool FIIsBlank(char byte) { return byte == ' ' || byte == '\t'; }
-bool FIIsDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
 std::string_view FISkipBlanks(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
