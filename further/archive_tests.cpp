@@ -44,9 +44,8 @@ std::uint32_t FICrc32(FIBytes bytes) {
 // Whether a disk image has a text at an offset. Files that end before it are not read for that. Of others the whole head
 // is read, for which the tests of text have to ask soon; but not of a storage, which is told without them.
 bool FIDiskHas(FILook& look, std::uint32_t offset, std::string_view text) {
-    constexpr std::string_view storageMark("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8);
     if (look.size < offset + text.size()) return false;
-    if (!FIStandsAt(FILookAtStart(look), 0, storageMark)) return FIStandsAt(FILookAtHead(look), offset, text);
+    if (!FIHasStorageMark(look)) return FIStandsAt(FILookAtHead(look), offset, text);
     std::array<char, 8> bytes;
     const auto size = static_cast<std::uint32_t>(text.size());
     return FILookAt(look, offset, bytes.data(), size) && std::string_view(bytes.data(), size) == text;

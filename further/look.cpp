@@ -106,9 +106,14 @@ bool FILookAt(FILook& look, std::uint64_t offset, void* destination, std::uint32
     return true;
 }
 
+bool FIHasStorageMark(const FILook& look) {
+    constexpr std::string_view mark("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8);
+    return FIStandsAt(FILookAtStart(look), 0, mark);
+}
+
 // A file that ends within the patterns' reach is read whole: what its tail does not tell, all of it may.
 bool FILookAtTail(FILook& look, std::uint64_t distance, void* destination, std::uint32_t size) {
-    if (look.size <= lookHeadBytes) static_cast<void>(FILookAtHead(look));
+    if (look.size <= lookHeadBytes && !FIHasStorageMark(look)) static_cast<void>(FILookAtHead(look));
     return look.size != unknownSize && look.size >= distance && FILookAt(look, look.size - distance, destination, size);
 }
 

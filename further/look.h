@@ -65,6 +65,10 @@ std::span<const std::uint8_t> FILookAtHead(FILook& look);
 // Reads size bytes at an offset of up to 64 bits. Returns false when they are not all there.
 bool FILookAt(FILook& look, std::uint64_t offset, void* destination, std::uint32_t size);
 
+// Whether the file has the mark of a compound storage (MS-CFB). Such a file is told without the tests of text, which look at
+// the whole head: so it is not worth reading for a look at a few bytes.
+bool FIHasStorageMark(const FILook& look);
+
 // Reads size bytes that begin distance bytes before the end. Returns false when the file has fewer than distance bytes or
 // its size is not known.
 bool FILookAtTail(FILook& look, std::uint64_t distance, void* destination, std::uint32_t size);
