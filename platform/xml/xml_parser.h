@@ -27,7 +27,7 @@ struct UTXmlLimits {
     // Work: bytes that expat reads, copies and compares, as UTXmlWorkOf counts them. Elements, and attributes without a
     // prefix, cost about what their text is long. Before a prefixed attribute's name expat puts the namespace's
     // address: with addresses of 60 bytes, text full of such attributes costs four to five times its length.
-    std::uint64_t work = std::uint64_t{6 * 64} << 20;
+    std::uint64_t work = 6 * (std::uint64_t{64} << 20);
     // Bytes of text with its expanded entities up to which they may multiply as they like.
     std::uint64_t expansion = std::uint64_t{8} << 20;
 };
