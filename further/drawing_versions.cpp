@@ -41,7 +41,7 @@ constexpr std::string_view versionVariable = "$ACADVER";
 // The variables stand at the file's beginning, in its first MiB even behind a long comment. They are walked through piece
 // by piece, each byte once: the first one of what is looked for stands nowhere else in it, so that a try that fails has
 // passed over nothing but what can't begin another.
-constexpr std::uint64_t dxfSearchBytes = 1024 * 1024;
+constexpr std::uint64_t dxfSearchBytes = std::uint64_t{1} << 20;
 constexpr std::size_t dxfPieceBytes = 16384;
 constexpr std::uint16_t walkEnd = 0xFFFF;
 

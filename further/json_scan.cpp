@@ -262,7 +262,7 @@ bool FIPassBehind(FIJsonState& state, FIJsonStep& step) {
     const std::uint8_t byte = *state.reading.place;
     if (byte == ',') {
         step = state.nest.inObject ? FIJsonStep::Name : FIJsonStep::Value;
-    } else if (byte == (state.nest.inObject ? '}' : ']')) {
+    } else if (byte == (state.nest.inObject ? std::uint8_t{'}'} : std::uint8_t{']'})) {
         FICloseLevel(state.nest);
         step = FIJsonStep::Behind;
     } else {

@@ -97,8 +97,8 @@ static_assert(std::size(routines) < noRoutine);
 constexpr auto routineOfNumber = [] {
     std::array<std::uint8_t, routines[std::size(routines) - 1].number - firstNumber + std::size_t{1}> indices = {};
     for (std::uint8_t& index : indices) index = noRoutine;
-    for (std::uint8_t index = 0; index < std::size(routines); ++index) {
-        indices[static_cast<std::size_t>(routines[index].number - firstNumber)] = index;
+    for (std::size_t index = 0; index < std::size(routines); ++index) {
+        indices[static_cast<std::size_t>(routines[index].number - firstNumber)] = static_cast<std::uint8_t>(index);
     }
     return indices;
 }();
