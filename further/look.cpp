@@ -25,10 +25,9 @@ void FICutLookExtension(FILook& look) {
     while (end < capacity && FINameCharacter(name, end) != '\0') ++end;
     std::size_t start = end;
     while (start > 0 && FINameCharacter(name, start - 1) != '.') --start;
-    look.hasExtension = start > 0;
     look.isHidden = start == 1;
     look.extensionSize = 0;
-    if (!look.hasExtension) return;
+    if (start == 0) return;
     look.extensionSize = static_cast<std::uint8_t>(std::min(end - start, longestExtension));
     for (std::size_t index = 0; index < look.extensionSize; ++index) {
         look.extensionText[index] = FILowerAscii(FINameCharacter(name, start + index));

@@ -31,15 +31,14 @@ enum class FIJsonKind : std::uint8_t { NotRead, None, Json, GeoJson, Notebook, L
 
 // Of one file, for the time of its identification.
 struct FILook {
-    UTHandle* file;      // at no place in particular: all reads are by offset
-    FIID fiid;           // the signature table's answer
-    std::uint16_t row;   // the row that gave it, or 0
-    std::uint64_t size;  // in bytes, or unknownSize
-    FIHead start;        // the first 8,192 bytes
-    bool startIsCut;     // whether start ends in front of bytes that can't be read
-    bool isHidden;       // whether the name's last full stop is its first character
-    bool hasExtension;   // whether the name has a full stop; extension is what follows the last one, maybe nothing
-    std::uint8_t extensionSize;
+    UTHandle* file;              // at no place in particular: all reads are by offset
+    FIID fiid;                   // the signature table's answer
+    std::uint16_t row;           // the row that gave it, or 0
+    std::uint64_t size;          // in bytes, or unknownSize
+    FIHead start;                // the first 8,192 bytes
+    bool startIsCut;             // whether start ends in front of bytes that can't be read
+    bool isHidden;               // whether the name's last full stop is its first character
+    std::uint8_t extensionSize;  // of what follows the name's last full stop; 0 also for a name without one
     std::array<char, longestExtension> extensionText;  // with ASCII letters in lower case
     std::uint8_t* wide;                                // the first lookHeadBytes bytes, once read; null before
     std::uint32_t wideSize;

@@ -65,14 +65,6 @@ consteval std::array<FIRowNeeds, furtherRowCount> FIJoinFurtherNeeds() {
 }
 
 constexpr std::array<FIRowNeeds, furtherRowCount> needs = FIJoinFurtherNeeds();
-constexpr auto setsOfOffset0 = FIMakeOffsetSets(needs, 0);
-constexpr auto setsOfOffset1 = FIMakeOffsetSets(needs, 1);
-constexpr auto setsOfOffset2 = FIMakeOffsetSets(needs, 2);
-constexpr auto setsOfOffset3 = FIMakeOffsetSets(needs, 3);
-static_assert(firstOffsets == 4);
-constexpr FIFurtherRowSet rowsOfClasses = FIMakeClassRows(needs);
-constexpr auto farNeeds = FIMakeFarNeeds(needs);
-
 template <typename Picks>
 consteval FIFurtherRowSet FIPickRows(Picks picks) {
     FIFurtherRowSet set = {};
@@ -136,19 +128,12 @@ const FIFurtherRowSet& FIFurtherRowsOver(FIID fiid) {
 }
 
 FIFurtherRowSet FISelectFurtherRows(const FIFurtherRowSet& rows, const FIFilterBytes& head, bool hasClassId) {
-    const FIFurtherRowSet& of0 = setsOfOffset0[FIValueAt(head, 0)];
-    const FIFurtherRowSet& of1 = setsOfOffset1[FIValueAt(head, 1)];
-    const FIFurtherRowSet& of2 = setsOfOffset2[FIValueAt(head, 2)];
-    const FIFurtherRowSet& of3 = setsOfOffset3[FIValueAt(head, 3)];
-    FIFurtherRowSet selected;
-    for (std::size_t word = 0; word < selected.size(); ++word) {
-        selected[word] = rows[word] & of0[word] & of1[word] & of2[word] & of3[word];
-        if (!hasClassId) selected[word] &= ~rowsOfClasses[word];
-    }
+    FIFurtherRowSet selected = FISelectRows(FIFilterOf<needs>, head, hasClassId);
+    for (std::size_t word = 0; word < selected.size(); ++word) selected[word] &= rows[word];
     return selected;
 }
 
-const FIFurtherFarNeeds& FIFurtherFarNeedsOfRows() { return farNeeds; }
+const FIFurtherFarNeeds& FIFurtherFarNeedsOfRows() { return FIFilterOf<needs>.farNeeds; }
 
 const std::uint8_t* FIFurtherEntry(std::uint16_t number) { return places[number - 1U].code; }
 

@@ -81,11 +81,6 @@ bool FIIsFloatMap(std::string_view text) {
     return FITakeOne(text, [](char character) { return FIIsDigit(character) || character == '.'; });
 }
 
-bool FIIsFig(std::string_view text) {
-    return FITake(text, "#FIG ") &&
-           FITakeOne(text, [](char character) { return FIIsDigit(character) && character != '0'; });
-}
-
 // ---- PEM
 
 constexpr std::string_view pemBegin = "-----BEGIN ";
@@ -278,7 +273,6 @@ constexpr FIID FIAnswer(bool isSuch, FIID fiid) { return isSuch ? fiid : FIID{0}
 }  // namespace
 
 FIID FITellFloatMap(FILook& look) { return FIAnswer(FIIsFloatMap(FIStartOf(look)), 20042); }
-FIID FITellFig(FILook& look) { return FIAnswer(FIIsFig(FIStartOf(look)), 20063); }
 FIID FITellPemMessage(FILook& look) { return FIAnswer(FIIsPemMessage(FIStartOf(look)), 20270); }
 FIID FITellPemPrivateKey(FILook& look) { return FIAnswer(FIIsPemPrivateKey(FIStartOf(look)), 20276); }
 FIID FITellOtherPem(FILook& look) { return FIAnswer(FIIsOtherPem(FIStartOf(look)), 20277); }

@@ -10,9 +10,6 @@
 // 20042, portable float map: P, F or f, and three lines of numbers. First bytes: "PF" 0A or "Pf" 0A.
 FIID FITellFloatMap(FILook& look);
 
-// 20063, XFIG drawing: "#FIG " and a version from 1 to 9. First bytes: "#FIG ".
-FIID FITellFig(FILook& look);
-
 // 20270, PKCS #7 or CMS data. First bytes: "-----BEGIN PKCS7-----", "-----BEGIN CMS-----" or "-----BEGIN PKCS #7 ".
 FIID FITellPemMessage(FILook& look);
 

@@ -38,27 +38,12 @@ consteval std::array<FIRowNeeds, signatureRowCount> FIJoinNeeds() {
 }
 
 constexpr std::array<FIRowNeeds, signatureRowCount> needs = FIJoinNeeds();
-constexpr auto setsOfOffset0 = FIMakeOffsetSets(needs, 0);
-constexpr auto setsOfOffset1 = FIMakeOffsetSets(needs, 1);
-constexpr auto setsOfOffset2 = FIMakeOffsetSets(needs, 2);
-constexpr auto setsOfOffset3 = FIMakeOffsetSets(needs, 3);
-static_assert(firstOffsets == 4);
-constexpr FIRowSet rowsOfClasses = FIMakeClassRows(needs);
-constexpr auto farNeeds = FIMakeFarNeeds(needs);
-
 }  // namespace
 
 FIRowSet FISelectRows(const FIFilterBytes& head, bool hasClassId) {
-    const FIRowSet& of0 = setsOfOffset0[FIValueAt(head, 0)];
-    const FIRowSet& of1 = setsOfOffset1[FIValueAt(head, 1)];
-    const FIRowSet& of2 = setsOfOffset2[FIValueAt(head, 2)];
-    const FIRowSet& of3 = setsOfOffset3[FIValueAt(head, 3)];
-    FIRowSet rows;
-    for (std::size_t word = 0; word < rows.size(); ++word) {
-        rows[word] = of0[word] & of1[word] & of2[word] & of3[word];
-        if (!hasClassId) rows[word] &= ~rowsOfClasses[word];
-    }
-    return rows;
+    return FISelectRows(FIFilterOf<needs>, head, hasClassId);
 }
 
-bool FIFarByteFits(std::uint16_t row, const FIFilterBytes& head) { return FIFarByteFits(farNeeds[row - 1U], head); }
+bool FIFarByteFits(std::uint16_t row, const FIFilterBytes& head) {
+    return FIFarByteFits(FIFilterOf<needs>.farNeeds[row - 1U], head);
+}

@@ -12,6 +12,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 #include "signatures/row_needs.h"
 #include "signatures/table.h"
@@ -75,9 +76,45 @@ consteval std::array<FIFarNeed, rowCount> FIMakeFarNeeds(const std::array<FIRowN
     return farNeeds;
 }
 
+// What the rows of a table need, as the filter looks it up.
+template <std::size_t rowCount>
+struct FIRowFilter {
+    std::array<FIOffsetSets<rowCount>, firstOffsets> ofOffset;
+    FIRowBits<rowCount> classRows;
+    std::array<FIFarNeed, rowCount> farNeeds;
+};
+
+// One evaluation for each offset keeps clang within its default limits.
+template <const auto& needs, std::size_t offset>
+inline constexpr auto FISetsOfOffset = FIMakeOffsetSets(needs, offset);
+
+// The filter of a table's rows: needs are a constant array of FIRowNeeds, index 0 being row 1.
+static_assert(firstOffsets == 4);
+template <const auto& needs>
+inline constexpr FIRowFilter<std::size(needs)> FIFilterOf = {
+    {FISetsOfOffset<needs, 0>, FISetsOfOffset<needs, 1>, FISetsOfOffset<needs, 2>, FISetsOfOffset<needs, 3>},
+    FIMakeClassRows(needs),
+    FIMakeFarNeeds(needs)};
+
 // A byte of the head, or pastEnd.
 constexpr std::uint16_t FIValueAt(const FIFilterBytes& head, std::uint32_t offset) {
     return offset < head.size ? head.bytes[offset] : pastEnd;
+}
+
+// The rows that the first four bytes let pass; those of class identifiers only if the file has one.
+template <std::size_t rowCount>
+constexpr FIRowBits<rowCount> FISelectRows(const FIRowFilter<rowCount>& filter, const FIFilterBytes& head,
+                                           bool hasClassId) {
+    const FIRowBits<rowCount>& of0 = filter.ofOffset[0][FIValueAt(head, 0)];
+    const FIRowBits<rowCount>& of1 = filter.ofOffset[1][FIValueAt(head, 1)];
+    const FIRowBits<rowCount>& of2 = filter.ofOffset[2][FIValueAt(head, 2)];
+    const FIRowBits<rowCount>& of3 = filter.ofOffset[3][FIValueAt(head, 3)];
+    FIRowBits<rowCount> rows;
+    for (std::size_t word = 0; word < rows.size(); ++word) {
+        rows[word] = of0[word] & of1[word] & of2[word] & of3[word];
+        if (!hasClassId) rows[word] &= ~filter.classRows[word];
+    }
+    return rows;
 }
 
 // Whether a row's one more byte lets it pass.
@@ -86,7 +123,7 @@ constexpr bool FIFarByteFits(const FIFarNeed& need, const FIFilterBytes& head) {
     return need.offset < head.size && head.bytes[need.offset] >= need.low && head.bytes[need.offset] <= need.high;
 }
 
-// Rows of the signature table that the first four bytes let pass; those of class identifiers only if the file has one.
+// The same of the signature table.
 FIRowSet FISelectRows(const FIFilterBytes& head, bool hasClassId);
 
 // Whether the one more byte of a row of the signature table lets it pass.

@@ -42,14 +42,6 @@ TEST(TextStarts, FloatMap) {
     ExpectAnswers(FITellFloatMap, cases);
 }
 
-TEST(TextStarts, Fig) {
-    constexpr StartCase cases[] = {
-        {R"("#FIG 3.2")", 20063}, {R"("#FIG 1")", 20063}, {R"("#FIG 9")", 20063}, {R"("#FIG 0")", 0},
-        {R"("#FIG :")", 0},       {R"("#FIG ")", 0},      {R"("#fig 3")", 0},     {R"(" #FIG 3")", 0},
-    };
-    ExpectAnswers(FITellFig, cases);
-}
-
 TEST(TextStarts, PemMessage) {
     constexpr StartCase cases[] = {
         {R"("-----BEGIN PKCS7-----")", 20270},
