@@ -3,15 +3,15 @@
 
 #include <exception>
 
-#include "cli/descriptors.h"
-#include "cli/file_walk.h"
-#include "cli/identify.h"
-#include "cli/interrupt.h"
 #include "cli/options.h"
-#include "cli/output.h"
-#include "cli/path_list.h"
-#include "cli/record_writer.h"
 #include "fiid/detect.h"
+#include "report/output.h"
+#include "report/record_writer.h"
+#include "scan/descriptors.h"
+#include "scan/file_walk.h"
+#include "scan/identify.h"
+#include "scan/interrupt.h"
+#include "scan/path_list.h"
 
 namespace {
 

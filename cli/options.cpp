@@ -6,9 +6,9 @@
 #include <map>
 #include <sstream>
 
-#include "cli/escape_text.h"
-#include "cli/output.h"
 #include "fiid/detect.h"
+#include "report/escape_text.h"
+#include "report/output.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/record_writer.h"
+#include "report/record_writer.h"
 
 struct Options {
     OutputFormat format = OutputFormat::Text;

@@ -10,8 +10,8 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "cli/run_program.h"
 #include "fiid/detect.h"
+#include "support/run_program.h"
 
 namespace {
 

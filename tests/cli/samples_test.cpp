@@ -5,7 +5,7 @@
 #include <map>
 #include <vector>
 
-#include "cli/run_program.h"
+#include "support/run_program.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <regex>
 #include <set>
 
-#include "cli/run_program.h"
+#include "support/run_program.h"
 
 namespace {
 

@@ -15,11 +15,11 @@
 #include <set>
 #include <thread>
 
-#include "cli/temporary_directory.h"
 #include "support/bytes.h"
 #include "support/process_heap.h"
 #include "support/row_number.h"
 #include "support/sparse_source.h"
+#include "support/temporary_directory.h"
 
 namespace {
 

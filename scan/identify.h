@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "cli/record.h"
+#include "scan/record.h"
 
 // Identifies the file at a path; flags are those of fiid_options. A FIFO has a reader for a moment: this is for paths that
 // lead to none.

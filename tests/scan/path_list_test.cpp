@@ -1,5 +1,5 @@
 // Lists of paths: their entries, their failures, and what stays open behind them.
-#include "cli/path_list.h"
+#include "scan/path_list.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -8,8 +8,8 @@
 #include <csignal>
 #include <vector>
 
-#include "cli/interrupt.h"
-#include "cli/temporary_directory.h"
+#include "scan/interrupt.h"
+#include "support/temporary_directory.h"
 
 namespace {
 

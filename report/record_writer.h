@@ -3,8 +3,8 @@
 
 #include <span>
 
-#include "cli/record.h"
 #include "fiid/detect.h"
+#include "scan/record.h"
 
 enum class OutputFormat { Text, Ndjson, Json, Csv, Tsv, Mime };
 

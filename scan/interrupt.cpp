@@ -1,6 +1,6 @@
 // interrupt.cpp - a signal is noted, and looked for between records and where the program waits; an alarm ends the
 // program where it does not look.
-#include "cli/interrupt.h"
+#include "scan/interrupt.h"
 
 #include <poll.h>
 #include <unistd.h>

@@ -1,5 +1,5 @@
 // record_writer.cpp - text, JSON, CSV and TSV.
-#include "cli/record_writer.h"
+#include "report/record_writer.h"
 
 #include <algorithm>
 #include <array>
@@ -8,11 +8,11 @@
 #include <span>
 #include <string_view>
 
-#include "cli/byte_set.h"
-#include "cli/escape_text.h"
-#include "cli/hex_digits.h"
-#include "cli/json_text.h"
-#include "cli/output.h"
+#include "report/byte_set.h"
+#include "report/escape_text.h"
+#include "report/hex_digits.h"
+#include "report/json_text.h"
+#include "report/output.h"
 
 namespace {
 

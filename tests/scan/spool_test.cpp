@@ -1,6 +1,6 @@
 // Streams into temporary files, with signals and failures in the way. The linker wraps open, read and
 // write (see CMakeLists.txt).
-#include "cli/spool.h"
+#include "scan/spool.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <deque>
 
-#include "cli/temporary_directory.h"
+#include "support/temporary_directory.h"
 
 namespace {
 

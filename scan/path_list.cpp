@@ -1,5 +1,5 @@
 // path_list.cpp - lists of paths in files.
-#include "cli/path_list.h"
+#include "scan/path_list.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,9 +10,9 @@
 #include <cstring>
 #include <string_view>
 
-#include "cli/descriptors.h"
-#include "cli/file_walk.h"
-#include "cli/interrupt.h"
+#include "scan/descriptors.h"
+#include "scan/file_walk.h"
+#include "scan/interrupt.h"
 
 namespace {
 

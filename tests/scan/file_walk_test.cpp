@@ -1,6 +1,6 @@
 // Walks over file systems that tell no kinds of entries, and over directories that fail. The linker wraps readdir and
 // lstat (see CMakeLists.txt).
-#include "cli/file_walk.h"
+#include "scan/file_walk.h"
 
 #include <dirent.h>
 #include <gtest/gtest.h>
@@ -11,8 +11,8 @@
 #include <csignal>
 #include <string_view>
 
-#include "cli/interrupt.h"
-#include "cli/temporary_directory.h"
+#include "scan/interrupt.h"
+#include "support/temporary_directory.h"
 
 namespace {
 

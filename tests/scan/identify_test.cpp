@@ -1,6 +1,6 @@
 // What a path costs in system calls, and what it leads to, in the order in which the program looks. The linker wraps the
 // calls (see CMakeLists.txt).
-#include "cli/identify.h"
+#include "scan/identify.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -9,8 +9,8 @@
 
 #include <cerrno>
 
-#include "cli/file_walk.h"
-#include "cli/temporary_directory.h"
+#include "scan/file_walk.h"
+#include "support/temporary_directory.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Signals that end the program: noted once, fatal twice or at the deadline, and never slept over.
-#include "cli/interrupt.h"
+#include "scan/interrupt.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "cli/descriptors.h"
+#include "scan/descriptors.h"
 
 namespace {
 

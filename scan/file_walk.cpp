@@ -1,5 +1,5 @@
 // file_walk.cpp - directories, recursively and in sorted order.
-#include "cli/file_walk.h"
+#include "scan/file_walk.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/interrupt.h"
+#include "scan/interrupt.h"
 
 namespace {
 

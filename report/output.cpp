@@ -1,5 +1,5 @@
 // output.cpp - standard output and standard error.
-#include "cli/output.h"
+#include "report/output.h"
 
 #include <unistd.h>
 
@@ -9,8 +9,8 @@
 #include <cstring>
 #include <string>
 
-#include "cli/descriptors.h"
-#include "cli/escape_text.h"
+#include "report/escape_text.h"
+#include "scan/descriptors.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // identify.cpp - opens an object, identifies it, and says in plain words why that failed.
-#include "cli/identify.h"
+#include "scan/identify.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,9 +7,9 @@
 #include <cerrno>
 #include <cstring>
 
-#include "cli/descriptors.h"
-#include "cli/spool.h"
 #include "fiid/detect.h"
+#include "scan/descriptors.h"
+#include "scan/spool.h"
 
 namespace {
 

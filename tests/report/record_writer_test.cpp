@@ -1,5 +1,5 @@
 // What the writer appends, against a plain form that builds a tree of each record and takes the text of that.
-#include "cli/record_writer.h"
+#include "report/record_writer.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,10 +13,10 @@
 #include <sstream>
 #include <vector>
 
-#include "cli/output.h"
-#include "cli/temporary_directory.h"
+#include "report/output.h"
 #include "signatures/table.h"
 #include "support/row_number.h"
+#include "support/temporary_directory.h"
 
 namespace {
 

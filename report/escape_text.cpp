@@ -1,11 +1,11 @@
 // escape_text.cpp - which characters a line of text does not show as they are.
-#include "cli/escape_text.h"
+#include "report/escape_text.h"
 
 #include <algorithm>
 #include <cstdint>
 
-#include "cli/byte_set.h"
-#include "cli/hex_digits.h"
+#include "report/byte_set.h"
+#include "report/hex_digits.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // spool.cpp - a stream into a temporary file.
-#include "cli/spool.h"
+#include "scan/spool.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "cli/descriptors.h"
+#include "scan/descriptors.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // descriptors.cpp - reading and writing through file descriptors.
-#include "cli/descriptors.h"
+#include "scan/descriptors.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "cli/interrupt.h"
+#include "scan/interrupt.h"
 
 OwnedDescriptor::~OwnedDescriptor() {
     if (number_ >= 0) close(number_);

@@ -1,5 +1,5 @@
 // What a line of text escapes, at both sides of each limit.
-#include "cli/escape_text.h"
+#include "report/escape_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Strings of JSON, against those of a JSON library, which replaces what is no UTF-8 in the same way.
-#include "cli/json_text.h"
+#include "report/json_text.h"
 
 #include <gtest/gtest.h>
 

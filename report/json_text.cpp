@@ -1,11 +1,11 @@
 // json_text.cpp - escapes and replacements in strings of JSON.
-#include "cli/json_text.h"
+#include "report/json_text.h"
 
 #include <cstddef>
 #include <cstdint>
 
-#include "cli/byte_set.h"
-#include "cli/hex_digits.h"
+#include "report/byte_set.h"
+#include "report/hex_digits.h"
 
 namespace {
 
