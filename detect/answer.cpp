@@ -136,7 +136,7 @@ void FIClearResult(fiid_result& result) {
     result = {};
     result.size = FIID_SIZE_UNKNOWN;
     for (const char** text : {&result.name, &result.mime, &result.version, &result.puids, &result.extensions,
-                              &result.signature, &result.further_signature, &result.routine}) {
+                              &result.signature, &result.further_signature, &result.routine, &result.family}) {
         *text = "";
     }
     std::ranges::fill(result.reserved_texts, "");

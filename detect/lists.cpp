@@ -47,7 +47,7 @@ static_assert(static_cast<int>(FIBasis::Text) == FIID_BASIS_TEXT);
 std::int32_t FIFillFormat(const FIFormatRecord* record, fiid_format& format) {
     constexpr FIFormatRecord noRecord = {0, "", "", "", ""};
     const FIFormatRecord& told = record != nullptr ? *record : noRecord;
-    format = {told.fiid, 0, 0, told.name, told.mime, told.puids, told.extensions, {}};
+    format = {told.fiid, 0, 0, told.name, told.mime, told.puids, told.extensions, "", {}};
     std::ranges::fill(format.reserved_texts, "");
     return record != nullptr ? FIID_OK : FIID_ERROR_UNKNOWN_FORMAT;
 }
@@ -62,6 +62,8 @@ const char* FITextOf(const char* const (&texts)[count], std::int32_t number, con
 extern "C" {
 
 const char* fiid_version(void) { return FIID_VERSION; }
+
+const char* fiid_tables_version(void) { return FIID_VERSION; }
 
 const char* fiid_error_text(std::int32_t status) { return FITextOf(errorTexts, status, "unknown status"); }
 

@@ -29,12 +29,16 @@ extern "C" {
 
 /* Of this header. A larger major number breaks callers; a larger minor number adds to what is here. */
 #define FIID_VERSION_MAJOR 1
-#define FIID_VERSION_MINOR 0
+#define FIID_VERSION_MINOR 1
 #define FIID_VERSION_PATCH 0
-#define FIID_VERSION "1.0.0"
+#define FIID_VERSION "1.1.0"
 
 /* The version of the library that runs, in the form of FIID_VERSION. Static. */
 const char* fiid_version(void);
+
+/* What the tables of the library that runs are called: printable ASCII without blanks, such as "1.1.0-89abcdef". Another
+ * name where any answer may be another one; so who stores answers stores it with them. Static. */
+const char* fiid_tables_version(void);
 
 /* ---- Statuses ---------------------------------------------------------------------------------------------------- */
 
@@ -162,7 +166,9 @@ typedef struct fiid_result {
     const char* further_signature;
     const char* routine;
 
-    const char* reserved_texts[4]; /* "" */
+    const char* family; /* of the most precise answer: a word of fiid_format.family, or "" after a failure */
+
+    const char* reserved_texts[3]; /* "" */
 
     /* With FIID_EXPLAIN: what was looked at, in plain words. What stems from the file, such as names of parts, has bytes
      * other than printable ASCII, and the backslash, escaped as \xHH. What is longer is cut. Else "". */
@@ -217,16 +223,25 @@ int32_t fiid_detect_source(const fiid_source* source, const fiid_options* option
 
 /* ---- The formats ------------------------------------------------------------------------------------------------- */
 
+/* Bits of fiid_format.flags. */
+enum {
+    /* Of a format of the signature table: the further table has rows over this answer, or a version is read in such files.
+     * Another version of the tables may answer more precisely about them; about files of all other formats it can't. */
+    FIID_FORMAT_IS_OPEN = 1
+};
+
 /* One format. The strings are as in fiid_result, but that puids are all identifiers of the format. */
 typedef struct fiid_format {
     uint16_t id;        /* as in fiid (below 20000) or further (from 20000 up) */
     uint16_t reserved;  /* 0 */
-    uint32_t reserved2; /* 0 */
+    uint32_t flags;     /* FIID_FORMAT_IS_OPEN, or 0 */
     const char* name;
     const char* mime;
     const char* puids;
     const char* extensions;
-    const char* reserved_texts[4]; /* "" */
+    const char* family; /* "document", "spreadsheet", "presentation", "database", "image", "drawing", "audio", "video",
+                           "archive", "mail", "text", "code", "system" or "unknown"; "" where there is no format */
+    const char* reserved_texts[3]; /* "" */
 } fiid_format;
 
 /* How many formats there are in both tables together. */
