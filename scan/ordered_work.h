@@ -1,0 +1,192 @@
+// ordered_work.h - work in several threads whose results come out in the order in which it was taken.
+//
+// The threads do all of it: each in turn takes a batch of tasks from the source, and works on it while the others take and
+// work. The caller's thread receives what is done. So the source, which is cheap, needs no thread of its own, and the
+// bytes that come out are the same for any number of threads.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+// What is to be done. Task is what a batch consists of; a batch uses the tasks of an earlier one again. Worker is what each
+// thread has for itself.
+template <typename Task, typename Worker>
+struct OrderedSteps {
+    // Fills tasks from the first on and returns how many, at most as many as there are; 0: nothing is left, and it is not
+    // called again. Called by one thread at a time.
+    std::function<std::size_t(std::vector<Task>& tasks)> take;
+    std::function<std::unique_ptr<Worker>()> makeWorker;  // called in the worker's thread
+    std::function<void(Worker& worker, Task& task)> work;
+    // Both in the caller's thread: settle for each task soon after it is done, in any order; deliver for each task behind
+    // that, in the order in which they were taken.
+    std::function<void(Task& task)> settle;
+    std::function<void(Task& task)> deliver;
+    std::function<void()> idle;  // in the caller's thread, some times a second
+};
+
+struct OrderedLimits {
+    unsigned threads = 1;         // at least 1
+    std::size_t batchTasks = 64;  // most tasks of a batch, at least 1
+    std::size_t batches = 8;      // most batches under way, done and not delivered ones among them
+};
+
+template <typename Task, typename Worker>
+class OrderedWork {
+ public:
+    OrderedWork(const OrderedSteps<Task, Worker>& steps, const OrderedLimits& limits) : steps_(steps), limits_(limits) {
+        batches_.resize(std::max<std::size_t>(limits.batches, 1));
+    }
+
+    // Runs until nothing is left and all is delivered. The first exception of any step ends it, and is thrown here.
+    void Run() {
+        std::unique_lock lock(mutex_);
+        StartThread();
+        try {
+            while (!IsOver()) {
+                DeliverWhatIsDone(lock);
+                lock.unlock();
+                steps_.idle();
+                lock.lock();
+                if (!HasNews()) news_.wait_for(lock, std::chrono::milliseconds(longestWait));
+            }
+        } catch (...) {
+            if (!lock.owns_lock()) lock.lock();  // a step fails while it is open
+            NoteFailure();
+        }
+        stopped_ = true;
+        room_.notify_all();
+        lock.unlock();
+        for (std::thread& thread : threads_) thread.join();
+        if (failure_ != nullptr) std::rethrow_exception(failure_);
+    }
+
+ private:
+    static constexpr int longestWait = 100;  // milliseconds between two calls of idle, when nothing comes
+    // What is done in a batch of slow tasks is handed over as often as this, and a quick batch at its end.
+    static constexpr std::chrono::milliseconds handOverTime{20};
+
+    struct Batch {
+        std::vector<Task> tasks;
+        std::size_t count = 0;  // tasks that were taken
+        std::size_t done = 0;   // of them, from the first on; then settled, then delivered
+        std::size_t settled = 0;
+        std::size_t delivered = 0;
+    };
+
+    Batch& BatchOf(std::uint64_t number) { return batches_[number % batches_.size()]; }
+
+    bool IsOver() const { return failure_ != nullptr || (running_ == 0 && delivered_ == taken_); }
+
+    bool HasNews() const { return hasNews_ || IsOver(); }
+
+    void NoteFailure() {
+        if (failure_ == nullptr) failure_ = std::current_exception();
+    }
+
+    void StartThread() {
+        ++running_;
+        threads_.emplace_back([this] { RunThread(); });
+    }
+
+    void RunThread() {
+        try {
+            const std::unique_ptr<Worker> worker = steps_.makeWorker();
+            while (Batch* const batch = TakeBatch()) WorkOn(*worker, *batch);
+        } catch (...) {
+            const std::lock_guard lock(mutex_);
+            NoteFailure();
+        }
+        const std::lock_guard lock(mutex_);
+        --running_;
+        Tell();
+    }
+
+    // The next batch, or null when there is none. A thread more is started when this one has its work, so that a single
+    // file takes one thread.
+    Batch* TakeBatch() {
+        const std::lock_guard turn(source_);
+        {
+            std::unique_lock lock(mutex_);
+            room_.wait(lock, [this] { return stopped_ || taken_ - delivered_ < batches_.size(); });
+            if (stopped_ || exhausted_ || failure_ != nullptr) return nullptr;
+        }
+        Batch& batch = BatchOf(taken_);  // nobody else changes taken_, nor looks at a batch that is not taken
+        batchTasks_ = std::clamp<std::size_t>(batchTasks_ * 2, 1, limits_.batchTasks);
+        batch.tasks.resize(batchTasks_);
+        batch.count = steps_.take(batch.tasks);
+        batch.done = batch.settled = batch.delivered = 0;
+        const std::lock_guard lock(mutex_);
+        exhausted_ = batch.count == 0;
+        if (exhausted_) return nullptr;
+        ++taken_;
+        if (threads_.size() < limits_.threads && !stopped_) StartThread();
+        return &batch;
+    }
+
+    void WorkOn(Worker& worker, Batch& batch) {
+        using Clock = std::chrono::steady_clock;
+        Clock::time_point told = Clock::now();
+        const std::size_t count = batch.count;  // a batch that is handed over whole may be another one already
+        for (std::size_t index = 0; index < count; ++index) {
+            steps_.work(worker, batch.tasks[index]);
+            const Clock::time_point now = Clock::now();
+            if (index + 1 < count && now - told < handOverTime) continue;
+            told = now;
+            const std::lock_guard lock(mutex_);
+            batch.done = index + 1;
+            Tell();
+            if (stopped_) return;
+        }
+    }
+
+    void Tell() {
+        hasNews_ = true;
+        news_.notify_one();
+    }
+
+    // Settles all that is done, and delivers what no earlier task is in front of. Unlocks while it does.
+    void DeliverWhatIsDone(std::unique_lock<std::mutex>& lock) {
+        hasNews_ = false;
+        for (std::uint64_t number = delivered_; number < taken_; ++number) {
+            Batch& batch = BatchOf(number);
+            const std::size_t done = batch.done;
+            lock.unlock();
+            for (; batch.settled < done; ++batch.settled) steps_.settle(batch.tasks[batch.settled]);
+            if (number == delivered_) {
+                for (; batch.delivered < done; ++batch.delivered) steps_.deliver(batch.tasks[batch.delivered]);
+            }
+            lock.lock();
+            if (number == delivered_ && batch.delivered == batch.count) {
+                ++delivered_;
+                room_.notify_one();
+            }
+        }
+    }
+
+    const OrderedSteps<Task, Worker>& steps_;
+    const OrderedLimits limits_;
+    std::mutex source_;  // whose turn it is to take; locked in front of mutex_
+    std::mutex mutex_;   // all below
+    std::condition_variable news_;
+    std::condition_variable room_;
+    std::vector<Batch> batches_;  // a ring, by number
+    std::vector<std::thread> threads_;
+    std::uint64_t taken_ = 0;      // batches
+    std::uint64_t delivered_ = 0;  // batches
+    std::size_t batchTasks_ = 0;   // of the last batch: they grow, so that the first results come at once
+    unsigned running_ = 0;         // threads
+    bool exhausted_ = false;
+    bool stopped_ = false;
+    bool hasNews_ = false;
+    std::exception_ptr failure_;
+};
