@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "catalogue/family.h"
+
 // Most bytes of a name, without its NUL: a buffer of one byte more holds every name whole.
 inline constexpr std::size_t longestFormatName = 100;
 
@@ -12,6 +14,7 @@ inline constexpr std::size_t longestFormatName = 100;
 // for two versions of QuarkXPress that have an identifier for each byte order: 1620 and 1622, 1621 and 1623.
 struct FIFormatRecord {
     std::uint16_t fiid;
+    FIFamily family;
     const char* name;        // display name: UTF-8, here all of it ASCII; 1 to longestFormatName bytes
     const char* mime;        // media type, registered or established; "" when none is right for all of these files
     const char* puids;       // PRONOM identifiers, one space between two ("fmt/3 fmt/4"); "" when none is right

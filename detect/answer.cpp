@@ -32,6 +32,7 @@ void FIFillNames(const FIFormatRecord* format, fiid_result& result) {
     result.mime = format->mime;
     result.puids = format->puids;
     result.extensions = format->extensions;
+    result.family = FIWordOf(format->family);
 }
 
 // What can't be read at its start is a failure and no empty file.

@@ -45,11 +45,16 @@ static_assert(static_cast<int>(FIBasis::Text) == FIID_BASIS_TEXT);
 
 // Fills the format with a record, or with nothing.
 std::int32_t FIFillFormat(const FIFormatRecord* record, fiid_format& format) {
-    constexpr FIFormatRecord noRecord = {0, "", "", "", ""};
-    const FIFormatRecord& told = record != nullptr ? *record : noRecord;
-    format = {told.fiid, 0, 0, told.name, told.mime, told.puids, told.extensions, "", {}};
+    format = {0, 0, 0, "", "", "", "", "", {}};
     std::ranges::fill(format.reserved_texts, "");
-    return record != nullptr ? FIID_OK : FIID_ERROR_UNKNOWN_FORMAT;
+    if (record == nullptr) return FIID_ERROR_UNKNOWN_FORMAT;
+    format.id = record->fiid;
+    format.name = record->name;
+    format.mime = record->mime;
+    format.puids = record->puids;
+    format.extensions = record->extensions;
+    format.family = FIWordOf(record->family);
+    return FIID_OK;
 }
 
 template <std::size_t count>

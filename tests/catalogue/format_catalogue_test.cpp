@@ -278,13 +278,13 @@ struct RecordCase {
 // One record of each kind, told whole.
 const RecordCase recordCases[] = {
     // clang-format off
-    {"SeveralEntriesOfOneType", {1503, "GIF image", "image/gif", "fmt/3 fmt/4", "gif"}},
-    {"EntriesWithoutOneType",   {1196, "vCalendar or iCalendar", "", "fmt/387 fmt/388", "ics vcs"}},
-    {"TypeWithoutEntries",      {1181, "HTML text in 16-bit characters", "text/html", "", "html htm"}},
-    {"KnownByItsMarkOnly",      {1011, "Word processor document, signature 1A 53", "", "", ""}},
-    {"OwnNamespace",            {2006, "Veloxine XML document, namespace veloxine5_1", "application/xml",
+    {"SeveralEntriesOfOneType", {1503, FIFamily::Image, "GIF image", "image/gif", "fmt/3 fmt/4", "gif"}},
+    {"EntriesWithoutOneType",   {1196, FIFamily::Mail, "vCalendar or iCalendar", "", "fmt/387 fmt/388", "ics vcs"}},
+    {"TypeWithoutEntries",      {1181, FIFamily::Document, "HTML text in 16-bit characters", "text/html", "", "html htm"}},
+    {"KnownByItsMarkOnly",      {1011, FIFamily::Document, "Word processor document, signature 1A 53", "", "", ""}},
+    {"OwnNamespace",            {2006, FIFamily::Text, "Veloxine XML document, namespace veloxine5_1", "application/xml",
                                  "fmt/101 fmt/1776", "xml"}},
-    {"NotKnown",                {1999, "Unknown format", "", "", ""}},
+    {"NotKnown",                {1999, FIFamily::Unknown, "Unknown format", "", "", ""}},
     // clang-format on
 };
 
@@ -294,6 +294,7 @@ TEST_P(FormatCatalogueRecord, IsAsTold) {
     const FIFormatRecord& expected = GetParam().record;
     const FIFormatRecord* const record = FIFindFormatRecord(expected.fiid);
     ASSERT_NE(record, nullptr);
+    EXPECT_EQ(record->family, expected.family);
     EXPECT_STREQ(record->name, expected.name);
     EXPECT_STREQ(record->mime, expected.mime);
     EXPECT_STREQ(record->puids, expected.puids);
