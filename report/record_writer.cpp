@@ -118,6 +118,7 @@ constexpr Column<fiid_format> formatColumns[] = {
     {"mime",       Shown::Always, [](const fiid_format& f) { return Text(f.mime); }},
     {"puid",       Shown::Always, [](const fiid_format& f) { return Words(f.puids); }},
     {"extensions", Shown::Always, [](const fiid_format& f) { return Words(f.extensions); }},
+    {"family",     Shown::Always, [](const fiid_format& f) { return Text(f.family); }},
     // clang-format on
 };
 

@@ -670,7 +670,7 @@ TEST_F(Program, ListsTheFormatsInEveryOutputFormat) {
     EXPECT_EQ(Run("$FIID --formats | wc -l").output, std::to_string(count) + "\n");
     EXPECT_EQ(Run("$FIID --formats --format ndjson | wc -l").output, std::to_string(count) + "\n");
     EXPECT_EQ(Run("$FIID --formats --format csv | wc -l").output, std::to_string(count + 1) + "\n");
-    EXPECT_EQ(Run("$FIID --formats --format tsv | head -n 1").output, "fiid\tname\tmime\tpuid\textensions\n");
+    EXPECT_EQ(Run("$FIID --formats --format tsv | head -n 1").output, "fiid\tname\tmime\tpuid\textensions\tfamily\n");
     const Json json = Json::parse(Run("$FIID --formats --format json").output);
     ASSERT_EQ(json.size(), count);
     EXPECT_EQ(json[0]["fiid"], 1000);
