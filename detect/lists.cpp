@@ -8,6 +8,8 @@
 #include "core/basis.h"
 #include "fiid/detect.h"
 #include "further/formats.h"
+#include "further/table.h"
+#include "further/versions.h"
 
 static_assert(std::string_view(FIID_VERSION) == FIID_PROJECT_VERSION, "the header tells the project's version");
 
@@ -43,12 +45,20 @@ static_assert(static_cast<int>(FIBasis::Statistics) == FIID_BASIS_STATISTICS);
 static_assert(static_cast<int>(FIBasis::Extension) == FIID_BASIS_EXTENSION);
 static_assert(static_cast<int>(FIBasis::Text) == FIID_BASIS_TEXT);
 
+// Whether another version of the tables may answer more precisely about files that have this answer now. An answer of the
+// further table is open as it is: what stands over the signature table's answer may tell a kind of it, or take it back.
+bool FIIsOpen(std::uint16_t id) {
+    if (id >= firstFurtherFormat || FIHasVersionRule(id)) return true;
+    return std::ranges::any_of(FIFurtherRowsOver(id), [](std::uint64_t word) { return word != 0; });
+}
+
 // Fills the format with a record, or with nothing.
 std::int32_t FIFillFormat(const FIFormatRecord* record, fiid_format& format) {
     format = {0, 0, 0, "", "", "", "", "", {}};
     std::ranges::fill(format.reserved_texts, "");
     if (record == nullptr) return FIID_ERROR_UNKNOWN_FORMAT;
     format.id = record->fiid;
+    format.flags = FIIsOpen(record->fiid) ? std::uint32_t{FIID_FORMAT_IS_OPEN} : 0;
     format.name = record->name;
     format.mime = record->mime;
     format.puids = record->puids;

@@ -405,6 +405,7 @@ constexpr FIFormatRecord formats[] = {
 
 static_assert(std::ranges::is_sorted(formats, std::ranges::less_equal{}, &FIFormatRecord::fiid) &&
               std::ranges::adjacent_find(formats, {}, &FIFormatRecord::fiid) == std::ranges::end(formats));
+static_assert(formats[0].fiid >= firstFurtherFormat);
 static_assert(std::ranges::all_of(formats, [](const FIFormatRecord& format) {
     const std::string_view name = format.name;
     return !name.empty() && name.size() <= longestFormatName;

@@ -6,6 +6,9 @@
 
 #include "catalogue/format_catalogue.h"
 
+// Identifiers of the second table begin here; those of the signature table lie below.
+inline constexpr std::uint16_t firstFurtherFormat = 20000;
+
 // In the order of their identifiers.
 std::span<const FIFormatRecord> FIFurtherFormats();
 

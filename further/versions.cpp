@@ -65,11 +65,19 @@ constexpr FIVersionRule rules[] = {
 static_assert(std::ranges::adjacent_find(rules, std::ranges::greater_equal(), &FIVersionRule::identifier) ==
               std::ranges::end(rules));
 
+// The rule of a format, or null.
+const FIVersionRule* FIFindRule(std::uint16_t identifier) {
+    const auto* const rule = std::ranges::lower_bound(rules, identifier, {}, &FIVersionRule::identifier);
+    return rule != std::ranges::end(rules) && rule->identifier == identifier ? rule : nullptr;
+}
+
 }  // namespace
 
 bool FIReadVersion(FILook& look, std::uint16_t identifier, FIVersion& version) {
     // Rules take what is missing for a sign, too: bytes that can't be read are none.
     if (look.startIsCut) return false;
-    const auto rule = std::ranges::lower_bound(rules, identifier, {}, &FIVersionRule::identifier);
-    return rule != std::ranges::end(rules) && rule->identifier == identifier && rule->read(look, version);
+    const FIVersionRule* const rule = FIFindRule(identifier);
+    return rule != nullptr && rule->read(look, version);
 }
+
+bool FIHasVersionRule(std::uint16_t identifier) { return FIFindRule(identifier) != nullptr; }

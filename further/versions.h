@@ -16,3 +16,6 @@ struct FIVersion {
 // what stands in the file is none of the versions that are listed, or a part of the file's start can't be read: then the
 // format's own identifiers stay as they are.
 bool FIReadVersion(FILook& look, std::uint16_t identifier, FIVersion& version);
+
+// Whether there is a rule for a format: no version is ever read in files of another one.
+bool FIHasVersionRule(std::uint16_t identifier);

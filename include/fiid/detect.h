@@ -225,8 +225,10 @@ int32_t fiid_detect_source(const fiid_source* source, const fiid_options* option
 
 /* Bits of fiid_format.flags. */
 enum {
-    /* Of a format of the signature table: the further table has rows over this answer, or a version is read in such files.
-     * Another version of the tables may answer more precisely about them; about files of all other formats it can't. */
+    /* Another version of the tables may answer otherwise about a file of which this format is the most precise answer.
+     * So it is of every format of the further table, and of those of the signature table over whose answer the further
+     * table has rows, or in whose files a version is read. About files of all others there is nothing to ask again: fiid
+     * stays as it is, further stays 0, and what is told of the format stands in fiid_format. */
     FIID_FORMAT_IS_OPEN = 1
 };
 

@@ -15,6 +15,8 @@
 #include <set>
 #include <thread>
 
+#include "further/table.h"
+#include "further/versions.h"
 #include "support/bytes.h"
 #include "support/process_heap.h"
 #include "support/row_number.h"
@@ -40,9 +42,10 @@ void ExpectNoAnswer(const fiid_result& result) {
     EXPECT_EQ(result.further_row, 0);
     EXPECT_EQ(result.basis, FIID_BASIS_NONE);
     EXPECT_EQ(result.warnings, 0U);
-    for (const char* const text : {result.name, result.mime, result.version, result.puids, result.extensions,
-                                   result.signature, result.further_signature, result.routine, result.reserved_texts[0],
-                                   result.reserved_texts[3], static_cast<const char*>(result.explanation)}) {
+    for (const char* const text :
+         {result.name, result.mime, result.version, result.puids, result.extensions, result.signature,
+          result.further_signature, result.routine, result.family, result.reserved_texts[0], result.reserved_texts[2],
+          static_cast<const char*>(result.explanation)}) {
         EXPECT_STREQ(text, "");
     }
 }
@@ -101,6 +104,7 @@ TEST(Options, OfTheTablesAloneLeaveOutWhatIsFurther) {
         EXPECT_EQ(result.mime, format.mime);
         EXPECT_EQ(result.puids, format.puids);
         EXPECT_EQ(result.extensions, format.extensions);
+        EXPECT_EQ(result.family, format.family);
     }
 }
 
@@ -283,6 +287,15 @@ TEST(Answer, WarnsOfAnUnusualExtension) {
         << "of a format without usual ones none is unusual";
 }
 
+TEST(Answer, TellsTheFamilyOfTheMorePreciseFormat) {
+    EXPECT_STREQ(DetectBytes("GIF89a").family, "image");
+    EXPECT_STREQ(DetectBytes("plain text\n").family, "text");
+    EXPECT_STREQ(DetectBytes(FIBytes("01 02 00*9000"), nullptr, FIID_NO_FURTHER).family, "unknown");
+    EXPECT_STREQ(DetectBytes("#!/bin/sh\n").family, "code");
+    EXPECT_STREQ(DetectBytes("#!/bin/sh\n", nullptr, FIID_NO_FURTHER).family, "text");
+    EXPECT_STREQ(DetectBytes("").family, "unknown");
+}
+
 TEST(Answer, MayBeCopied) {
     const auto first = std::make_unique<fiid_result>(DetectBytes("GIF89a", "a.gif"));
     const fiid_result copy = *first;
@@ -304,6 +317,7 @@ void ExpectSameAnswer(const fiid_result& one, const fiid_result& other, const st
     EXPECT_EQ(one.name, other.name) << path;
     EXPECT_EQ(one.mime, other.mime) << path;
     EXPECT_EQ(one.puids, other.puids) << path;
+    EXPECT_EQ(one.family, other.family) << path;
     EXPECT_EQ(one.routine, other.routine) << path;
     EXPECT_STREQ(one.version, other.version) << path;
     EXPECT_STREQ(one.explanation, other.explanation) << path;
@@ -376,17 +390,68 @@ TEST(Formats, AreListedInAscendingOrder) {
         fiid_format found;
         ASSERT_EQ(fiid_format_find(format.id, &found), FIID_OK);
         EXPECT_EQ(found.name, format.name);
+        EXPECT_EQ(found.family, format.family);
+        EXPECT_EQ(found.flags, format.flags);
+        EXPECT_STRNE(format.family, "");
         EXPECT_TRUE(IsAscii(format.name) && IsAscii(format.mime) && IsAscii(format.puids) &&
                     IsAscii(format.extensions));
     }
     EXPECT_EQ(fiid_format_at(count, &format), FIID_ERROR_UNKNOWN_FORMAT);
     EXPECT_EQ(format.id, 0);
     EXPECT_STREQ(format.name, "");
+    EXPECT_STREQ(format.family, "");
+    EXPECT_EQ(format.flags, 0U);
     EXPECT_EQ(fiid_format_at(UINT32_MAX, &format), FIID_ERROR_UNKNOWN_FORMAT);
     EXPECT_EQ(fiid_format_find(0, &format), FIID_ERROR_UNKNOWN_FORMAT);
     EXPECT_EQ(fiid_format_find(UINT16_MAX, &format), FIID_ERROR_UNKNOWN_FORMAT);
     EXPECT_EQ(fiid_format_at(0, nullptr), FIID_ERROR_ARGUMENT);
     EXPECT_EQ(fiid_format_find(1503, nullptr), FIID_ERROR_ARGUMENT);
+}
+
+std::uint32_t FlagsOf(std::uint16_t id) {
+    fiid_format format;
+    EXPECT_EQ(fiid_format_find(id, &format), FIID_OK) << id;
+    return format.flags;
+}
+
+// What the rows stand over, as further/row.h tells it.
+std::set<std::uint16_t> AnswersUnder(FIOver over) {
+    switch (over) {
+        case FIOver::TextOrUnknown:
+            return {1999, 4005, 4022, 4025};
+        case FIOver::Text:
+            return {4005, 4022, 4025};
+        case FIOver::Packages:
+            return {1309, 1312, 1454, 1455, 1632, 1633, 1635, 1802};
+    }
+    return {};
+}
+
+TEST(Formats, AreOpenWhereAnotherVersionMayAnswerOtherwise) {
+    std::set<std::uint16_t> open;
+    for (std::uint16_t row = 1; row <= furtherRowCount; ++row) open.merge(AnswersUnder(FIFindFurtherRow(row)->over));
+    EXPECT_EQ(open.size(), 12U);
+    fiid_format format;
+    for (std::uint32_t index = 0; fiid_format_at(index, &format) == FIID_OK; ++index) {
+        const bool expected = format.id >= 20000 || open.contains(format.id) || FIHasVersionRule(format.id);
+        EXPECT_EQ(format.flags, expected ? std::uint32_t{FIID_FORMAT_IS_OPEN} : 0U) << format.id;
+    }
+    EXPECT_EQ(FlagsOf(1557), std::uint32_t{FIID_FORMAT_IS_OPEN}) << "the version of PDF is read";
+    EXPECT_EQ(FlagsOf(1802), std::uint32_t{FIID_FORMAT_IS_OPEN}) << "a ZIP archive may be a package";
+    EXPECT_EQ(FlagsOf(20190), std::uint32_t{FIID_FORMAT_IS_OPEN});
+    EXPECT_EQ(FlagsOf(1574), 0U) << "PNG";
+    EXPECT_EQ(FlagsOf(1438), 0U) << "Excel";
+}
+
+// Only where it is open has an answer more than the signature table's.
+TEST(Samples, HaveMoreThanTheirFirstAnswerOnlyWhereItIsOpen) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(FIID_SAMPLES_DIR)) {
+        if (!entry.is_regular_file()) continue;
+        fiid_result result;
+        ASSERT_EQ(fiid_detect_path(entry.path().c_str(), nullptr, &result), FIID_OK) << entry.path();
+        const bool hasMore = result.further != 0 || result.version[0] != '\0';
+        EXPECT_TRUE(!hasMore || FlagsOf(result.fiid) == FIID_FORMAT_IS_OPEN) << entry.path();
+    }
 }
 
 TEST(Texts, TellEachNumberApart) {

@@ -405,6 +405,9 @@ TEST(VersionRules, AreNoneOfOtherFormats) {
                                         1545,  1554,  1557,  1564,  1580,  1587,  1591,  1599,  1700,  1704,
                                         20068, 20107, 20112, 20113, 20120, 20134, 20145, 20167, 20184, 20188,
                                         20207, 20210, 20229, 20241, 20250, 20252, 20262, 20300, 20378, 20380};
+    for (std::uint32_t number = 0; number <= 0xFFFF; ++number) {
+        EXPECT_EQ(FIHasVersionRule(static_cast<std::uint16_t>(number)), std::ranges::binary_search(ruled, number));
+    }
     for (std::uint32_t identifier = 0; identifier <= 20400; ++identifier) {
         if (std::ranges::binary_search(ruled, identifier)) continue;
         EXPECT_EQ(FIReadVersionOf("%PDF-1.4", static_cast<std::uint16_t>(identifier)), FINothingRead()) << identifier;
