@@ -78,8 +78,6 @@ extern "C" {
 
 const char* fiid_version(void) { return FIID_VERSION; }
 
-const char* fiid_tables_version(void) { return FIID_VERSION; }
-
 const char* fiid_error_text(std::int32_t status) { return FITextOf(errorTexts, status, "unknown status"); }
 
 const char* fiid_basis_text(std::int32_t basis) { return FITextOf(basisTexts, basis, ""); }

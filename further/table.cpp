@@ -6,51 +6,13 @@
 #include <iterator>
 #include <span>
 
-#include "further/archive_rows.h"
-#include "further/data_rows.h"
-#include "further/design_rows.h"
-#include "further/image_rows.h"
-#include "further/key_rows.h"
-#include "further/media_rows.h"
-#include "further/package_rows.h"
-#include "further/program_rows.h"
-#include "further/rest_rows.h"
-#include "further/storage_rows.h"
-#include "further/text_rows.h"
+#include "further/row_families.h"
 
 namespace {
 
-// A family's rows with what the compiler makes of them: one evaluation each, for its limits.
-template <const auto& rows>
-struct FIFurtherFamily {
-    static constexpr auto code = FIAssembleRows<rows>();
-    static constexpr std::array<FIRowNeeds, std::size(rows)> needs = [] {
-        std::array<FIRowNeeds, std::size(rows)> made;
-        for (std::size_t index = 0; index < made.size(); ++index)
-            made[index] = FINeedsOfSignature(rows[index].signature);
-        return made;
-    }();
-};
-
-// Calls visit<rows>() for each family, in table order.
-template <typename Visit>
-constexpr void FIVisitFamilies(Visit visit) {
-    visit.template operator()<furtherPackageRows>();
-    visit.template operator()<furtherImageRows>();
-    visit.template operator()<furtherMediaRows>();
-    visit.template operator()<furtherArchiveRows>();
-    visit.template operator()<furtherProgramRows>();
-    visit.template operator()<furtherDataRows>();
-    visit.template operator()<furtherDesignRows>();
-    visit.template operator()<furtherKeyRows>();
-    visit.template operator()<furtherTextRows>();
-    visit.template operator()<furtherStorageRows>();
-    visit.template operator()<furtherRestRows>();
-}
-
 consteval std::size_t FICountRows() {
     std::size_t count = 0;
-    FIVisitFamilies([&count]<const auto & rows>() { count += std::size(rows); });
+    FIVisitFurtherFamilies([&count]<const auto & rows>() { count += std::size(rows); });
     return count;
 }
 static_assert(FICountRows() == furtherRowCount, "furtherRowCount in table.h is the number of rows");
@@ -58,7 +20,7 @@ static_assert(FICountRows() == furtherRowCount, "furtherRowCount in table.h is t
 consteval std::array<FIRowNeeds, furtherRowCount> FIJoinFurtherNeeds() {
     std::array<FIRowNeeds, furtherRowCount> needs = {};
     std::size_t index = 0;
-    FIVisitFamilies([&]<const auto & rows>() {
+    FIVisitFurtherFamilies([&]<const auto & rows>() {
         for (const FIRowNeeds& row : FIFurtherFamily<rows>::needs) needs[index++] = row;
     });
     return needs;
@@ -69,7 +31,7 @@ template <typename Picks>
 consteval FIFurtherRowSet FIPickRows(Picks picks) {
     FIFurtherRowSet set = {};
     std::size_t index = 0;
-    FIVisitFamilies([&]<const auto & rows>() {
+    FIVisitFurtherFamilies([&]<const auto & rows>() {
         for (const FIFurtherRow& row : rows) {
             if (picks(row.over)) FIAddRow(set, index);
             ++index;
@@ -92,7 +54,7 @@ struct FIFurtherPlace {
 consteval std::array<FIFurtherPlace, furtherRowCount> FIJoinPlaces() {
     std::array<FIFurtherPlace, furtherRowCount> places = {};
     std::size_t entry = 0;
-    FIVisitFamilies([&]<const auto & rows>() {
+    FIVisitFurtherFamilies([&]<const auto & rows>() {
         for (std::size_t index = 0; index < std::size(rows); ++index) {
             const auto& code = FIFurtherFamily<rows>::code;
             places[entry++] = {&rows[index], code.bytes.data() + code.starts[index]};
