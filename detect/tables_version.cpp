@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 
 #include "catalogue/format_records.h"
@@ -68,6 +69,7 @@ consteval FITablesName FINameTables() {
 }
 
 constexpr FITablesName tablesName = FINameTables();
+static_assert(std::size(tablesName) <= 40 + 1, "the header tells callers how much room it needs");
 
 }  // namespace
 

@@ -13,7 +13,8 @@
 //   what is asked for or fewer bytes.
 // - The answer of the signature table is that of its own walk, also without the further table.
 // - An explanation changes no other answer.
-// - Identifiers are those of the lists of formats, names are theirs, and PRONOM identifiers some of theirs.
+// - Identifiers are those of the lists of formats, names and families are theirs, and PRONOM identifiers some of theirs.
+// - Only over a format that is open stands more than the signature table's answer.
 // - A source is asked for ranges that it has, for none again and again that it delivered in full, and for not
 //   much more than it has.
 // - A source that fails or lies may spoil the answer, but none that has not come to do so.
@@ -123,6 +124,7 @@ bool AreSameTexts(const fiid_result& one, const fiid_result& other) {
         {one.signature, other.signature},
         {one.further_signature, other.further_signature},
         {one.routine, other.routine},
+        {one.family, other.family},
     };
     return std::ranges::all_of(texts, [](const auto& pair) { return std::strcmp(pair.first, pair.second) == 0; });
 }
@@ -160,7 +162,7 @@ std::vector<std::string_view> Words(std::string_view list) {
 
 void CheckTexts(const fiid_result& result) {
     for (const char* text : {result.name, result.mime, result.version, result.puids, result.extensions,
-                             result.signature, result.further_signature, result.routine}) {
+                             result.signature, result.further_signature, result.routine, result.family}) {
         RequireResult(text != nullptr && IsAscii(text), "a text that is none");
     }
     for (const char* text : result.reserved_texts) RequireResult(text != nullptr && *text == '\0', "a reserved text");
@@ -174,12 +176,15 @@ void CheckFormat(const fiid_result& result) {
     fiid_format format;
     RequireResult(result.fiid < 20000 && (result.further == 0 || result.further >= 20000), "an identifier of nobody");
     RequireResult(fiid_format_find(result.fiid, &format) == FIID_OK, "an unknown answer of the signature table");
+    RequireResult((format.flags & FIID_FORMAT_IS_OPEN) != 0 || (result.further == 0 && result.version[0] == '\0'),
+                  "an answer that is not open and has more");
     RequireResult((result.further == 0) == (result.further_row == 0), "half an answer of the further table");
     if (result.further != 0) {
         RequireResult(fiid_format_find(result.further, &format) == FIID_OK, "an unknown answer of the further table");
     }
     RequireResult(std::strcmp(result.name, format.name) == 0 && std::strcmp(result.mime, format.mime) == 0 &&
-                      std::strcmp(result.extensions, format.extensions) == 0,
+                      std::strcmp(result.extensions, format.extensions) == 0 &&
+                      std::strcmp(result.family, format.family) == 0,
                   "what the list of formats does not tell");
     const std::vector<std::string_view> all = Words(format.puids);
     const std::vector<std::string_view> left = Words(result.puids);
@@ -198,7 +203,8 @@ void CheckAnswer(const Answer& answer, std::uint32_t flags) {
         CheckFormat(result);
     } else {
         RequireResult(answer.status == FIID_ERROR_READ, "a failure for no reason");
-        RequireResult(result.fiid == 0 && result.further == 0 && result.name[0] == '\0', "a failure that tells more");
+        RequireResult(result.fiid == 0 && result.further == 0 && result.name[0] == '\0' && result.family[0] == '\0',
+                      "a failure that tells more");
     }
     if ((flags & FIID_NO_FURTHER) != 0) {
         RequireResult(result.further == 0 && result.version[0] == '\0', "of the further table, unasked");
