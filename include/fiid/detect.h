@@ -36,8 +36,11 @@ extern "C" {
 /* The version of the library that runs, in the form of FIID_VERSION. Static. */
 const char* fiid_version(void);
 
-/* What the tables of the library that runs are called: printable ASCII without blanks, such as "1.1.0-89abcdef". Another
- * name where any answer may be another one; so who stores answers stores it with them. Static. */
+/* What the tables of the library that runs are called: printable ASCII without blanks, such as "1.1.0-89abcdef", of at
+ * most 40 bytes. It is fiid_version(), a hyphen, and a hash over all that is data in the tables: patterns, identifiers,
+ * names, MIME types, PRONOM identifiers, extensions, families. It is another one where any answer may be; so who stores
+ * answers stores it with them, and asks again what FIID_FORMAT_IS_OPEN tells of. What routines look at is code, which the
+ * hash does not see: that is why every change of an answer raises the version. Static. */
 const char* fiid_tables_version(void);
 
 /* ---- Statuses ---------------------------------------------------------------------------------------------------- */
