@@ -237,9 +237,9 @@ enum {
 
 /* One format. The strings are as in fiid_result, but that puids are all identifiers of the format. */
 typedef struct fiid_format {
-    uint16_t id;        /* as in fiid (below 20000) or further (from 20000 up) */
-    uint16_t reserved;  /* 0 */
-    uint32_t flags;     /* FIID_FORMAT_IS_OPEN, or 0 */
+    uint16_t id;       /* as in fiid (below 20000) or further (from 20000 up) */
+    uint16_t reserved; /* 0 */
+    uint32_t flags;    /* FIID_FORMAT_IS_OPEN, or 0 */
     const char* name;
     const char* mime;
     const char* puids;
