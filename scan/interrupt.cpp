@@ -1,10 +1,16 @@
 // interrupt.cpp - a signal is noted, and looked for between records and where the program waits; an alarm ends the
 // program where it does not look.
+//
+// The system hands a signal to any one thread, but all threads that wait are to come back. So its handler writes into a
+// pipe that all of them poll and none of them reads: what lies in it wakes those, too, that begin to wait later, and
+// nothing is slept over between a look at the note and the waiting.
 #include "scan/interrupt.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 
@@ -13,14 +19,20 @@ namespace {
 constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr unsigned deadlineSeconds = 2;
 
-volatile std::sig_atomic_t signalThatCame = 0;
+// Written by handlers, read by all threads.
+std::atomic<int> signalThatCame = 0;
+static_assert(std::atomic<int>::is_always_lock_free, "a handler may not take a lock");
+
+// Filled before the handlers are set, and never changed then.
+int wakingEnd = -1;
+int noteEnd = -1;
 
 void EndBy(int number) {
     std::signal(number, SIG_DFL);
     raise(number);  // one that is blocked, as a signal is while its handler runs, ends the program behind that
 }
 
-extern "C" void EndAtTheDeadline(int) { EndBy(signalThatCame); }
+extern "C" void EndAtTheDeadline(int) { EndBy(signalThatCame.load()); }
 
 // A file may take long to identify, and a reader may have stopped reading. No record is torn by that: a write to a pipe
 // that waits for room, of PIPE_BUF bytes at most, has written nothing yet.
@@ -32,15 +44,29 @@ void SetDeadline() {
     alarm(deadlineSeconds);
 }
 
+// Two signals may come at the same moment, to two threads: one of them is the first.
 extern "C" void NoteSignal(int number) {
-    if (signalThatCame != 0) return EndBy(number);
-    signalThatCame = number;
+    int none = 0;
+    if (!signalThatCame.compare_exchange_strong(none, number)) return EndBy(number);
+    const int reason = errno;
+    const char note = 0;
+    [[maybe_unused]] const ssize_t noted =
+        write(noteEnd, &note, sizeof(note));  // the thread here wakes without it, too
     SetDeadline();
+    errno = reason;
+}
+
+void OpenWakingPipe() {
+    int ends[2];
+    if (wakingEnd >= 0 || pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return;
+    wakingEnd = ends[0];
+    noteEnd = ends[1];
 }
 
 }  // namespace
 
 void CatchInterrupts() {
+    OpenWakingPipe();
     for (const int number : endingSignals) {
         struct sigaction action = {};
         if (sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
@@ -52,26 +78,19 @@ void CatchInterrupts() {
     sigset_t deadline;
     sigemptyset(&deadline);
     sigaddset(&deadline, SIGALRM);
-    sigprocmask(SIG_UNBLOCK, &deadline, nullptr);  // the caller may have blocked it
+    pthread_sigmask(SIG_UNBLOCK, &deadline, nullptr);  // the caller may have blocked it
 }
 
-bool Interrupted() { return signalThatCame != 0; }
+bool Interrupted() { return signalThatCame.load() != 0; }
+
+int InterruptDescriptor() { return wakingEnd; }
 
 bool WaitForInput(int descriptor) {
-    // The signals are let through by ppoll alone: one that came between the look at it and the waiting would be slept
-    // over.
-    sigset_t blocked;
-    sigset_t before;
-    sigemptyset(&blocked);
-    for (const int number : endingSignals) sigaddset(&blocked, number);
-    sigprocmask(SIG_BLOCK, &blocked, &before);
-    pollfd waiting = {descriptor, POLLIN, 0};
-    while (!Interrupted() && ppoll(&waiting, 1, nullptr, &before) < 0 && errno == EINTR) continue;
-    const bool interrupted = Interrupted();
-    sigprocmask(SIG_SETMASK, &before, nullptr);
-    return !interrupted;
+    pollfd waiting[] = {{descriptor, POLLIN, 0}, {wakingEnd, POLLIN, 0}};
+    while (!Interrupted() && poll(waiting, 2, -1) < 0 && errno == EINTR) continue;
+    return !Interrupted();
 }
 
 void EndIfInterrupted() {
-    if (Interrupted()) EndBy(signalThatCame);
+    if (Interrupted()) EndBy(signalThatCame.load());
 }

@@ -1,11 +1,16 @@
-// Signals that end the program: noted once, fatal twice or at the deadline, and never slept over.
+// Signals that end the program: noted once, fatal twice or at the deadline, and never slept over by any thread.
 #include "scan/interrupt.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <unistd.h>
 
+#include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <thread>
 
 #include "scan/descriptors.h"
 
@@ -98,6 +103,59 @@ TEST_P(InterruptDeathTest, DeadlineEndsTheProgramByTheFirstSignal) {
         testing::KilledBySignal(number), "");
 }
 
+// What the threads of a program see of a signal, which waits for input that never comes.
+[[noreturn]] void WaitInThreads(int number) {
+    int ends[2];
+    if (pipe(ends) != 0) _exit(2);
+    CatchInterrupts();
+    std::atomic<int> toldInput = 0;
+    std::array<std::thread, 4> threads;
+    for (std::thread& thread : threads) {
+        thread = std::thread([&] { toldInput += WaitForInput(ends[0]) ? 1 : 0; });
+    }
+    kill(getpid(), number);
+    for (std::thread& thread : threads) thread.join();
+    _exit(toldInput == 0 && !WaitForInput(ends[0]) ? 0 : 1);
+}
+
+// Whichever thread has the signal; those that begin to wait behind it do not sleep either.
+TEST_P(InterruptDeathTest, SignalEndsTheWaitingOfAllThreads) {
+    EXPECT_EXIT(WaitInThreads(GetParam()), testing::ExitedWithCode(0), "");
+}
+
+bool CanBeRead(int descriptor) {
+    pollfd told = {descriptor, POLLIN, 0};
+    return poll(&told, 1, 0) == 1 && told.revents == POLLIN;
+}
+
+TEST_P(InterruptDeathTest, DescriptorTellsTheSignalForGood) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            if (InterruptDescriptor() != -1) _exit(2);
+            CatchInterrupts();
+            if (CanBeRead(InterruptDescriptor())) _exit(3);
+            raise(number);
+            ExitWith(CanBeRead(InterruptDescriptor()) && CanBeRead(InterruptDescriptor()));
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+// What waits for something else may look at errno between two calls.
+TEST_P(InterruptDeathTest, SignalLeavesErrnoAlone) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            close(InterruptDescriptor());  // so that the note can't be written
+            std::signal(SIGPIPE, SIG_IGN);
+            errno = ENOTDIR;
+            raise(number);
+            ExitWith(errno == ENOTDIR && Interrupted());
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, InterruptDeathTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 // What is under way never looks whether a signal has come.
@@ -114,6 +172,25 @@ TEST(DeadlineDeathTest, OneSignalEndsWhatDoesNotLookForIt) {
             NeverEnd();
         },
         testing::KilledBySignal(SIGTERM), "");
+}
+
+// Whichever thread has the alarm.
+[[noreturn]] void NeverEndInThreads() {
+    CatchInterrupts();
+    const auto sleep = [] {
+        while (true) pause();
+    };
+    std::thread first(sleep);
+    std::thread second(sleep);
+    kill(getpid(), SIGINT);
+    while (!Interrupted()) usleep(1000);
+    kill(getpid(), SIGALRM);
+    sleep();
+    _exit(1);
+}
+
+TEST(DeadlineDeathTest, EndsThreadsThatDoNotLookForTheSignal) {
+    EXPECT_EXIT(NeverEndInThreads(), testing::KilledBySignal(SIGINT), "");
 }
 
 TEST(DeadlineDeathTest, ComesToAProgramThatWasStartedWithTheAlarmBlockedOrIgnored) {
@@ -140,6 +217,19 @@ TEST(DeadlineDeathTest, AlarmOfTheCallerEndsTheProgramAsBefore) {
             _exit(1);
         },
         testing::KilledBySignal(SIGALRM), "");
+}
+
+// No child of the program holds the pipe, and a handler never waits.
+TEST(InterruptPipeDeathTest, IsClosedInProgramsThatAreStartedAndDoesNotBlock) {
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            const int descriptor = InterruptDescriptor();
+            if ((fcntl(descriptor, F_GETFD) & FD_CLOEXEC) == 0) _exit(2);
+            char byte;
+            ExitWith(read(descriptor, &byte, 1) == -1 && errno == EAGAIN);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(Waiting, EndsWithInputAndAtTheEnd) {
