@@ -27,7 +27,11 @@ bool IsOpenForReading(int descriptor) {
     return flags >= 0 && (flags & O_ACCMODE) != O_WRONLY;
 }
 
-int OpenForReading(const std::string& path) { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }
+int OpenForReading(const std::string& path) { return OpenForReading(AT_FDCWD, path.c_str()); }
+
+int OpenForReading(int directory, const char* path) {
+    return openat(directory, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+}
 
 ssize_t ReadAvailable(int descriptor, std::span<char> block) {
     while (WaitForInput(descriptor)) {

@@ -32,6 +32,9 @@ bool IsOpenForReading(int descriptor);
 // Opens a file, without waiting for the other end of a FIFO. Returns the descriptor, or -1 with errno set.
 int OpenForReading(const std::string& path);
 
+// The same for a path that begins at an open directory, or at the working directory for AT_FDCWD.
+int OpenForReading(int directory, const char* path);
+
 // A block that takes whatever a pipe holds in one read.
 inline constexpr std::size_t readBlockBytes = 65536;
 
