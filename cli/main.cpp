@@ -1,7 +1,9 @@
 // main.cpp - the program fiid: tells the format of files.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <exception>
+#include <filesystem>
 
 #include "cli/options.h"
 #include "fiid/detect.h"
@@ -35,13 +37,14 @@ std::uint32_t FlagsOf(const Options& options) {
 
 // Identifies everything the options name. Returns whether all of it could be read.
 bool IdentifyAll(const Options& options) {
-    const std::uint32_t flags = FlagsOf(options);
+    IdentifyOptions how;
+    how.flags = FlagsOf(options);
     bool allRead = true;
     RecordWriter writer(options.format, options.explain);
-    const auto write = [&](const Record& record) {
-        if (Interrupted()) return;  // it may have been cut short
-        allRead = allRead && !record.error.has_value();
-        writer.Write(record);
+    const auto write = [&](const std::optional<Record>& record) {
+        if (Interrupted() || !record.has_value()) return;  // it may have been cut short
+        allRead = allRead && !record->error.has_value();
+        writer.Write(*record);
     };
     const auto writeFailure = [&](const std::string& path, const std::string& reason) {
         Record record;
@@ -50,18 +53,19 @@ bool IdentifyAll(const Options& options) {
         write(record);
     };
     const auto writeNamed = [&](const std::string& path) {
-        const std::optional<Record> record = IdentifyNamedPath(path, flags);
-        if (record.has_value()) write(*record);
-        return record.has_value();
+        std::error_code unknown;
+        if (std::filesystem::is_directory(path, unknown)) return false;
+        write(IdentifyNamedPath(path, how));
+        return true;
     };
-    const WalkVisitor visitor = {writeNamed, [&](const std::string& path) { write(IdentifyPath(path, flags)); },
-                                 writeFailure};
+    const auto writeEntry = [&](const std::string& path) { write(IdentifyEntry(AT_FDCWD, path, 0, how)); };
+    const WalkVisitor visitor = {writeNamed, writeEntry, writeFailure};
 
     writer.BeginRecords();
     for (const std::string& path : options.paths) {
         if (Interrupted()) break;
         if (path == "-") {
-            write(IdentifyStandardInput(flags));
+            write(IdentifyStandardInput(how));
         } else {
             WalkPath(path, visitor);
         }
