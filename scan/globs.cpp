@@ -7,6 +7,7 @@
 #include "scan/globs.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -71,7 +72,7 @@ class SetParser {
         if (negated) ++position_;
         for (bool first = true; first || Next() != ']'; first = false) {
             if (position_ == text_.size()) return openBracket;
-            const std::string failure = IsNamedClass() ? ParseNamedClass(set) : ParseRange(set);
+            std::string failure = IsNamedClass() ? ParseNamedClass(set) : ParseRange(set);
             if (!failure.empty()) return failure;
         }
         ++position_;
@@ -87,11 +88,8 @@ class SetParser {
     }
 
     std::string_view ClassName() const {
-        const std::string_view behind = text_.substr(position_ + 2);
-        return behind.substr(
-            0, static_cast<std::size_t>(
-                   std::ranges::find_if_not(behind, [](char c) { return IsLower(static_cast<std::uint8_t>(c)); }) -
-                   behind.begin()));
+        const auto start = text_.begin() + static_cast<std::ptrdiff_t>(position_) + 2;
+        return {start, std::find_if_not(start, text_.end(), [](char c) { return c >= 'a' && c <= 'z'; })};
     }
 
     bool IsNamedClass() const {
@@ -180,8 +178,7 @@ class BraceParser {
         expansion.Add("");
         while (position_ < text_.size() && text_[position_] != '}' && (depth == 0 || text_[position_] != ',')) {
             Expansion next;
-            const std::string failure =
-                text_[position_] == '{' ? ParseBraces(depth + 1, next) : ParsePlain(depth, next);
+            std::string failure = text_[position_] == '{' ? ParseBraces(depth + 1, next) : ParsePlain(depth, next);
             if (!failure.empty()) return failure;
             if (!Combine(expansion, next.globs)) return tooMany;
         }
@@ -193,7 +190,7 @@ class BraceParser {
         do {
             ++position_;  // the opening brace, or a comma
             Expansion choice;
-            const std::string failure = ParseSequence(depth, choice);
+            std::string failure = ParseSequence(depth, choice);
             if (!failure.empty()) return failure;
             for (std::string& glob : choice.globs) {
                 if (!expansion.Add(std::move(glob))) return tooMany;
@@ -212,7 +209,7 @@ class BraceParser {
             if (byte == '\\' && position_++ == text_.size()) return strayBackslash;
             if (byte != '[') continue;
             ByteSet ignored;
-            const std::string failure = SetParser(text_, position_).Parse(ignored);
+            std::string failure = SetParser(text_, position_).Parse(ignored);
             if (!failure.empty()) return failure;
         }
         return expansion.Add(std::string(text_.substr(start, position_ - start))) ? "" : tooMany;
@@ -223,6 +220,8 @@ class BraceParser {
 };
 
 // ---- Names and slashes -------------------------------------------------------------------------------------------------
+
+GlobName AnyName() { return {std::vector<GlobName::Run>(2)}; }
 
 // Cuts a glob without braces, whose backslashes and brackets are known to be in order, into names.
 class PathParser {
@@ -251,8 +250,6 @@ class PathParser {
         return "";
     }
 
-    static GlobName AnyName() { return {std::vector<GlobName::Run>(2)}; }
-
  private:
     bool IsSlash() const {
         const std::string_view rest = text_.substr(position_);
@@ -267,19 +264,16 @@ class PathParser {
             return;
         }
         ++tests_;
-        name_.runs.back().push_back(byte == '?'    ? anyByte
-                                    : byte == '['  ? TakeSet()
-                                    : byte == '\\' ? TakeEscaped()
-                                                   : byte);
+        name_.runs.back().push_back(byte == '[' ? TakeSet() : byte == '?' ? anyByte : TakeLiteral(byte));
     }
 
-    std::uint32_t TakeEscaped() { return ByteAt(text_, position_++); }
-
+    // The set has been read once before, among the braces, and is in order.
     std::uint32_t TakeSet() {
-        static_cast<void>(
-            SetParser(text_, position_).Parse(sets_.emplace_back()));  // it has been read once, for braces
+        static_cast<void>(SetParser(text_, position_).Parse(sets_.emplace_back()));
         return firstSet + static_cast<std::uint32_t>(sets_.size() - 1);
     }
+
+    std::uint32_t TakeLiteral(std::uint8_t byte) { return byte == '\\' ? ByteAt(text_, position_++) : byte; }
 
     void EndName(GlobPath& path) {
         const bool plain = stars_ == 0;
@@ -346,10 +340,14 @@ std::string_view TakeFirstName(std::string_view& path) {
     return name;
 }
 
-std::string_view TakeLastName(std::string_view& path) {
+std::string_view LastNameOf(std::string_view path) {
     const std::size_t slash = path.rfind('/');
-    const std::string_view name = slash == std::string_view::npos ? path : path.substr(slash + 1);
-    path = path.substr(0, slash == std::string_view::npos ? 0 : slash);
+    return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+std::string_view TakeLastName(std::string_view& path) {
+    const std::string_view name = LastNameOf(path);
+    path.remove_suffix(std::min(name.size() + 1, path.size()));
     return name;
 }
 
@@ -376,7 +374,9 @@ bool TakeStretch(const GlobPath::Stretch& stretch, const std::vector<ByteSet>& s
     return false;
 }
 
-bool PathFits(const GlobPath& glob, const std::vector<ByteSet>& sets, std::string_view path) {
+// name is the last one of the path. Most paths are told apart by it, and it is cut out once for all globs of a list.
+bool PathFits(const GlobPath& glob, const std::vector<ByteSet>& sets, std::string_view path, std::string_view name) {
+    if (!NameFits(glob.stretches.back().back(), sets, name)) return false;
     if (!TakeFront(glob.stretches.front(), sets, path)) return false;
     if (glob.stretches.size() == 1) return path.empty();
     if (!TakeBack(glob.stretches.back(), sets, path)) return false;
@@ -397,7 +397,7 @@ std::string Glob::Compile(std::string_view text, TrailingSlash trailingSlash) {
         failure = PathParser(glob, sets_).Parse(path);
         if (failure.empty() && path.directoriesOnly && trailingSlash == TrailingSlash::DirectoryAndBelow) {
             GlobPath below = {path.stretches, false};
-            below.stretches.push_back({PathParser::AnyName()});
+            below.stretches.push_back({AnyName()});
             paths_.push_back(std::move(below));
         }
     }
@@ -407,10 +407,12 @@ std::string Glob::Compile(std::string_view text, TrailingSlash trailingSlash) {
 }
 
 bool Glob::MatchesFile(std::string_view path) const {
+    const std::string_view name = LastNameOf(path);
     return std::ranges::any_of(
-        paths_, [&](const GlobPath& glob) { return !glob.directoriesOnly && PathFits(glob, sets_, path); });
+        paths_, [&](const GlobPath& glob) { return !glob.directoriesOnly && PathFits(glob, sets_, path, name); });
 }
 
 bool Glob::MatchesDirectory(std::string_view path) const {
-    return std::ranges::any_of(paths_, [&](const GlobPath& glob) { return PathFits(glob, sets_, path); });
+    const std::string_view name = LastNameOf(path);
+    return std::ranges::any_of(paths_, [&](const GlobPath& glob) { return PathFits(glob, sets_, path, name); });
 }

@@ -11,9 +11,10 @@
 //   \*         the byte behind the backslash, whatever it is; also between brackets
 //   a/         a directory with this name, and no file
 //
-// A glob with a slash in front of a name, as src/*.c, ./src or /src, is held against the whole path below the directory
-// that is scanned; any other against a file's or directory's name, wherever it lies: it is as if **/ stood in front of it.
-// Names that begin with a full stop are as others. Slashes beside each other are as one, and names that are . are left out.
+// A glob with a slash in front of a name, such as src/*.c or /src, is held against the whole path below the directory that
+// is scanned; any other against the name of a file or directory, wherever it lies, as if **/ stood in front of it. Names that
+// begin with a full stop are as others. Slashes beside each other are as one, and names that are . are left out: ./src is
+// as /src. A glob with .. is refused: it could match nothing.
 #pragma once
 
 #include <bitset>
@@ -23,11 +24,11 @@
 #include <string_view>
 #include <vector>
 
-// Of a glob, and of all that its braces stand for: how many globs, and how many bytes together. More is refused.
-inline constexpr std::size_t longestGlob = 65536;
-inline constexpr std::size_t mostExpandedGlobs = 10000;
-inline constexpr std::size_t mostExpandedBytes = 262144;
-inline constexpr std::size_t deepestBraces = 32;
+// What is beyond these is refused.
+inline constexpr std::size_t longestGlob = 65536;         // in bytes
+inline constexpr std::size_t mostExpandedGlobs = 10000;   // that the braces of one stand for
+inline constexpr std::size_t mostExpandedBytes = 262144;  // of these together
+inline constexpr std::size_t deepestBraces = 32;          // braces within braces
 
 // What a glob with a slash at its end matches: the directory, or also every file and directory below it.
 enum class TrailingSlash { Directory, DirectoryAndBelow };
@@ -53,8 +54,8 @@ class Glob {
     std::string Compile(std::string_view text, TrailingSlash trailingSlash = TrailingSlash::Directory);
 
     // Whether a file or a directory matches, told by its path below the directory that is scanned: names with one slash
-    // between two. Takes time in proportion to the length of the glob times that of the path, at most, and no memory. Any
-    // number of threads may ask at the same time.
+    // between two. Takes no memory, and at most time in proportion to the length of the path times that of what the glob
+    // stands for. Any number of threads may ask at the same time.
     bool MatchesFile(std::string_view path) const;
     bool MatchesDirectory(std::string_view path) const;
 
