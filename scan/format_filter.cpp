@@ -17,7 +17,7 @@ constexpr std::string_view families[] = {"document", "spreadsheet", "presentatio
 constexpr std::string_view typeOfEmptyFile = "inode/x-empty";
 constexpr std::string_view typeOfUnknownFile = "application/octet-stream";
 
-// ---- Words -------------------------------------------------------------------------------------------------------------
+// ---- Words ----------------------------------------------------------------------------------------------------------
 
 char LowerCase(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
 
@@ -41,8 +41,8 @@ std::string_view TakeWord(std::string_view& words, char separator) {
     return word;
 }
 
-// Whether a text is as a pattern in small letters says. What a star stands for grows only while nothing behind it fits, and
-// that of an earlier star never again: the first place is as good as any later one.
+// Whether a text is as a pattern in small letters says. What a star stands for grows only while nothing behind it fits,
+// and that of an earlier star never again: the first place is as good as any later one.
 bool FitsWildcards(std::string_view pattern, std::string_view text) {
     std::size_t place = 0;
     std::size_t behindStar = std::string_view::npos;
@@ -79,7 +79,7 @@ std::size_t EditDistance(std::string_view one, std::string_view other) {
     return distances.back();
 }
 
-// ---- Patterns ----------------------------------------------------------------------------------------------------------
+// ---- Patterns -------------------------------------------------------------------------------------------------------
 
 bool AnyWordFits(std::string_view pattern, std::string_view words) {
     while (!words.empty()) {

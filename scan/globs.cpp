@@ -1,9 +1,10 @@
-// globs.cpp - patterns for names and paths: first their braces are replaced by what they stand for, then each glob is cut
-// at its slashes and stars.
+// globs.cpp - patterns for names and paths: first their braces are replaced by what they stand for, then each glob is
+// cut at its slashes and stars.
 //
-// What lies between two stars has a fixed length in bytes, and what lies between two double stars a fixed length in names.
-// So the first stretch can only stand at the beginning and the last one only at the end, and of those between them each
-// may take the first place where it fits: a later one would leave the rest less room. Nothing is ever taken back.
+// What lies between two stars has a fixed length in bytes, and what lies between two double stars a fixed length in
+// names. So the first stretch can only stand at the beginning and the last one only at the end, and of those between
+// them each may take the first place where it fits: a later one would leave the rest less room. Nothing is ever taken
+// back.
 #include "scan/globs.h"
 
 #include <algorithm>
@@ -29,7 +30,7 @@ constexpr const char* parentName = "has a .. in it, which no path below a direct
 
 std::uint8_t ByteAt(std::string_view text, std::size_t position) { return static_cast<std::uint8_t>(text[position]); }
 
-// ---- Sets between brackets ---------------------------------------------------------------------------------------------
+// ---- Sets between brackets ------------------------------------------------------------------------------------------
 
 bool IsDigit(unsigned c) { return c >= '0' && c <= '9'; }
 bool IsUpper(unsigned c) { return c >= 'A' && c <= 'Z'; }
@@ -133,7 +134,7 @@ class SetParser {
     std::size_t& position_;
 };
 
-// ---- Braces ------------------------------------------------------------------------------------------------------------
+// ---- Braces ---------------------------------------------------------------------------------------------------------
 
 struct Expansion {
     std::vector<std::string> globs;
@@ -160,7 +161,8 @@ bool Combine(Expansion& beginnings, const std::vector<std::string>& ends) {
     return true;
 }
 
-// Replaces a glob with braces by all that it stands for. What is behind a backslash and between brackets stays as it is.
+// Replaces a glob with braces by all that it stands for. What is behind a backslash and between brackets stays as it
+// is.
 class BraceParser {
  public:
     explicit BraceParser(std::string_view text) : text_(text) {}
@@ -219,7 +221,7 @@ class BraceParser {
     std::size_t position_ = 0;
 };
 
-// ---- Names and slashes -------------------------------------------------------------------------------------------------
+// ---- Names and slashes ----------------------------------------------------------------------------------------------
 
 GlobName AnyName() { return {std::vector<GlobName::Run>(2)}; }
 
@@ -302,7 +304,7 @@ class PathParser {
     bool parentNamed_ = false;
 };
 
-// ---- Matching ----------------------------------------------------------------------------------------------------------
+// ---- Matching -------------------------------------------------------------------------------------------------------
 
 bool RunFits(const GlobName::Run& run, const std::vector<ByteSet>& sets, std::string_view bytes) {
     for (std::size_t index = 0; index < run.size(); ++index) {

@@ -19,7 +19,8 @@ bool TakeLetter(std::string_view& text, char capital) {
     return true;
 }
 
-// Takes a unit from the beginning of a text and returns how many bits further left its count stands; 0 if there is none.
+// Takes a unit from the beginning of a text and returns how many bits further left its count stands; 0 if there is
+// none.
 unsigned TakeUnit(std::string_view& text) {
     for (std::size_t index = 0; index < unitLetters.size(); ++index) {
         if (TakeLetter(text, unitLetters[index])) return static_cast<unsigned>(index + 1) * bitsOfStep;

@@ -38,7 +38,7 @@ TEST(FormatFilter, TakesAllByItself) {
     EXPECT_TRUE(filter.Takes(unknown));
 }
 
-// ---- Patterns ----------------------------------------------------------------------------------------------------------
+// ---- Patterns -------------------------------------------------------------------------------------------------------
 
 TEST(FormatPatterns, NumberIsAnIdentifierOfEitherTable) {
     fiid_result answer = AnswerOf(1999, "image/jxl", "", "image");
@@ -153,7 +153,7 @@ TEST(FormatPatterns, ListMatchesAsAnyOfIt) {
     EXPECT_FALSE(Matches("image,video,text/*", amr));
 }
 
-// ---- Together ----------------------------------------------------------------------------------------------------------
+// ---- Together -------------------------------------------------------------------------------------------------------
 
 TEST(FormatFilter, MatchesAddUp) {
     FormatFilter filter;
@@ -193,7 +193,7 @@ TEST(FormatFilter, MismatchTakesUnusualExtensionsAlone) {
     EXPECT_FALSE(filter.Takes(renamed));
 }
 
-// ---- What is refused ---------------------------------------------------------------------------------------------------
+// ---- What is refused ------------------------------------------------------------------------------------------------
 
 std::string FailureOf(const std::string& patterns) {
     FormatFilter match;
