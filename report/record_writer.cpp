@@ -396,6 +396,8 @@ void RecordWriter::WriteItem(const Item& item) {
             AppendJson(out, item, explain_);
             out += '\n';
             break;
+        default:
+            break;
     }
     first_ = false;
     EndRecord();

@@ -4,9 +4,8 @@
 #include <span>
 
 #include "fiid/detect.h"
+#include "report/report_writer.h"
 #include "scan/record.h"
-
-enum class OutputFormat { Text, Ndjson, Json, Csv, Tsv, Mime };
 
 // Writes records to standard output in one format, from Begin to End.
 class RecordWriter {
