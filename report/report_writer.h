@@ -23,7 +23,8 @@ struct ReportOptions {
     std::vector<std::string> fields;  // --fields: keys in the order asked for; empty for the default ones
     char pathEnd = '\n';              // Path: what stands behind a path, a line feed or NUL
     std::string title;                // Html: what was looked at, for people; any bytes
-    std::int64_t startedSeconds = 0;  // Html, Siegfried: when the run began, since 1970-01-01 UTC
+    std::int64_t startedSeconds = 0;  // Html: when the run began, since 1970-01-01 UTC
+    std::vector<std::string> named;   // Droid: the paths that were named; folders above them have no rows
 };
 
 // Makes the bytes of a report, from Begin to End. Whoever calls hands them over: what Begin, one call of Place, or End
