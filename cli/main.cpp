@@ -1,14 +1,13 @@
 // main.cpp - the program fiid: tells the format of files.
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <exception>
-#include <filesystem>
 
 #include "cli/options.h"
 #include "fiid/detect.h"
+#include "report/formats_list.h"
 #include "report/output.h"
-#include "report/record_writer.h"
+#include "report/report_writer.h"
 #include "scan/descriptors.h"
 #include "scan/file_walk.h"
 #include "scan/identify.h"
@@ -19,14 +18,6 @@ namespace {
 
 constexpr int successExitStatus = 0;
 
-void ListFormats(const Options& options) {
-    RecordWriter writer(options.format, options.explain);
-    writer.BeginFormats();
-    fiid_format format;
-    for (std::uint32_t index = 0; fiid_format_at(index, &format) == FIID_OK; ++index) writer.Write(format);
-    writer.End();
-}
-
 std::uint32_t FlagsOf(const Options& options) {
     std::uint32_t flags = 0;
     if (!options.extendedText) flags |= FIID_NO_TEXT;
@@ -35,16 +26,26 @@ std::uint32_t FlagsOf(const Options& options) {
     return flags;
 }
 
+void Report(ReportWriter& writer, const Record& record) {
+    if (record.error.has_value()) WriteMessage(record.path + ": " + *record.error);
+    std::string rendered;
+    writer.Render(record, rendered);
+    writer.Place(record, rendered, BeginRecord());
+    EndRecord();
+}
+
 // Identifies everything the options name. Returns whether all of it could be read.
 bool IdentifyAll(const Options& options) {
-    IdentifyOptions how;
-    how.flags = FlagsOf(options);
+    const std::uint32_t flags = FlagsOf(options);
     bool allRead = true;
-    RecordWriter writer(options.format, options.explain);
-    const auto write = [&](const std::optional<Record>& record) {
-        if (Interrupted() || !record.has_value()) return;  // it may have been cut short
-        allRead = allRead && !record->error.has_value();
-        writer.Write(*record);
+    ReportOptions reportOptions;
+    reportOptions.format = options.format;
+    reportOptions.explain = options.explain;
+    const std::unique_ptr<ReportWriter> writer = MakeReportWriter(reportOptions);
+    const auto write = [&](const Record& record) {
+        if (Interrupted()) return;  // it may have been cut short
+        allRead = allRead && !record.error.has_value();
+        Report(*writer, record);
     };
     const auto writeFailure = [&](const std::string& path, const std::string& reason) {
         Record record;
@@ -53,19 +54,19 @@ bool IdentifyAll(const Options& options) {
         write(record);
     };
     const auto writeNamed = [&](const std::string& path) {
-        std::error_code unknown;
-        if (std::filesystem::is_directory(path, unknown)) return false;
-        write(IdentifyNamedPath(path, how));
-        return true;
+        const std::optional<Record> record = IdentifyNamedPath(path, flags);
+        if (record.has_value()) write(*record);
+        return record.has_value();
     };
-    const auto writeEntry = [&](const std::string& path) { write(IdentifyEntry(AT_FDCWD, path, 0, how)); };
-    const WalkVisitor visitor = {writeNamed, writeEntry, writeFailure};
+    const WalkVisitor visitor = {writeNamed, [&](const std::string& path) { write(IdentifyPath(path, flags)); },
+                                 writeFailure};
 
-    writer.BeginRecords();
+    writer->Begin(BeginRecord());
+    EndRecord();
     for (const std::string& path : options.paths) {
         if (Interrupted()) break;
         if (path == "-") {
-            write(IdentifyStandardInput(how));
+            write(IdentifyStandardInput(flags));
         } else {
             WalkPath(path, visitor);
         }
@@ -78,7 +79,9 @@ bool IdentifyAll(const Options& options) {
             allRead = false;
         }
     }
-    writer.End();
+    writer->End(BeginRecord(), Interrupted());
+    EndRecord();
+    FlushOutput();
     return allRead;
 }
 
@@ -93,7 +96,7 @@ int Run(int argc, char** argv) {
     if (ReaderWaitsForRecords(*options)) FlushEachRecord();
     bool allRead = true;
     if (options->listFormats) {
-        ListFormats(*options);
+        WriteFormatsList(options->format);
     } else {
         allRead = IdentifyAll(*options);
     }

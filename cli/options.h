@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "report/record_writer.h"
+#include "report/report_writer.h"
 
 struct Options {
     OutputFormat format = OutputFormat::Text;
