@@ -52,26 +52,33 @@ void AppendAnswer(std::string& out, const fiid_result& answer) {
     out += ']';
 }
 
-std::string_view WordsOf(ChangeKind kind) {
-    switch (kind) {
-        case ChangeKind::None:
-            break;
-        case ChangeKind::New:
-            return "new in run ";
-        case ChangeKind::Changed:
-            return "changed in run ";
-        case ChangeKind::Gone:
-            return "gone in run ";
-    }
-    return "";
+void AppendRun(std::string& out, std::string_view words, const Change& change) {
+    out += words;
+    AppendNumber(out, static_cast<std::uint64_t>(change.run));
 }
 
-void AppendChange(std::string& out, const Change& change) {
-    out += WordsOf(change.kind);
-    AppendNumber(out, static_cast<std::uint64_t>(change.run));
+void AppendBefore(std::string& out, const Change& change) {
     if (change.before.empty()) return;
     out += ", was ";
     AppendEscapedText(out, change.before);
+}
+
+void AppendChange(std::string& out, const Change& change) {
+    out += " (";
+    AppendRun(out, change.kind == ChangeKind::New ? "new in run " : "changed in run ", change);
+    AppendBefore(out, change);
+    out += ')';
+}
+
+// What is gone has the answer that it had.
+void AppendGone(std::string& out, const Record& record) {
+    AppendRun(out, "gone in run ", record.change);
+    if (HasAnswer(record)) {
+        out += ", was ";
+        AppendAnswer(out, record.answer);
+    } else {
+        AppendBefore(out, record.change);
+    }
 }
 
 class TextWriter : public IndependentRecords {
@@ -79,15 +86,15 @@ class TextWriter : public IndependentRecords {
     explicit TextWriter(const ReportOptions& options) : options_(options) {}
 
     void Render(const Record& record, std::string& out) const override {
-        const bool changed = record.change.kind != ChangeKind::None;
-        if (record.error.has_value() || (!HasAnswer(record) && !changed)) return;
+        const bool gone = record.change.kind == ChangeKind::Gone;
+        if (record.error.has_value() || (!HasAnswer(record) && !gone)) return;
         AppendEscapedText(out, record.path);
         out += ": ";
-        if (HasAnswer(record)) {
+        if (gone) {
+            AppendGone(out, record);
+        } else {
             AppendAnswer(out, record.answer);
             AppendRemarks(out, record);
-        } else {
-            AppendChange(out, record.change);
         }
         out += '\n';
     }
@@ -106,11 +113,7 @@ class TextWriter : public IndependentRecords {
             out += record.hash;
             out += ')';
         }
-        if (options_.withChanges && record.change.kind != ChangeKind::None) {
-            out += " (";
-            AppendChange(out, record.change);
-            out += ')';
-        }
+        if (options_.withChanges && record.change.kind != ChangeKind::None) AppendChange(out, record.change);
         if (options_.withCopies && record.copies != 0) {
             out += " (";
             AppendNumber(out, record.copies);

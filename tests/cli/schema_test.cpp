@@ -5,7 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
+#include <tuple>
 
+#include "support/report_text.h"
 #include "support/run_program.h"
 
 namespace {
@@ -86,10 +88,9 @@ const Json& RecordSchema() {
     return schema;
 }
 
-// The keys that the records of a run have, all of which the schema must allow.
-std::set<std::string> KeysOf(const std::string& arguments) {
-    const ProgramRun run = RunShell(FIID_SAMPLES_DIR, "$FIID --format ndjson " + arguments);
-    std::istringstream lines(run.output);
+// The keys that records in lines have, all of which the schema must allow.
+std::set<std::string> KeysOfLines(const std::string& text) {
+    std::istringstream lines(text);
     std::set<std::string> keys;
     for (std::string line; std::getline(lines, line);) {
         const Json record = Json::parse(line);
@@ -99,11 +100,39 @@ std::set<std::string> KeysOf(const std::string& arguments) {
     return keys;
 }
 
+std::set<std::string> KeysOf(const std::string& arguments) {
+    return KeysOfLines(RunShell(FIID_SAMPLES_DIR, "$FIID --format ndjson " + arguments).output);
+}
+
+// The keys of what a store and hashes add to an answer and a failure.
+std::set<std::string> KeysOfStoredRecords() {
+    Record record = RecordOf("a", 1503, "GIF image");
+    record.answer.family = "image";
+    record.answer.extensions = "gif";
+    record.change = {ChangeKind::Changed, 2, 981173106, "Plain text"};
+    record.copies = 2;
+    Record failed = FailedRecord("b", "Permission denied");
+    failed.change = {ChangeKind::New, 1, 0, ""};
+    ReportOptions options = OptionsFor(OutputFormat::Ndjson);
+    options.withChanges = options.withCopies = true;
+    std::set<std::string> keys;
+    for (const auto& [kind, key, size] :
+         {std::tuple(HashKind::Sha256, "sha256", 64), std::tuple(HashKind::Xxh3, "xxh3", 16)}) {
+        options.hash = kind;
+        options.fields = {"path",       "fiid", "name",   "mime", "puid",     "error",  "basis", "family",
+                          "extensions", key,    "change", "run",  "run_time", "before", "copies"};
+        record.hash.assign(static_cast<std::size_t>(size), 'a');
+        keys.merge(KeysOfLines(ReportOf({record, failed}, options)));
+    }
+    return keys;
+}
+
 TEST(Schema, AllowsAllThatTheProgramWritesAndNoMore) {
     KeysOf(". missing");
     KeysOf("--no-further --no-text .");
     KeysOf("--explain /proc/self/status $'\\xff'");
-    const std::set<std::string> keys = KeysOf("--explain . missing $'no\\xff' < gif/draw.gif");
+    std::set<std::string> keys = KeysOf("--explain . missing $'no\\xff' < gif/draw.gif");
+    keys.merge(KeysOfStoredRecords());
     for (const Json& form : RecordSchema()["oneOf"]) {
         for (const auto& [key, told] : form["properties"].items()) EXPECT_TRUE(keys.contains(key)) << key;
     }
@@ -131,6 +160,16 @@ TEST(Schema, RefusesWhatIsNoRecord) {
     EXPECT_TRUE(refused("warning", Json::array()));
     EXPECT_TRUE(refused("mtime", "yesterday"));
     EXPECT_TRUE(refused("error", "is a directory"));
+    EXPECT_TRUE(refused("family", "book"));
+    EXPECT_TRUE(refused("extensions", Json::array()));
+    EXPECT_TRUE(refused("sha256", std::string(63, 'a')));
+    EXPECT_TRUE(refused("sha256", std::string(64, 'A')));
+    EXPECT_TRUE(refused("xxh3", std::string(17, 'a')));
+    EXPECT_TRUE(refused("change", "same"));
+    EXPECT_TRUE(refused("run", 0));
+    EXPECT_TRUE(refused("run_time", "yesterday"));
+    EXPECT_TRUE(refused("before", ""));
+    EXPECT_TRUE(refused("copies", 0));
     EXPECT_TRUE(refused("other", 1));
     Json failed = {{"path", "a"}, {"error", "is a directory"}};
     EXPECT_EQ(Check(failed, RecordSchema()), "");

@@ -68,6 +68,11 @@ TEST(TextWriter, TellsWhatIsGone) {
     EXPECT_EQ(ReportOf({gone}, OutputFormat::Text), "");
     gone.change = {ChangeKind::Gone, 2, 0, "GIF image [1503]"};
     EXPECT_EQ(ReportOf({gone}, OutputFormat::Text), "a: gone in run 2, was GIF image [1503]\n");
+    gone.change.before = "";
+    EXPECT_EQ(ReportOf({gone}, OutputFormat::Text), "a: gone in run 2\n");
+    gone.answer = RecordOf("a", 4022, "Plain text").answer;
+    gone.change.before = "GIF image";
+    EXPECT_EQ(ReportOf({gone}, OutputFormat::Text), "a: gone in run 2, was Plain text [4022]\n");
 }
 
 TEST(TextWriter, TellsMediaTypes) {
