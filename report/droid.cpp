@@ -48,8 +48,10 @@ void AppendNumbers(std::string& out, std::uint64_t number, std::uint64_t parent)
     AppendNext(out, parent != 0 ? std::optional(parent) : std::nullopt);
 }
 
-// In the three words that DROID has. What text and structure tell is told by the contents, as a signature does.
+// In the three words that DROID has. What text and structure tell is told by the contents, as a signature does. What PRONOM
+// has no identifier for is not identified there.
 std::string_view MethodOf(const fiid_result& answer) {
+    if (answer.puids[0] == '\0') return "";
     switch (answer.basis) {
         case FIID_BASIS_NONE:
             return "";

@@ -96,7 +96,7 @@ TEST(Droid, CountsNoFormatsWherePronomHasNone) {
               R"("1","","file:/b.GIF","/b.GIF","b.GIF","","Done","6","File","GIF","2001-02-03T04:05:06","false","",)"
               R"("0","","","","")"
               "\n"
-              R"("2","","file:/b.GIF","/b.GIF","b.GIF","Signature","Done","6","File","GIF","2001-02-03T04:05:06",)"
+              R"("2","","file:/b.GIF","/b.GIF","b.GIF","","Done","6","File","GIF","2001-02-03T04:05:06",)"
               R"("false","","0","","image/gif","GIF image","89a")"
               "\n");
 }
