@@ -177,4 +177,25 @@ TEST(Schema, RefusesWhatIsNoRecord) {
     EXPECT_NE(Check(failed, RecordSchema()), "");
 }
 
+// The fields that the message about an unknown one lists, those of the schema, and those that the documents tell.
+TEST(Schema, HasTheFieldsThatThereAre) {
+    ReportOptions options = OptionsFor(OutputFormat::Csv);
+    options.fields = {"no"};
+    std::string list = CheckFields(options);
+    list.erase(0, list.find("there are ") + 10);
+    const std::string document = ReadWholeFile(FIID_OUTPUT_FORMATS);
+    std::set<std::string> fields;
+    std::istringstream words(list);
+    for (std::string field; words >> field;) {
+        if (field.back() == ',') field.pop_back();
+        fields.insert(field);
+        EXPECT_NE(document.find("\n| `" + field + "` | "), std::string::npos) << field;
+    }
+    std::set<std::string> keys;
+    for (const Json& form : RecordSchema()["oneOf"]) {
+        for (const auto& [key, told] : form["properties"].items()) keys.insert(key);
+    }
+    EXPECT_EQ(fields, keys);
+}
+
 }  // namespace
