@@ -1,35 +1,14 @@
 // spool.cpp - a stream into a temporary file.
 #include "scan/spool.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 
 #include "scan/descriptors.h"
-
-namespace {
-
-std::string TemporaryDirectory() {
-    const char* const directory = std::getenv("TMPDIR");
-    return directory != nullptr && directory[0] != '\0' ? directory : "/tmp";
-}
-
-// An open file without a name, or -1 with errno set.
-int OpenUnnamedFile(const std::string& directory) {
-    const int descriptor = open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    if (descriptor >= 0) return descriptor;
-    // Not every file system has unnamed files.
-    std::string name = directory + "/fiid-" + std::string(6, 'X');
-    const int named = mkostemp(name.data(), O_CLOEXEC);
-    if (named >= 0) unlink(name.c_str());
-    return named;
-}
-
-}  // namespace
+#include "scan/temporary_file.h"
 
 SpooledInput::~SpooledInput() {
     if (descriptor_ >= 0) close(descriptor_);
