@@ -15,7 +15,7 @@ SpooledInput::~SpooledInput() {
 }
 
 bool SpooledInput::Open(int source, const std::string& sourceName, std::optional<std::string>& error) {
-    const std::string directory = TemporaryDirectory();
+    const std::string directory = DirectoryForTemporaryFiles();
     descriptor_ = OpenUnnamedFile(directory);
     if (descriptor_ < 0) {
         error = directory + ": no temporary file: " + std::strerror(errno);

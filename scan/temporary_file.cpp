@@ -6,7 +6,7 @@
 
 #include <cstdlib>
 
-std::string TemporaryDirectory() {
+std::string DirectoryForTemporaryFiles() {
     const char* const directory = std::getenv("TMPDIR");
     return directory != nullptr && directory[0] != '\0' ? directory : "/tmp";
 }

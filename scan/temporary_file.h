@@ -4,7 +4,7 @@
 #include <string>
 
 // The directory for temporary files: TMPDIR, or /tmp if that is not set or empty.
-std::string TemporaryDirectory();
+std::string DirectoryForTemporaryFiles();
 
 // An open file in a directory, for reading and writing, without a name: it is gone when it is closed. Returns the
 // descriptor, or -1 with errno set.
