@@ -1,7 +1,6 @@
 // readable_numbers.cpp - digits, commas and units.
 #include "report/readable_numbers.h"
 
-#include <cmath>
 #include <string_view>
 
 namespace {
@@ -61,9 +60,12 @@ void AppendReadableSize(std::string& out, std::uint64_t bytes) {
 
 std::uint64_t RoundedShare(std::uint64_t part, std::uint64_t whole, std::uint32_t steps) {
     if (whole == 0) return 0;
-    // The places behind those of a double are not told.
-    const double share = static_cast<double>(part) / static_cast<double>(whole);
-    return static_cast<std::uint64_t>(std::floor(share * steps + 0.5));
+    // So that the products fit; what is lost is not told.
+    while (whole >= std::uint64_t{1} << 40) {
+        whole >>= 1;
+        part >>= 1;
+    }
+    return (2 * part * steps + whole) / (2 * whole);
 }
 
 void AppendPercent(std::string& out, std::uint64_t part, std::uint64_t whole) {

@@ -15,5 +15,6 @@ void AppendReadableSize(std::string& out, std::uint64_t bytes);
 // characters.
 void AppendPercent(std::string& out, std::uint64_t part, std::uint64_t whole);
 
-// part of whole in units of 1 / steps of it, rounded; 0 when whole is 0. steps is at most 100,000.
+// How many of steps equal parts of whole part is, rounded; 0 when whole is 0. Part is not above whole, and steps not above
+// 100,000.
 std::uint64_t RoundedShare(std::uint64_t part, std::uint64_t whole, std::uint32_t steps);

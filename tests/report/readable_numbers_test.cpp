@@ -80,7 +80,12 @@ TEST(Percents, AreRoundedToTenths) {
 TEST(Shares, AreRoundedToTheStepsAskedFor) {
     EXPECT_EQ(RoundedShare(1, 3, 10000), 3333U);
     EXPECT_EQ(RoundedShare(2, 3, 10000), 6667U);
-    EXPECT_EQ(RoundedShare(5, 0, 10000), 0U);
+    EXPECT_EQ(RoundedShare(0, 0, 10000), 0U);
+    EXPECT_EQ(RoundedShare(321, 20000, 10000), 161U);  // a half, which goes up
+    constexpr std::uint64_t large = std::uint64_t{1} << 40;
+    EXPECT_EQ(RoundedShare(large - 1, large - 1, 100000), 100000U);
+    EXPECT_EQ(RoundedShare(large / 2, large, 100000), 50000U);
+    EXPECT_EQ(RoundedShare(UINT64_MAX / 4, UINT64_MAX, 100000), 25000U);
 }
 
 }  // namespace
