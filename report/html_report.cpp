@@ -285,9 +285,9 @@ void HtmlWriter::AppendAnswers(std::string& out) const {
     out += ",\"answer\"],\"extensions\":";
     out += options_.withExtensions ? "true" : "false";
     out += ",\"answers\":[";
-    for (const std::string_view answer : answers_) {
-        out += &answer != &answers_.front() ? ",\n" : "\n";
-        out += answer;
+    for (std::size_t index = 0; index < answers_.size(); ++index) {
+        out += index != 0 ? ",\n" : "\n";
+        out += answers_[index];
     }
     out += "\n]}</script>\n";
 }
