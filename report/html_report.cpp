@@ -41,6 +41,11 @@ void AppendNumber(std::string& out, Number number) {
 // A string of the library, or of a store, that may be missing.
 std::string_view TextOf(const char* text) { return text != nullptr ? text : ""; }
 
+std::string_view FamilyOf(const fiid_result& answer) {
+    const std::string_view family = TextOf(answer.family);
+    return family.empty() ? "unknown" : family;
+}
+
 void AppendPath(std::string& out, std::string_view path) {
     const bool plain = IsUtf8(path);
     if (!plain) out += '[';
@@ -122,7 +127,7 @@ void AppendAnswer(std::string& out, const fiid_result& answer, bool explain) {
     AppendTextEntry(out, "version", TextOf(answer.version));
     AppendTextEntry(out, "mime", TextOf(answer.mime));
     AppendTextEntry(out, "puid", TextOf(answer.puids));
-    AppendTextEntry(out, "family", TextOf(answer.family));
+    AppendTextEntry(out, "family", FamilyOf(answer));
     AppendTextEntry(out, "extensions", TextOf(answer.extensions));
     AppendTextEntry(out, "basis", fiid_basis_text(answer.basis));
     if (explain) {
@@ -243,7 +248,7 @@ std::size_t HtmlWriter::IndexOf(std::string_view answer, const Record& record) {
     if (isNew) {
         answers_.push_back(place->first);
         shares_.push_back({FormatOf(record.answer), std::string(TextOf(record.answer.name)),
-                           std::string(TextOf(record.answer.family)), Share{}});
+                           std::string(FamilyOf(record.answer)), Share{}});
     }
     return place->second;
 }

@@ -7,14 +7,13 @@
 #include <cstdio>
 #include <iterator>
 #include <map>
+#include <set>
 #include <string_view>
 #include <tuple>
 
 #include "report/html_text.h"
 
 namespace {
-
-constexpr std::uint16_t notKnown = 1999;
 
 // The lines of the charts; the table of all formats has the rest.
 constexpr std::size_t formatLines = 12;
@@ -66,7 +65,6 @@ std::vector<Line> LinesByFormat(const std::vector<AnswerShare>& answers) {
 std::vector<Line> LinesByFamily(const std::vector<AnswerShare>& answers) {
     std::map<std::string, Line> grouped;
     for (const AnswerShare& answer : answers) {
-        if (answer.family.empty()) continue;
         Line& line = grouped[answer.family];
         line.name = answer.family;
         line.link = "family=" + answer.family;
@@ -152,20 +150,31 @@ void AppendChart(std::string& out, std::string_view title, std::string_view firs
     out += "</section>\n";
 }
 
-std::uint64_t FilesOf(const std::vector<AnswerShare>& answers, std::uint16_t format) {
+// Files of which nothing tells what they are for have the family of this name.
+bool IsUnknown(const AnswerShare& answer) { return answer.family == "unknown"; }
+
+std::uint64_t CountUnknownFiles(const std::vector<AnswerShare>& answers) {
     std::uint64_t files = 0;
-    for (const AnswerShare& answer : answers) files += answer.format == format ? answer.share.files : 0;
+    for (const AnswerShare& answer : answers) files += IsUnknown(answer) ? answer.share.files : 0;
     return files;
 }
 
-void AppendTotals(std::string& out, const PageTotals& totals, std::uint64_t formats, std::uint64_t unknown) {
+std::uint64_t CountKnownFormats(const std::vector<AnswerShare>& answers) {
+    std::set<std::uint16_t> formats;
+    for (const AnswerShare& answer : answers) {
+        if (!IsUnknown(answer)) formats.insert(answer.format);
+    }
+    return formats.size();
+}
+
+void AppendTotals(std::string& out, const PageTotals& totals, const std::vector<AnswerShare>& answers) {
     out += "<dl class=\"totals\">\n";
     AppendTotal(out, "Files", "only=", GroupDigits(totals.all.files));
     AppendTotal(out, "Total size", "sort=-size", TellSize(totals.all.bytes));
-    AppendTotal(out, "Formats", "sort=format", GroupDigits(formats));
+    AppendTotal(out, "Formats", "sort=format", GroupDigits(CountKnownFormats(answers)));
     AppendAlarm(out, "Unreadable", "only=unreadable", totals.unreadable);
     AppendAlarm(out, "Unusual names", "only=unusual", totals.unusualNames);
-    AppendAlarm(out, "Not known", "only=unknown", unknown);
+    AppendAlarm(out, "Unknown", "only=unknown", CountUnknownFiles(answers));
     if (totals.cut != 0) AppendAlarm(out, "Cut short", "only=cut", totals.cut);
     out += "</dl>\n";
 }
@@ -173,20 +182,17 @@ void AppendTotals(std::string& out, const PageTotals& totals, std::uint64_t form
 }  // namespace
 
 void AppendHtmlSummary(std::string& out, const PageTotals& totals, const std::vector<AnswerShare>& answers) {
-    std::vector<Line> formats = LinesByFormat(answers);
-    const std::uint64_t unknown = FilesOf(answers, notKnown);
-    AppendTotals(out, totals, formats.size() - (unknown != 0 ? 1 : 0), unknown);
+    AppendTotals(out, totals, answers);
+    const std::vector<Line> formats = LinesByFormat(answers);
     if (formats.empty()) return;
-    out += "<div class=\"charts\">\n";
-    AppendChart(out, "Formats", "Format", formats, formatLines, totals.all, Measure::Files);
-    out += "<div>\n";
-    const std::vector<Line> families = LinesByFamily(answers);
-    if (!families.empty()) {
-        AppendChart(out, "Families", "Family", families, families.size(), totals.all, Measure::Files);
-    }
     std::vector<Line> largest = formats;
     SortLines(largest, Measure::Bytes);
+    const std::vector<Line> families = LinesByFamily(answers);
+    out += "<div class=\"charts\">\n<div>\n";
+    AppendChart(out, "Formats", "Format", formats, formatLines, totals.all, Measure::Files);
     AppendChart(out, "Most space", "Format", largest, sizeLines, totals.all, Measure::Bytes);
+    out += "</div>\n<div class=\"families\">\n";
+    AppendChart(out, "Families", "Family", families, families.size(), totals.all, Measure::Files);
     out += "</div>\n</div>\n";
     if (formats.size() <= formatLines) return;
     out += "<details class=\"panel\"><summary>All " + GroupDigits(formats.size()) + " formats</summary>\n";

@@ -8,9 +8,8 @@
 "use strict";
 
 (() => {
-    const notKnown = 1999;
     const warnings = {extension: 1, cut: 2, several: 4};
-    const listLength = 50;       // lines of the lists above the table
+    const listLength = 20;       // lines of the lists above the table
     const printedLength = 2000;  // their lines on paper
     const highestSheet = 8e6;    // pixels: browsers lay out no element that is much higher
     const page = JSON.parse(document.getElementById("answers").textContent);
@@ -256,7 +255,7 @@
 
     // ---- What is asked for --------------------------------------------------------------------------------------------
 
-    const choices = {all: "All files", unusual: "Unusual names", unreadable: "Unreadable", unknown: "Not known", cut: "Cut short"};
+    const choices = {all: "All files", unusual: "Unusual names", unreadable: "Unreadable", unknown: "Unknown", cut: "Cut short"};
     let view = {filter: "", family: "", format: "", only: "", sort: ""};
     let shown = new Uint32Array(0);  // the records of the view, in its order
 
@@ -276,7 +275,7 @@
     function testAnswer(answer, words) {
         if (view.family !== "" && (!answer || answer.family !== view.family)) return null;
         if (view.format !== "" && (!answer || String(formatOf(answer)) !== view.format)) return null;
-        if (view.only === "unknown" && (!answer || formatOf(answer) !== notKnown)) return null;
+        if (view.only === "unknown" && (!answer || answer.family !== "unknown")) return null;
         if (!answer) return words;
         const text = [nameOf(answer), answer.mime, answer.puid, answer.family].join("\n").toLowerCase();
         return words.filter((word) => !text.includes(word));
@@ -531,13 +530,12 @@
         const families = new Map();
         const formats = new Map();
         for (const answer of answers) {
-            if (answer.family) families.set(answer.family, answer.family);
+            families.set(answer.family, answer.family);
             formats.set(String(formatOf(answer)), answer.name);
         }
         fillChoice(familyChoice, "All families", [...families].sort(byText));
         fillChoice(formatChoice, "All formats", [...formats].sort(byText));
         fillChoice(onlyChoice, choices.all, Object.entries(choices).filter(([key]) => key !== "all"));
-        familyChoice.parentNode.hidden = families.size === 0;
     }
 
     function takeChoices() {

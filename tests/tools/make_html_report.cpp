@@ -1,11 +1,12 @@
 // make_html_report.cpp - an HTML report of files, as the program writes it, with columns that need a store.
 //
-//   make_html_report [--all-columns] PATH...
+//   make_html_report [--format html] [--all-columns] PATH...
 //
 // Directories are walked, in the order of their names. With --all-columns each record also has a hash, copies, a change
 // and what was looked at, made up of its number.
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <string>
@@ -33,7 +34,8 @@ Record RecordOf(const std::string& path, std::size_t number, bool allColumns) {
     record.path = path;
     fiid_options options = {sizeof(fiid_options), allColumns ? std::uint32_t{FIID_EXPLAIN} : 0};
     const std::int32_t status = fiid_detect_path(path.c_str(), &options, &record.answer);
-    if (status != FIID_OK) record.error = fiid_error_text(status);
+    const int reason = record.answer.system_error;
+    if (status != FIID_OK) record.error = reason != 0 ? std::strerror(reason) : fiid_error_text(status);
     if (!allColumns) return record;
     constexpr ChangeKind kinds[] = {ChangeKind::New, ChangeKind::Changed, ChangeKind::Gone};
     record.hash = std::string(63, 'a') + static_cast<char>('0' + number % 10);
@@ -60,7 +62,7 @@ int main(int count, char** arguments) {
         if (argument == "--all-columns") {
             options.explain = options.withExtensions = options.withChanges = options.withCopies = true;
             options.hash = HashKind::Sha256;
-        } else {
+        } else if (argument != "--format" && argument != "html") {
             options.title += (options.title.empty() ? "" : " ") + argument;
             CollectFiles(argument, files);
         }
