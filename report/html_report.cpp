@@ -302,10 +302,10 @@ void HtmlWriter::End(std::string& out, bool interrupted) {
     AppendAnswers(out);
     out += "<main>\n";
     if (interrupted) {
-        out += "<p class=\"note\">This run was interrupted: the report holds what was done until then.</p>\n";
+        out += "<p class=\"banner\">This run was interrupted: the report holds what was done until then.</p>\n";
     }
     AppendHtmlSummary(out, totals_, shares_);
-    out += "<noscript><p class=\"note\">The lists of files need JavaScript, which this browser does not run here.</p>"
+    out += "<noscript><p class=\"banner\">The lists of files need JavaScript, which this browser does not run here.</p>"
            "</noscript>\n"
            "<div id=\"files\"></div>\n</main>\n"
            "<p class=\"end\">This page is all there is: it loads nothing and sends nothing.</p>\n<script>";

@@ -195,7 +195,7 @@ void AppendHtmlSummary(std::string& out, const PageTotals& totals, const std::ve
     AppendChart(out, "Families", "Family", families, families.size(), totals.all, Measure::Files);
     out += "</div>\n</div>\n";
     if (formats.size() <= formatLines) return;
-    out += "<details class=\"panel\"><summary>All " + GroupDigits(formats.size()) + " formats</summary>\n";
+    out += "<details class=\"panel\"><summary>All formats</summary>\n";
     AppendLines(out, "Format", formats, formats.size(), totals.all, Measure::Files);
     out += "</details>\n";
 }
