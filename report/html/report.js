@@ -31,15 +31,17 @@
         return made;
     }
 
-    // Characters that can't be seen, or that turn the text around them.
+    // Characters that can't be seen, or that turn the text around them; blanks at either end are none that can.
     const hidden = new RegExp(
         '([\\u0000-\\u001f\\u007f-\\u009f\\u00ad\\u061c\\u180e\\u200b\\u200e\\u200f\\u2028-\\u202e\\u2060-\\u206f' +
-            '\\ufeff\\ufff9-\\ufffb\\u{e0000}-\\u{e007f}])',
+            '\\ufeff\\ufff9-\\ufffb\\u{e0000}-\\u{e007f}]|^ +| +$)',
         'u');
     const everyHidden = new RegExp(hidden, 'gu');
+    const openBox = '\u2423';
     const shortEscapes = {'\n': '\\n', '\r': '\\r', '\t': '\\t'};
 
     function escapeOf(character) {
+        if (character.startsWith(' ')) return openBox.repeat(character.length);
         return shortEscapes[character] || '\\u' + character.codePointAt(0).toString(16).toUpperCase().padStart(4, '0');
     }
 
@@ -50,11 +52,11 @@
             return;
         }
         place.textContent = '';
-        for (const part of text.split(hidden)) {
-            if (part === '') continue;
-            place.append(
-                hidden.test(part) ? element('span', {className: 'escape', textContent: escapeOf(part)}) : part);
-        }
+        // What stands between two parts of a text that was split is of the expression.
+        text.split(hidden).forEach((part, index) => {
+            const isHidden = index % 2 === 1;
+            place.append(isHidden ? element('span', {className: 'escape', textContent: escapeOf(part)}) : part);
+        });
     }
 
     const plain = (text) => text.replace(everyHidden, escapeOf);
@@ -219,11 +221,11 @@
         {
             key: 'path',
             title: 'Path',
-            width: 'minmax(0, 3.2fr)',
+            width: 'minmax(14rem, 3.2fr)',
             value: (record) => records.path[record],
             show: showPath
         },
-        {key: 'format', title: 'Format', width: 'minmax(0, 2.2fr)', value: rankAnswers(nameOf), show: showFormat},
+        {key: 'format', title: 'Format', width: 'minmax(9rem, 2.2fr)', value: rankAnswers(nameOf), show: showFormat},
         {
             key: 'mime',
             title: 'Media type',
