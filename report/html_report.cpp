@@ -162,22 +162,24 @@ class HtmlWriter : public ReportWriter {
     // The answers as Render appends them. The views are of keys, which stay where they are.
     std::unordered_map<std::string, std::size_t> indexes_;
     std::vector<std::string_view> answers_;
-    std::string key_;                  // room for looking an answer up
-    std::size_t roomInBlock_ = 0;      // bytes that the open block may still take; no block is open at first
+    std::string key_;              // room for looking an answer up
+    std::size_t roomInBlock_ = 0;  // bytes that the open block may still take; no block is open at first
     bool blockIsOpen_ = false;
 };
 
 void HtmlWriter::Begin(std::string& out) {
-    out += "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src '";
+    out +=
+        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+        "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src '";
     out += pageStyleHash;
     out += "'; script-src '";
     out += pageScriptHash;
-    out += "'; base-uri 'none'; form-action 'none'\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-           "<meta name=\"color-scheme\" content=\"light dark\">\n"
-           "<meta name=\"referrer\" content=\"no-referrer\">\n"
-           "<meta name=\"generator\" content=\"fiid ";
+    out +=
+        "'; base-uri 'none'; form-action 'none'\">\n"
+        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+        "<meta name=\"color-scheme\" content=\"light dark\">\n"
+        "<meta name=\"referrer\" content=\"no-referrer\">\n"
+        "<meta name=\"generator\" content=\"fiid ";
     AppendHtmlText(out, fiid_version());
     out += "\">\n<title>";
     AppendHtmlText(out, options_.title.empty() ? "File formats" : "File formats: " + options_.title);
@@ -190,8 +192,10 @@ void HtmlWriter::Begin(std::string& out) {
     out += ", fiid ";
     AppendHtmlText(out, fiid_version());
     // Shown by the style as long as no other paragraph follows it, which is until the whole page is there.
-    out += "</div>\n</header>\n<p class=\"unfinished\">This report has no end: the run that wrote it was broken off, or the "
-           "page is still being read.</p>\n";
+    out +=
+        "</div>\n</header>\n<p class=\"unfinished\">This report has no end: the run that wrote it was broken off, or "
+        "the "
+        "page is still being read.</p>\n";
 }
 
 // The columns that options ask for, in the order in which report.js takes them.
@@ -305,10 +309,11 @@ void HtmlWriter::End(std::string& out, bool interrupted) {
         out += "<p class=\"banner\">This run was interrupted: the report holds what was done until then.</p>\n";
     }
     AppendHtmlSummary(out, totals_, shares_);
-    out += "<noscript><p class=\"banner\">The lists of files need JavaScript, which this browser does not run here.</p>"
-           "</noscript>\n"
-           "<div id=\"files\"></div>\n</main>\n"
-           "<p class=\"end\">This page is all there is: it loads nothing and sends nothing.</p>\n<script>";
+    out +=
+        "<noscript><p class=\"banner\">The lists of files need JavaScript, which this browser does not run here.</p>"
+        "</noscript>\n"
+        "<div id=\"files\"></div>\n</main>\n"
+        "<p class=\"end\">This page is all there is: it loads nothing and sends nothing.</p>\n<script>";
     out += pageScript;
     out += "</script>\n</body>\n</html>\n";
 }

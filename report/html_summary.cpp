@@ -133,8 +133,10 @@ void AppendLines(std::string& out, std::string_view first, const std::vector<Lin
                  const Share& all, Measure measure) {
     out += "<table class=\"chart\"><thead><tr><th scope=\"col\">";
     out += first;
-    out += "</th><td></td><th scope=\"col\">Files</th><th scope=\"col\">Share</th><th scope=\"col\">Size</th></tr></thead>\n"
-           "<tbody>\n";
+    out +=
+        "</th><td></td><th scope=\"col\">Files</th><th scope=\"col\">Share</th><th "
+        "scope=\"col\">Size</th></tr></thead>\n"
+        "<tbody>\n";
     for (std::size_t index = 0; index < std::min(count, lines.size()); ++index) {
         AppendLine(out, lines[index], lines[0].share, all, measure);
     }
