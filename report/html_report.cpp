@@ -14,6 +14,7 @@
 
 #include <array>
 #include <charconv>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 
@@ -23,6 +24,8 @@
 #include "report/html_summary.h"
 #include "report/html_text.h"
 #include "report/json_text.h"
+#include "report/record_facts.h"
+#include "report/value_text.h"
 
 namespace {
 
@@ -32,8 +35,9 @@ constexpr std::size_t blockSize = std::size_t{1} << 20;
 // Between the line of a record and its answer, in what Render appends: JSON escapes it.
 constexpr char answerMark = '\n';
 
-template <typename Number>
-void AppendNumber(std::string& out, Number number) {
+// Of either sign.
+template <typename Integer>
+void AppendInteger(std::string& out, Integer number) {
     std::array<char, 24> digits;
     out.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
 }
@@ -66,27 +70,22 @@ void AppendTextIfAny(std::string& out, std::string_view text) {
     }
 }
 
-template <typename Number>
-void AppendNumberIf(std::string& out, bool known, Number number) {
+template <typename Integer>
+void AppendIntegerIfAny(std::string& out, std::optional<Integer> number) {
     out += ',';
-    if (known) {
-        AppendNumber(out, number);
+    if (number.has_value()) {
+        AppendInteger(out, *number);
     } else {
         out += "null";
     }
 }
 
-bool HasAnswer(const Record& record) { return !record.error.has_value() && record.answer.fiid != 0; }
+template <typename Integer>
+void AppendIntegerIf(std::string& out, bool known, Integer number) {
+    AppendIntegerIfAny(out, known ? std::optional(number) : std::nullopt);
+}
 
 std::uint16_t FormatOf(const fiid_result& answer) { return answer.further != 0 ? answer.further : answer.fiid; }
-
-// The first second of the year 0 and the one behind the year 9999, as in the other formats.
-bool HasTime(const fiid_result& answer) {
-    constexpr std::int64_t firstSecond = -62167219200;
-    constexpr std::int64_t behindSeconds = 253402300800;
-    return answer.modified_known != 0 && answer.modified_seconds >= firstSecond &&
-           answer.modified_seconds < behindSeconds;
-}
 
 std::string_view ChangeWord(ChangeKind kind) {
     switch (kind) {
@@ -115,13 +114,13 @@ void AppendTextEntry(std::string& out, std::string_view key, std::string_view te
 
 void AppendNumberEntry(std::string& out, std::string_view key, std::uint64_t number) {
     AppendKey(out, key);
-    AppendNumber(out, number);
+    AppendInteger(out, number);
 }
 
 // An answer as an object of JSON: what many files have in common. Keys are those of the JSON format.
 void AppendAnswer(std::string& out, const fiid_result& answer, bool explain) {
     out += "{\"fiid\":";
-    AppendNumber(out, answer.fiid);
+    AppendInteger(out, answer.fiid);
     AppendNumberEntry(out, "further", answer.further);
     AppendTextEntry(out, "name", TextOf(answer.name));
     AppendTextEntry(out, "version", TextOf(answer.version));
@@ -192,36 +191,37 @@ void HtmlWriter::Begin(std::string& out) {
     out += ", fiid ";
     AppendHtmlText(out, fiid_version());
     // Shown by the style as long as no other paragraph follows it, which is until the whole page is there.
+    out += "</div>\n</header>\n";
     out +=
-        "</div>\n</header>\n<p class=\"unfinished\">This report has no end: the run that wrote it was broken off, or "
-        "the "
-        "page is still being read.</p>\n";
+        "<p class=\"unfinished\">This report has no end: what wrote it was broken off, or it is still being "
+        "read.</p>\n";
 }
 
 // The columns that options ask for, in the order in which report.js takes them.
 void HtmlWriter::AppendAskedFor(std::string& out, const Record& record) const {
-    if (options_.withCopies) AppendNumberIf(out, record.copies != 0, record.copies);
+    if (options_.withCopies) AppendIntegerIf(out, record.copies != 0, record.copies);
     if (options_.hash != HashKind::None) AppendTextIfAny(out, record.hash);
     if (options_.withChanges) {
         AppendTextIfAny(out, ChangeWord(record.change.kind));
-        AppendNumberIf(out, record.change.kind != ChangeKind::None, record.change.run);
-        AppendNumberIf(out, record.change.kind != ChangeKind::None, record.change.seconds);
+        const bool changed = record.change.kind != ChangeKind::None;
+        AppendIntegerIf(out, changed, record.change.run);
+        AppendIntegerIf(out, changed && TimeHasAForm(record.change.seconds), record.change.seconds);
         AppendTextIfAny(out, record.change.before);
     }
     if (options_.explain) {
         const bool answered = HasAnswer(record);
         AppendTextIfAny(out, answered ? std::string_view(record.answer.explanation) : "");
-        AppendNumberIf(out, answered, answered ? record.answer.bytes_read : 0);
-        AppendNumberIf(out, answered, answered ? record.answer.calls : 0);
+        AppendIntegerIf(out, answered, answered ? record.answer.bytes_read : 0);
+        AppendIntegerIf(out, answered, answered ? record.answer.calls : 0);
     }
 }
 
 void HtmlWriter::Render(const Record& record, std::string& out) const {
     AppendPath(out, record.path);
     const bool answered = HasAnswer(record);
-    AppendNumberIf(out, answered && record.answer.size != FIID_SIZE_UNKNOWN, record.answer.size);
-    AppendNumberIf(out, answered && HasTime(record.answer), record.answer.modified_seconds);
-    AppendNumberIf(out, answered, record.answer.warnings);
+    AppendIntegerIfAny(out, SizeOf(record));
+    AppendIntegerIfAny(out, ModifiedSecondsOf(record));
+    AppendIntegerIf(out, answered, record.answer.warnings);
     AppendAskedFor(out, record);
     if (answered) {
         out += answerMark;
@@ -259,9 +259,9 @@ std::size_t HtmlWriter::IndexOf(std::string_view answer, const Record& record) {
 
 void HtmlWriter::Count(const Record& record) {
     ++totals_.all.files;
+    totals_.all.bytes += SizeOf(record).value_or(0);
     if (record.error.has_value()) ++totals_.unreadable;
     if (!HasAnswer(record)) return;
-    if (record.answer.size != FIID_SIZE_UNKNOWN) totals_.all.bytes += record.answer.size;
     if ((record.answer.warnings & FIID_WARN_EXTENSION) != 0) ++totals_.unusualNames;
     if ((record.answer.warnings & FIID_WARN_CUT) != 0) ++totals_.cut;
 }
@@ -274,17 +274,16 @@ void HtmlWriter::Place(const Record& record, std::string_view rendered, std::str
     out += rendered.substr(0, mark);
     if (mark != std::string_view::npos) {
         const std::size_t index = IndexOf(rendered.substr(mark + 1), record);
-        const std::uint64_t size = record.answer.size;
-        shares_[index].share.Add({1, size != FIID_SIZE_UNKNOWN ? size : 0});
+        shares_[index].share.Add({1, SizeOf(record).value_or(0)});
         out += ',';
-        AppendNumber(out, index);
+        AppendInteger(out, index);
     }
     roomInBlock_ -= std::min(roomInBlock_, out.size() - start);
 }
 
 void HtmlWriter::AppendAnswers(std::string& out) const {
     out += "<script type=\"application/json\" id=\"answers\">{\"files\":";
-    AppendNumber(out, totals_.all.files);
+    AppendInteger(out, totals_.all.files);
     out += ",\"columns\":[\"path\",\"size\",\"mtime\",\"warning\"";
     if (options_.withCopies) out += ",\"copies\"";
     if (options_.hash == HashKind::Sha256) out += ",\"sha256\"";

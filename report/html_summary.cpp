@@ -45,6 +45,7 @@ void SortLines(std::vector<Line>& lines, Measure measure) {
 template <typename Key>
 std::vector<Line> LinesOf(std::map<Key, Line>& grouped) {
     std::vector<Line> lines;
+    lines.reserve(grouped.size());
     for (auto& [key, line] : grouped) lines.push_back(std::move(line));
     SortLines(lines, Measure::Files);
     return lines;

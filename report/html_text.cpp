@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <iterator>
 
@@ -11,6 +10,7 @@
 #include "report/escape_text.h"
 #include "report/hex_digits.h"
 #include "report/json_text.h"
+#include "report/value_text.h"
 
 namespace {
 
@@ -114,14 +114,9 @@ std::string TellShare(std::uint64_t part, std::uint64_t whole) {
 }
 
 std::string TellMinute(std::int64_t seconds) {
-    using namespace std::chrono;
-    const sys_seconds time{std::chrono::seconds{seconds}};
-    const sys_days day = floor<days>(time);
-    const year_month_day date(day);
-    const hh_mm_ss<std::chrono::seconds> clock(time - day);
-    std::array<char, 64> text;
-    std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d:%02d UTC", int{date.year()}, unsigned{date.month()},
-                  unsigned{date.day()}, static_cast<int>(clock.hours().count()),
-                  static_cast<int>(clock.minutes().count()));
-    return text.data();
+    std::string time;
+    AppendTimeWithoutZone(time, seconds);
+    constexpr std::size_t dateSize = 10;
+    constexpr std::size_t minuteSize = 16;
+    return time.substr(0, dateSize) + ' ' + time.substr(dateSize + 1, minuteSize - dateSize - 1) + " UTC";
 }

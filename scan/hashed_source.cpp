@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <memory>
+#include <vector>
 
 #include "scan/interrupt.h"
 
@@ -15,11 +15,10 @@ namespace {
 
 static_assert(keptTailBytes < hashBlockBytes);
 
-// Two blocks, one behind the other. Their pages cost memory once they are used: small files use few.
+// Two blocks, one behind the other.
 std::byte* BlocksOfThisThread() {
-    thread_local std::unique_ptr<std::byte[]> blocks;
-    if (blocks == nullptr) blocks = std::make_unique_for_overwrite<std::byte[]>(2 * hashBlockBytes);
-    return blocks.get();
+    thread_local std::vector<std::byte> blocks(2 * hashBlockBytes);
+    return blocks.data();
 }
 
 // How much to read in one block of what is left: so much that the last block has what is to be kept of the end, without a
@@ -28,6 +27,16 @@ std::size_t NextBlock(std::uint64_t left) {
     if (left <= hashBlockBytes) return static_cast<std::size_t>(left);
     if (left >= hashBlockBytes + keptTailBytes) return hashBlockBytes;
     return static_cast<std::size_t>(left - keptTailBytes);
+}
+
+// Copies what a block holds from an offset in it on. Returns how many bytes that are.
+std::uint32_t CopyHeld(const std::byte* block, std::size_t filled, std::uint64_t offset, void* buffer,
+                       std::uint32_t size) {
+    if (offset >= filled) return 0;
+    const auto start = static_cast<std::size_t>(offset);
+    const auto count = static_cast<std::uint32_t>(std::min<std::size_t>(size, filled - start));
+    std::memcpy(buffer, block + start, count);
+    return count;
 }
 
 }  // namespace
@@ -83,18 +92,12 @@ bool HashedSource::HashBytes(std::uint64_t size, Hasher& hasher) {
 }
 
 std::int32_t HashedSource::ReadAt(std::uint64_t offset, void* buffer, std::uint32_t size, std::uint32_t& count) {
-    const std::byte* held = nullptr;
-    std::uint64_t available = 0;
     if (offset < headFilled_) {
-        held = blocks_ + offset;
-        available = headFilled_ - offset;
-    } else if (offset >= tailStart_) {
-        held = blocks_ + hashBlockBytes + (offset - tailStart_);
-        available = tailFilled_ - std::min<std::uint64_t>(tailFilled_, offset - tailStart_);
+        count = CopyHeld(blocks_, headFilled_, offset, buffer, size);
+        return 0;
     }
-    if (held != nullptr) {
-        count = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, available));
-        std::memcpy(buffer, held, count);
+    if (offset >= tailStart_) {
+        count = CopyHeld(blocks_ + hashBlockBytes, tailFilled_, offset - tailStart_, buffer, size);
         return 0;
     }
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, std::min(tailStart_, size_) - offset));

@@ -12,6 +12,7 @@
 
 #include "fiid/detect.h"
 #include "scan/descriptors.h"
+#include "scan/file_state.h"
 #include "scan/hashed_source.h"
 #include "scan/spool.h"
 
@@ -86,15 +87,6 @@ bool IsLeftOut(int descriptor, const struct stat& status, const IdentifyOptions&
 }
 
 // ---- Identification -------------------------------------------------------------------------------------------------
-
-FileState StateOf(const struct stat& status) {
-    return {true,
-            static_cast<std::uint64_t>(status.st_size),
-            status.st_mtim.tv_sec,
-            static_cast<std::uint32_t>(status.st_mtim.tv_nsec),
-            status.st_ino,
-            status.st_dev};
-}
 
 std::int32_t DetectByLibrary(const Input& input, fiid_result& answer) {
     const fiid_options options = {sizeof(options), input.flags};

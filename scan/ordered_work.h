@@ -6,6 +6,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -43,9 +44,8 @@ struct OrderedLimits {
 template <typename Task, typename Worker>
 class OrderedWork {
  public:
-    OrderedWork(const OrderedSteps<Task, Worker>& steps, const OrderedLimits& limits) : steps_(steps), limits_(limits) {
-        batches_.resize(std::max<std::size_t>(limits.batches, 1));
-    }
+    OrderedWork(const OrderedSteps<Task, Worker>& steps, const OrderedLimits& limits)
+        : steps_(steps), limits_(limits), batches_(std::max<std::size_t>(limits.batches, 1)) {}
 
     // Runs until nothing is left and all is delivered. The first exception of any step ends it, and is thrown here.
     void Run() {
@@ -72,13 +72,14 @@ class OrderedWork {
 
  private:
     static constexpr int longestWait = 100;  // milliseconds between two calls of idle, when nothing comes
-    // What is done in a batch of slow tasks is handed over as often as this, and a quick batch at its end.
+    // What is done in a batch of slow tasks is told as often as this, and of a quick batch its end. What is in front of a
+    // task that takes long is found without being told of.
     static constexpr std::chrono::milliseconds handOverTime{20};
 
     struct Batch {
         std::vector<Task> tasks;
-        std::size_t count = 0;  // tasks that were taken
-        std::size_t done = 0;   // of them, from the first on; then settled, then delivered
+        std::size_t count = 0;              // tasks that were taken
+        std::atomic<std::size_t> done = 0;  // of them, from the first on; then settled, then delivered
         std::size_t settled = 0;
         std::size_t delivered = 0;
     };
@@ -124,7 +125,8 @@ class OrderedWork {
         batchTasks_ = std::clamp<std::size_t>(batchTasks_ * 2, 1, limits_.batchTasks);
         batch.tasks.resize(batchTasks_);
         batch.count = steps_.take(batch.tasks);
-        batch.done = batch.settled = batch.delivered = 0;
+        batch.settled = batch.delivered = 0;
+        batch.done.store(0, std::memory_order_relaxed);
         const std::lock_guard lock(mutex_);
         exhausted_ = batch.count == 0;
         if (exhausted_) return nullptr;
@@ -140,10 +142,11 @@ class OrderedWork {
         for (std::size_t index = 0; index < count; ++index) {
             steps_.work(worker, batch.tasks[index]);
             const Clock::time_point now = Clock::now();
+            if (index + 1 < count) batch.done.store(index + 1, std::memory_order_release);
             if (index + 1 < count && now - told < handOverTime) continue;
             told = now;
             const std::lock_guard lock(mutex_);
-            batch.done = index + 1;
+            batch.done.store(index + 1, std::memory_order_release);
             Tell();
             if (stopped_) return;
         }
@@ -159,7 +162,7 @@ class OrderedWork {
         hasNews_ = false;
         for (std::uint64_t number = delivered_; number < taken_; ++number) {
             Batch& batch = BatchOf(number);
-            const std::size_t done = batch.done;
+            const std::size_t done = batch.done.load(std::memory_order_acquire);
             lock.unlock();
             for (; batch.settled < done; ++batch.settled) steps_.settle(batch.tasks[batch.settled]);
             if (number == delivered_) {

@@ -1,8 +1,8 @@
 // record_block.cpp - many byte strings in memory, at little more than their bytes.
 //
-// The bytes lie in chunks, so that nothing is copied when more come and no room is kept for what never comes. A place is the
-// number of a chunk in its upper 14 bits and an offset in that chunk in its lower 18. A chunk is left when a record does not
-// fit, so at worst half of each is used: 1 GiB takes 8,192 of 16,384.
+// The bytes lie in chunks, so that nothing is copied when more come and no room is kept for what never comes. A place
+// is the number of a chunk in its upper 14 bits and an offset in that chunk in its lower 18. A chunk is left when a
+// record does not fit, so at worst half of each is used: 1 GiB takes 8,192 of 16,384.
 #include "scan/record_block.h"
 
 #include <algorithm>
@@ -82,7 +82,8 @@ bool RecordBlock::Next(std::string_view& record) {
 void RecordBlock::SortIndex() {
     index_.reserve(count_);
     for (Place place = 0; place != end_; place = PlaceBehind(place, RecordAt(place).size())) index_.push_back(place);
-    std::sort(index_.begin(), index_.end(), [this](Place left, Place right) { return RecordAt(left) < RecordAt(right); });
+    std::sort(index_.begin(), index_.end(),
+              [this](Place left, Place right) { return RecordAt(left) < RecordAt(right); });
     end_ = static_cast<Place>(index_.size());
 }
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-// A record stands in memory and in files as its length, seven bits in a byte, the lowest first, with the highest bit set in
-// all but the last; then its bytes.
+// A record stands in memory and in files as its length, seven bits in a byte, the lowest first, with the highest bit
+// set in all but the last; then its bytes.
 std::size_t RecordBytes(std::size_t length);  // what a record of a length takes so
 void AppendRecord(std::vector<char>& bytes, std::string_view record);
 

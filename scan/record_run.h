@@ -21,8 +21,8 @@ class RecordRun {
     static std::optional<RecordRun> Write(const std::function<bool(std::string_view&)>& next,
                                           const std::shared_ptr<SpillFile>& file);
 
-    // Goes to the first record, or from the present one to the next. Returns false when there is none, and when it can't be
-    // read. A run in a file is read through a buffer of bufferBytes, or as much as its longest record needs.
+    // Goes to the first record, or from the present one to the next. Returns false when there is none, and when it
+    // can't be read. A run in a file is read through a buffer of bufferBytes, or as much as its longest record needs.
     bool Next(std::size_t bufferBytes);
     std::string_view Record() const { return record_; }
 

@@ -119,9 +119,7 @@ bool SortedRuns::Next(std::string_view& record) {
     if (runs_.empty()) return block_.Next(record);
     if (order_ == RecordOrder::AsAdded) return NextInTurn(record);
     if (merge_ == nullptr) merge_ = std::make_unique<Merge>(runs_, runs_.size(), BufferBytes(memory_, runs_.size()));
-    if (merge_->Next(record)) return true;
-    for (const RecordRun& run : runs_) error_ = std::max(error_, run.Error());
-    return false;
+    return merge_->Next(record);
 }
 
 bool SortedRuns::NextInTurn(std::string_view& record) {
@@ -131,7 +129,6 @@ bool SortedRuns::NextInTurn(std::string_view& record) {
             record = run.Record();
             return true;
         }
-        error_ = std::max(error_, run.Error());
         run.DropBuffer();
     }
     return false;
@@ -157,4 +154,10 @@ std::size_t SortedRuns::Memory() const {
     std::size_t memory = block_.Memory();
     for (const RecordRun& run : runs_) memory += run.Memory();
     return memory;
+}
+
+int SortedRuns::Error() const {
+    int error = error_;
+    for (const RecordRun& run : runs_) error = std::max(error, run.Error());
+    return error;
 }

@@ -10,9 +10,9 @@
 #include "scan/record_run.h"
 #include "scan/spill_file.h"
 
-// All records are added, then taken out one by one. Up to a number of bytes they stay in memory; beyond it they lie in runs
-// in a temporary file, which are merged as they are taken out. Where no file can be made or written, all of them stay in
-// memory: nothing is lost. A record may be of any length, and equal ones all come out.
+// All records are added, then taken out one by one. Up to a number of bytes they stay in memory; beyond it they lie in
+// runs in a temporary file, which are merged as they are taken out. Where no file can be made or written, all of them
+// stay in memory: nothing is lost. A record may be of any length, and equal ones all come out.
 class SortedRuns {
  public:
     // memory is in bytes, the index counted, and holds but for some 64 KiB; records of which two do not fit in it take
@@ -40,7 +40,7 @@ class SortedRuns {
     std::size_t Memory() const;
 
     // The errno when the file could not be read, and records were lost by that, or 0. To be asked at the end.
-    int Error() const { return error_; }
+    int Error() const;
 
  private:
     void SealBlock();
@@ -73,5 +73,5 @@ class SortedRuns {
     std::vector<RecordRun> runs_;  // in the order in which they were added, as far as that counts
     std::size_t turn_ = 0;         // AsAdded: the run that is read
     std::unique_ptr<Merge> merge_;
-    int error_ = 0;
+    int error_ = 0;  // of a pass
 };

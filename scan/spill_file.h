@@ -18,8 +18,8 @@ class SpillFile {
     // Where the next bytes will be.
     std::uint64_t End() const { return end_; }
 
-    // Adds bytes. Returns false when there can't be a file, or when it can't be written, on a full disk say. From then on
-    // nothing is added: whoever has more than fits in memory would try over and over.
+    // Adds bytes. Returns false when there can't be a file, or when it can't be written, on a full disk say. From then
+    // on nothing is added: whoever has more than fits in memory would try over and over.
     bool Add(std::string_view bytes);
 
     // Fills bytes with what was added at a place. Returns 0 or the errno of the failure.

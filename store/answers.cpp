@@ -56,8 +56,9 @@ void AppendKey(std::string& key, const fiid_result& answer, std::uint32_t flags,
     AppendNumber(key, answer.further_row);
     AppendNumber(key, answer.basis);
     AppendNumber(key, flags);
-    for (const char* const text : {answer.version, answer.name, answer.mime, answer.puids, answer.extensions, answer.family,
-                                   answer.signature, answer.routine, answer.further_signature, tables.c_str()}) {
+    for (const char* const text :
+         {answer.version, answer.name, answer.mime, answer.puids, answer.extensions, answer.family, answer.signature,
+          answer.routine, answer.further_signature, tables.c_str()}) {
         AppendText(key, text);
     }
 }
@@ -74,7 +75,8 @@ bool HasSeveral(std::string_view words) { return words.find(' ') != std::string_
 // The numbers of answers of other tables.
 bool ReadOlderAnswers(Database& database, const std::string& tablesVersion, std::vector<std::int64_t>& answers) {
     Statement statement;
-    if (!statement.Prepare(database.Connection(), "SELECT answer FROM answers WHERE tables_version <> ?1")) return false;
+    if (!statement.Prepare(database.Connection(), "SELECT answer FROM answers WHERE tables_version <> ?1"))
+        return false;
     statement.BindText(1, tablesVersion);
     int status = statement.Step();
     for (; status == SQLITE_ROW; status = statement.Step()) answers.push_back(statement.Number(0));

@@ -10,12 +10,13 @@
 #include "fiid/detect.h"
 #include "store/database.h"
 
-// Numbers for answers, for the one who writes. As many are kept in memory as there are distinct ones, which the tables of
-// formats and their versions bound: some thousands at most.
+// Numbers for answers, for the one who writes. As many are kept in memory as there are distinct ones, which the tables
+// of formats and their versions bound: some thousands at most.
 class AnswerIds {
  public:
     bool Prepare(Database& database);
-    // The number of an answer as told with flags by tables of a version; it is added if there is none. 0 after a failure.
+    // The number of an answer as told with flags by tables of a version; it is added if there is none. 0 after a
+    // failure.
     std::int64_t IdOf(const fiid_result& answer, std::uint32_t flags, const std::string& tablesVersion);
 
  private:
@@ -67,11 +68,11 @@ void FillResult(const StoredAnswer& answer, fiid_result& result);
 void ClearResult(fiid_result& result);
 
 // Whether the tables of today may answer otherwise about a file than an answer of other tables does. It is so for what
-// they look on at; and a format whose usual extensions, or whether it has several PRONOM identifiers, are others now, may
-// have other warnings.
+// they look on at; and a format whose usual extensions, or whether it has several PRONOM identifiers, are others now,
+// may have other warnings.
 bool MayAnswerOtherwise(const StoredAnswer& answer, const fiid_format& today);
 bool MayAnswerOtherwise(const StoredAnswer& answer);  // with the format of this library
 
-// Gives answers of other tables than those of a version, about which these can't answer otherwise, the names, media types,
-// PRONOM identifiers, extensions and families of this library.
+// Gives answers of other tables than those of a version, about which these can't answer otherwise, the names, media
+// types, PRONOM identifiers, extensions and families of this library.
 bool RenewAnswers(Database& database, const std::string& tablesVersion);

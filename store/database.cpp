@@ -11,9 +11,7 @@ void Statement::Note(int status) {
     if (bindingStatus_ == SQLITE_OK) bindingStatus_ = status;
 }
 
-void Statement::Bind(int parameter, std::int64_t number) {
-    Note(sqlite3_bind_int64(statement_, parameter, number));
-}
+void Statement::Bind(int parameter, std::int64_t number) { Note(sqlite3_bind_int64(statement_, parameter, number)); }
 
 // A null pointer would be NULL.
 void Statement::BindText(int parameter, std::string_view text) {

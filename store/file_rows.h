@@ -49,7 +49,8 @@ struct Earlier {
 
 // The columns that ReadEarlier reads.
 inline constexpr const char* earlierSql =
-    "SELECT f.answer, f.error, f.size, f.mtime, f.mtime_ns, f.inode, f.hash, f.seen, f.run, a.fiid, a.further, a.version "
+    "SELECT f.answer, f.error, f.size, f.mtime, f.mtime_ns, f.inode, f.hash, f.seen, f.run, a.fiid, a.further, "
+    "a.version "
     "FROM files AS f LEFT JOIN answers AS a USING (answer) WHERE f.path = ?1 AND f.path_hex = ?2";
 
 Earlier ReadEarlier(const Statement& row, const Record& record, const FileRow& now);

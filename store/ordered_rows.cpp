@@ -64,8 +64,8 @@ bool OrderedRows::PassOver() {
     return true;
 }
 
-// Up to where the current path is the name of a directory that may have rows behind this one, and that nobody has looked
-// for; none if there is no such place.
+// Up to where the current path is the name of a directory that may have rows behind this one, and that nobody has
+// looked for; none if there is no such place.
 std::size_t OrderedRows::FirstDirectory(const std::string& next) const {
     const std::string& path = current_.path;
     const std::size_t start = directories_.empty() ? 0 : directories_.back().path.size() + 1;

@@ -8,15 +8,15 @@
 #include "scan/record.h"
 #include "store/database.h"
 
-// Trees of SQLite have paths in the order of their bytes. A walk's order differs in one point (store/walk_order.h): a slash
-// comes in front of the 46 bytes below it, so "a/b" stands in front of "a-b" and "a.txt". A collation of our own in the
-// schema would shut other programs out, and sorting a million rows takes seconds and memory. So rows are read in the order
-// of their bytes, and where one goes on behind the name of a directory with one of those bytes, the rows of that directory
-// are fetched first, and passed over where they come. Whether there is such a directory mostly shows in the next row: if
-// that does not begin like this one up to the byte, it has none.
+// Trees of SQLite have paths in the order of their bytes. A walk's order differs in one point (store/walk_order.h): a
+// slash comes in front of the 46 bytes below it, so "a/b" stands in front of "a-b" and "a.txt". A collation of our own
+// in the schema would shut other programs out, and sorting a million rows takes seconds and memory. So rows are read in
+// the order of their bytes, and where one goes on behind the name of a directory with one of those bytes, the rows of
+// that directory are fetched first, and passed over where they come. Whether there is such a directory mostly shows in
+// the next row: if that does not begin like this one up to the byte, it has none.
 //
-// The statement must be within a transaction, so that the rows stay the same. It selects path and path_hex as its columns 0
-// and 1, in the order of the bytes of one of them, from its parameter ?1 on and in front of ?2.
+// The statement must be within a transaction, so that the rows stay the same. It selects path and path_hex as its
+// columns 0 and 1, in the order of the bytes of one of them, from its parameter ?1 on and in front of ?2.
 class OrderedRows {
  public:
     enum class Key { Text, Hex };
@@ -49,13 +49,14 @@ class OrderedRows {
     Key key_;
     Read read_;
     Record current_ = {};
-    int status_ = SQLITE_OK;             // of the statement, which stands one row behind current_
-    std::string from_;                   // what ?1 and ?2 are bound to
+    int status_ = SQLITE_OK;  // of the statement, which stands one row behind current_
+    std::string from_;        // what ?1 and ?2 are bound to
     std::string before_;
-    std::string previous_;               // the path of the row in front, or "" where that is another directory's
-    std::size_t looked_ = 0;             // of the row that comes: up to where it was looked for directories
-    std::vector<Directory> directories_; // one within the other
-    std::vector<std::string> passed_;    // paths of directories that were fetched, and whose place comes; the next one last
+    std::string previous_;                // the path of the row in front, or "" where that is another directory's
+    std::size_t looked_ = 0;              // of the row that comes: up to where it was looked for directories
+    std::vector<Directory> directories_;  // one within the other
+    std::vector<std::string>
+        passed_;  // paths of directories that were fetched, and whose place comes; the next one last
 };
 
 // The rows of two statements in one order: one has the paths that are text, one all others.

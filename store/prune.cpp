@@ -108,8 +108,8 @@ bool Store::Prune(const std::vector<std::string>& below, const std::function<boo
     return true;
 }
 
-// A walk tells of a directory only that it can't be read. So a directory that it came into says nothing, and its earlier
-// failure would stay.
+// A walk tells of a directory only that it can't be read. So a directory that it came into says nothing, and its
+// earlier failure would stay.
 bool Store::ForgetFailures() {
     std::vector<Parts::Listed> batch;
     PathKey from;

@@ -9,7 +9,7 @@
 
 // The columns of a record, of the tables `files AS f`; what a statement selects behind them has numbers from
 // recordColumnCount up.
-#define FIID_RECORD_COLUMNS \
+#define FIID_RECORD_COLUMNS                                                                                       \
     "f.path, f.path_hex, f.answer, f.error, f.warnings, f.size, f.mtime, f.mtime_ns, f.inode, f.device, f.hash, " \
     "f.looked_at, f.bytes_read, f.calls"
 inline constexpr int recordColumnCount = 14;

@@ -3,9 +3,9 @@
 
 namespace {
 
-// Answers are few and files are many, so a file has the number of its answer. What changes with each file of a format (its
-// warnings, what reading it cost) stands with the file. Files have no row number: their path is their key, and the one
-// tree of them is in the order of walks, which so writes it from one end to the other.
+// Answers are few and files are many, so a file has the number of its answer. What changes with each file of a format
+// (its warnings, what reading it cost) stands with the file. Files have no row number: their path is their key, and the
+// one tree of them is in the order of walks, which so writes it from one end to the other.
 constexpr SchemaStep steps[] = {
     {1, R"sql(
 CREATE TABLE runs (
@@ -144,7 +144,7 @@ std::string BringToSchema(Database& database, std::span<const SchemaStep> taken,
     Identity identity;
     if (!ReadIdentity(database, identity)) return database.Mistake(file);
     if (!IsEmpty(identity)) {
-        const std::string refused = Refuse(identity, taken, file);
+        std::string refused = Refuse(identity, taken, file);
         if (!refused.empty() || identity.version == taken.back().version) return refused;
     }
     bool done = database.Run("BEGIN IMMEDIATE") && database.Run(Pragma("application_id", storeApplicationId).c_str());

@@ -18,8 +18,8 @@ struct SchemaStep {
 
 std::span<const SchemaStep> StoreSchema();
 
-// Makes or upgrades the tables, in one transaction: all or nothing. Returns "", or what is wrong in words: the database is
-// another program's, or of a later version than the last step's.
+// Makes or upgrades the tables, in one transaction: all or nothing. Returns "", or what is wrong in words: the database
+// is another program's, or of a later version than the last step's.
 std::string BringToSchema(Database& database, std::span<const SchemaStep> steps, const std::string& file);
 
 // For those who only read: "" if the tables are those of the last step.

@@ -1,6 +1,9 @@
 // store.cpp - the one who writes: runs, records, changes, transactions.
 #include "store/store.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 
@@ -15,7 +18,8 @@ namespace {
 constexpr auto longestTransaction = std::chrono::milliseconds(750);
 
 constexpr const char* addSql =
-    "INSERT INTO files (path, path_hex, answer, error, warnings, size, mtime, mtime_ns, inode, device, hash, looked_at, "
+    "INSERT INTO files (path, path_hex, answer, error, warnings, size, mtime, mtime_ns, inode, device, hash, "
+    "looked_at, "
     "bytes_read, calls, seen, run, first_run) "
     "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?16) ON CONFLICT DO NOTHING";
 constexpr const char* replaceSql =
@@ -71,9 +75,9 @@ std::unique_ptr<Store> Store::Create(const std::string& file, std::string& mista
     mistake = parts->lock.Take(parts->resolved, file);
     if (mistake.empty()) mistake = BringToSchema(database, StoreSchema(), file);
     if (!mistake.empty()) return nullptr;
-    if (!database.Run("PRAGMA journal_mode = WAL") || !database.Run("PRAGMA synchronous = FULL") ||
-        !database.Run("PRAGMA cache_size = -16384") || !database.Run("PRAGMA journal_size_limit = 67108864") ||
-        !parts->Prepare()) {
+    if (!database.Run("PRAGMA trusted_schema = OFF") || !database.Run("PRAGMA journal_mode = WAL") ||
+        !database.Run("PRAGMA synchronous = FULL") || !database.Run("PRAGMA cache_size = -16384") ||
+        !database.Run("PRAGMA journal_size_limit = 67108864") || !parts->Prepare()) {
         mistake = database.Mistake(file);
         return nullptr;
     }
@@ -150,8 +154,9 @@ bool Store::Parts::AddRun() {
 bool Store::Parts::ReadPast() {
     std::int64_t complete = 0;
     std::int64_t files = 0;
-    if (!database.ReadNumber("SELECT EXISTS (SELECT 1 FROM runs WHERE state = 'complete' AND new + changed + unchanged > 0)",
-                             complete) ||
+    if (!database.ReadNumber(
+            "SELECT EXISTS (SELECT 1 FROM runs WHERE state = 'complete' AND new + changed + unchanged > 0)",
+            complete) ||
         !database.ReadNumber("SELECT EXISTS (SELECT 1 FROM files)", files)) {
         return false;
     }
@@ -169,13 +174,34 @@ bool Store::BeginRun(const StoreRun& run, std::string& mistake) {
         static_cast<void>(Commit());
         return false;
     }
-    begun = begun && ((parts_->database.Run("UPDATE runs SET state = 'killed' WHERE state = 'running'") &&
-                       (!run.refresh || RenewAnswers(parts_->database, run.tables)) && parts_->ReadPast() &&
-                       parts_->AddRun()) ||
-                      Fail());
-    if (begun && Commit()) return true;
+    begun = begun &&
+            ((parts_->database.Run("UPDATE runs SET state = 'killed' WHERE state = 'running'") &&
+              (!run.refresh || RenewAnswers(parts_->database, run.tables)) && parts_->ReadPast() && parts_->AddRun()) ||
+             Fail());
+    if (begun && Commit()) {
+        parts_->FindOwnFiles();
+        return true;
+    }
     mistake = mistake_;
     return false;
+}
+
+// They are all there by now: the run was written.
+void Store::Parts::FindOwnFiles() {
+    ownFiles.clear();
+    for (const char* const suffix : {"", "-wal", "-shm", "-lock", "-journal"}) {
+        struct stat status = {};
+        if (stat((resolved + suffix).c_str(), &status) != 0) continue;
+        FileState& state = ownFiles.emplace_back();
+        state.inode = status.st_ino;
+        state.device = status.st_dev;
+    }
+}
+
+bool Store::IsOwnFile(const FileState& state) const {
+    return state.known && std::ranges::any_of(parts_->ownFiles, [&](const FileState& own) {
+               return own.inode == state.inode && own.device == state.device;
+           });
 }
 
 std::unique_ptr<StoreReader> Store::OpenReader(std::string& mistake) const {

@@ -15,9 +15,10 @@
 #include "store/writer_lock.h"
 
 struct Store::Parts {
-    std::string file;      // as it was named
-    std::string resolved;  // without symbolic links
-    WriterLock lock;       // goes last: behind the connection
+    std::string file;                 // as it was named
+    std::string resolved;             // without symbolic links
+    std::vector<FileState> ownFiles;  // the store and what lies beside it
+    WriterLock lock;                  // goes last: behind the connection
     Database database;
     AnswerIds answers;
     Statement add;
@@ -29,7 +30,7 @@ struct Store::Parts {
     Statement list;         // of all paths
     Statement listNotRead;  // of those that could not be read by an earlier run
     StoreRun run;
-    std::int64_t number = 0;  // of the run; 0 where none is begun
+    std::int64_t number = 0;    // of the run; 0 where none is begun
     bool notesNew = false;      // new files are changes
     bool findsNothing = false;  // its readers need not look
     bool inTransaction = false;
@@ -40,13 +41,14 @@ struct Store::Parts {
     // False after a failure of the database; a mistake where the run may not be.
     bool ChecksDirectory(const StoreRun& asked, std::string& mistake);
     bool AddRun();
+    void FindOwnFiles();
     bool ReadPast();
 
     // Takes a path out of the store.
     bool TakeOut(const PathKey& key, bool noted);
 
-    // Some paths of a listing (the statements list and listNotRead), in the order of their keys: from one on, up to the end
-    // of a range.
+    // Some paths of a listing (the statements list and listNotRead), in the order of their keys: from one on, up to the
+    // end of a range.
     struct Listed {
         PathKey key;
         bool failed;  // could not be read

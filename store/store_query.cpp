@@ -17,12 +17,12 @@
 namespace {
 
 // The columns of a change, as those of a record and three more.
-#define FIID_CHANGE_COLUMNS \
+#define FIID_CHANGE_COLUMNS                                                                                \
     "f.path, f.path_hex, f.answer, f.error, f.warnings, f.size, f.mtime, f.mtime_ns, NULL, NULL, f.hash, " \
     "NULL, NULL, NULL, f.kind, f.answer_before, f.error_before"
 
-// The groups with their first path come first, for a few columns of each file; the rows of their files are then fetched in the
-// order of the groups. So what is sorted is small.
+// The groups first, then their files in the order of the groups. SQLite sorts both in a temporary file if they are
+// many.
 constexpr const char* duplicatesSql =
     "WITH groups AS MATERIALIZED ("
     " SELECT size, hash, count(*) AS copies, min(path COLLATE walk) AS first FROM files"
@@ -86,7 +86,8 @@ std::unique_ptr<StoreQuery> StoreQuery::Open(const std::string& file, std::strin
     const int status = database.Status() & 0xFF;
     if (opened && (status == SQLITE_CANTOPEN || status == SQLITE_READONLY)) {
         if (HasLog(file)) {
-            mistake = file + " can't be read in a directory that is read-only: beside it is the log of a scan that was killed";
+            mistake = file +
+                      " can't be read in a directory that is read-only: beside it is the log of a scan that was killed";
             return nullptr;
         }
         database.Close();
@@ -94,7 +95,9 @@ std::unique_ptr<StoreQuery> StoreQuery::Open(const std::string& file, std::strin
         mistake = reopened ? CheckSchema(database, StoreSchema(), file) : database.Mistake(file);
     }
     if (!mistake.empty()) return nullptr;
-    if (!database.Run("PRAGMA cache_size = -8192") || !parts->answers.Prepare(database) ||
+    // A store may come from anybody: what its schema says is not to call anything.
+    if (!database.Run("PRAGMA cache_size = -8192") || !database.Run("PRAGMA trusted_schema = OFF") ||
+        !parts->answers.Prepare(database) ||
         sqlite3_create_collation(database.Connection(), "walk", SQLITE_UTF8, nullptr, CompareTexts) != SQLITE_OK) {
         mistake = database.Mistake(file);
         return nullptr;
@@ -107,8 +110,8 @@ bool StoreQuery::Fail() {
     return false;
 }
 
-// Asks within one transaction: what others write meanwhile does not show. A question that returns SQLITE_DONE or SQLITE_ROW
-// went well.
+// Asks within one transaction: what others write meanwhile does not show. A question that returns SQLITE_DONE or
+// SQLITE_ROW went well.
 template <typename Ask>
 bool StoreQuery::AtOneMoment(const Ask& ask) {
     mistake_.clear();
@@ -133,7 +136,8 @@ bool StoreQuery::LastRun(StoredRun& run) {
         }
         const int status = row.Step();
         if (status == SQLITE_ROW) {
-            run = {row.Number(0), row.Number(1), std::string(row.Text(2)), std::string(row.Text(3)), std::string(row.Text(4))};
+            run = {row.Number(0), row.Number(1), std::string(row.Text(2)), std::string(row.Text(3)),
+                   std::string(row.Text(4))};
         }
         return status;
     });
@@ -166,7 +170,9 @@ bool StoreQuery::Select(const std::string& condition, const Take& take) {
         Statement others;
         sqlite3* const connection = parts_->database.Connection();
         if (!texts.Prepare(connection, text.c_str()) || !others.Prepare(connection, hex.c_str())) return SQLITE_ERROR;
-        const auto read = [&](const Statement& row, Record& record) { return ReadRecord(row, parts_->answers, record); };
+        const auto read = [&](const Statement& row, Record& record) {
+            return ReadRecord(row, parts_->answers, record);
+        };
         MergedRows rows(texts, others, read);
         Record* record = nullptr;
         int status = rows.Next(record);
@@ -251,7 +257,8 @@ bool StoreQuery::Duplicates(const Take& take) {
 bool StoreQuery::CountAnswers(const std::function<void(const AnswerCount&)>& take) {
     return AtOneMoment([&] {
         Statement rows;
-        if (!rows.Prepare(parts_->database.Connection(), "SELECT answer, size, warnings FROM files")) return SQLITE_ERROR;
+        if (!rows.Prepare(parts_->database.Connection(), "SELECT answer, size, warnings FROM files"))
+            return SQLITE_ERROR;
         std::unordered_map<std::int64_t, AnswerCount> counts;  // by answer; 0 for none
         int status = rows.Step();
         for (; status == SQLITE_ROW; status = rows.Step()) {

@@ -40,8 +40,7 @@ std::uint32_t AnswerFlags(std::uint32_t flags) { return flags & (FIID_NO_TEXT | 
 bool OpenReaderParts(const std::string& file, StoreReader::Parts& parts, std::string& mistake) {
     if (parts.database.Open(file, SQLITE_OPEN_READONLY) && parts.database.Run("PRAGMA cache_size = -1024") &&
         parts.answers.Prepare(parts.database) &&
-        parts.find.Prepare(parts.database.Connection(), "SELECT " FIID_RECORD_COLUMNS
-                                                        ", f.seen FROM files AS f "
+        parts.find.Prepare(parts.database.Connection(), "SELECT " FIID_RECORD_COLUMNS ", f.seen FROM files AS f "
                                                         "WHERE f.path = ?1 AND f.path_hex = ?2 AND f.error IS NULL")) {
         return true;
     }

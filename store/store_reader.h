@@ -7,15 +7,15 @@
 #include "store/database.h"
 #include "store/store.h"
 
-// Longer ago than this, in seconds, a file must have been modified when it was looked at: the coarsest clock of file systems
-// (that of FAT) goes on by two seconds.
+// Longer ago than this, in seconds, a file must have been modified when it was looked at: the coarsest clock of file
+// systems (that of FAT) goes on by two seconds.
 inline constexpr std::int64_t coarsestClock = 2;
 
 struct StoreReader::Parts {
     StoreRun run;
     std::atomic<std::uint64_t>* older = nullptr;  // the store's count
-    bool findsNothing = false;                    // no file is in the store, or all are to be looked at: nothing is open then
-    Database database;                            // goes behind the statements
+    bool findsNothing = false;  // no file is in the store, or all are to be looked at: nothing is open then
+    Database database;          // goes behind the statements
     AnswerTexts answers;
     Statement find;
 };

@@ -25,6 +25,7 @@ std::unique_ptr<Store> Store::Create(const std::string& file, std::string& mista
 }
 bool Store::BeginRun(const StoreRun&, std::string&) { return false; }
 std::unique_ptr<StoreReader> Store::OpenReader(std::string&) const { return nullptr; }
+bool Store::IsOwnFile(const FileState&) const { return false; }
 bool Store::Put(const Record&, std::int64_t) { return false; }
 bool Store::CommitIfDue() { return false; }
 bool Store::Commit() { return false; }

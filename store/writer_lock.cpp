@@ -41,7 +41,7 @@ std::string WriterLock::Take(const std::string& store, const std::string& told) 
     const std::string file = store + "-lock";
     while (true) {
         const int descriptor = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
-        if (descriptor < 0) return told + " can't be written: " + file + ": " + std::strerror(errno);
+        if (descriptor < 0) return told + " can't be written: " + (file + ": ") + std::strerror(errno);
         if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
             const int reason = errno;
             const std::string owner = OwnerOf(descriptor);

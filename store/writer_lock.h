@@ -3,9 +3,10 @@
 
 #include <string>
 
-// A lock on a file beside the store, named as it is with "-lock" behind. The system releases it with the process, however
-// that ends, so what is left of a dead one hinders nobody. The file holds the process's number, for the words alone. (A lock
-// on the store itself would be one of SQLite's: closing any descriptor of the file takes all of a process's away.)
+// A lock on a file beside the store, named as it is with "-lock" behind. The system releases it with the process,
+// however that ends, so what is left of a dead one hinders nobody. The file holds the process's number, for the words
+// alone. (A lock on the store itself would be one of SQLite's: closing any descriptor of the file takes all of a
+// process's away.)
 class WriterLock {
  public:
     WriterLock() = default;

@@ -1,6 +1,6 @@
 // report.js - the lists of an HTML report: reads the records of the page, and shows those that are asked for.
 //
-// What is shown stands behind the # of the page's address, so that a view can be mailed, and that plain links select it:
+// What is shown stands behind the # of the page's address, so that a view can be mailed, and plain links select it:
 //   filter=WORDS   each word is part of the path, name, media type, identifier or error (letter case is ignored)
 //   family=WORD    format=ID    only=unusual|unreadable|unknown|cut
 //   sort=KEY, sort=-KEY   by a column, or by it from its end
@@ -16,7 +16,7 @@
     const answers = page.answers;
     const numbers = new Intl.NumberFormat('en');
 
-    // ---- Small tools ------------------------------------------------------------------------------------------------
+    // ---- Small tools -----------------------------------------------------------------------------------------------
 
     function element(name, properties = {}, children = []) {
         const made = document.createElement(name);
@@ -73,7 +73,7 @@
     const timeOf = (seconds) => new Date(seconds * 1000).toISOString().replace('.000Z', 'Z');
     const tellTime = (seconds) => timeOf(seconds).slice(0, 16).replace('T', ' ');
 
-    // ---- The records ------------------------------------------------------------------------------------------------
+    // ---- The records -----------------------------------------------------------------------------------------------
 
     // Columns of their own, each an array with an item for each record: a page of a million records stays small so.
     const none = -1;  // the answer of a record that has none; errors stand below it
@@ -143,7 +143,7 @@
 
     const usualExtensions = (answer) => tellExtensions(answer.extensions);
 
-    // ---- Columns of the table -----------------------------------------------------------------------------------------
+    // ---- Columns of the table --------------------------------------------------------------------------------------
 
     // The records' places in the order of a text of their answers, so that sorting compares numbers.
     function rankAnswers(textOf) {
@@ -310,7 +310,7 @@
         }
     }
 
-    // ---- What is asked for --------------------------------------------------------------------------------------------
+    // ---- What is asked for -----------------------------------------------------------------------------------------
 
     const choices =
         {all: 'All files', unusual: 'Unusual names', unreadable: 'Unreadable', unknown: 'Unknown', cut: 'Cut short'};
@@ -389,7 +389,7 @@
         return Uint32Array.from(known.concat(missing));
     }
 
-    // ---- The table ------------------------------------------------------------------------------------------------------
+    // ---- The table -------------------------------------------------------------------------------------------------
 
     const files = document.getElementById('files');
     const count = element('p', {id: 'count', role: 'status'});
@@ -536,7 +536,7 @@
         if (focused >= 0) head.querySelectorAll('button')[focused].focus();
     }
 
-    // ---- One record -------------------------------------------------------------------------------------------------------
+    // ---- One record ------------------------------------------------------------------------------------------------
 
     const details = element('dialog', {id: 'details', 'aria-labelledby': 'file'});
 
@@ -546,9 +546,9 @@
         const fields = {path: records.path[record], path_hex: records.bytes.get(record), error: errorOf(record)};
         if (answer) {
             Object.assign(fields, answer, {warning: warningsOf(record).join(' ')});
-            if (!Number.isNaN(records.size[record])) fields.size = records.size[record];
-            if (!Number.isNaN(records.mtime[record])) fields.mtime = timeOf(records.mtime[record]);
         }
+        if (!Number.isNaN(records.size[record])) fields.size = records.size[record];
+        if (!Number.isNaN(records.mtime[record])) fields.mtime = timeOf(records.mtime[record]);
         for (const key of moreKeys) fields[key] = records.more[key][record];
         if (typeof fields.time === 'number') fields.time = timeOf(fields.time);
         for (const key of ['further', 'further_row'])
@@ -603,7 +603,7 @@
         details.showModal();
     }
 
-    // ---- Rows for elsewhere -------------------------------------------------------------------------------------------------
+    // ---- Rows for elsewhere ----------------------------------------------------------------------------------------
 
     const exportedKeys = [
         'path', 'path_hex', 'fiid', 'name', 'mime', 'puid', 'error', 'further', 'version', 'basis', 'warning', 'size',
@@ -627,7 +627,7 @@
         setTimeout(() => URL.revokeObjectURL(address), 60000);
     }
 
-    // ---- Above the table ------------------------------------------------------------------------------------------------------
+    // ---- Above the table -------------------------------------------------------------------------------------------
 
     const search = element('input', {
         type: 'search',
@@ -715,7 +715,7 @@
         layOut();
     }
 
-    // ---- Lists of what wants a look ------------------------------------------------------------------------------------------------
+    // ---- Lists of what wants a look --------------------------------------------------------------------------------
 
     // The first records that pass a test. A list is longer on paper, where the table is not.
     function makeList(id, title, only, test, heads, fill) {
@@ -771,7 +771,7 @@
         ].filter(Boolean);
     }
 
-    // ---- All of it ---------------------------------------------------------------------------------------------------------------------
+    // ---- All of it -------------------------------------------------------------------------------------------------
 
     function listen() {
         pane.addEventListener('scroll', followScroll, {passive: true});

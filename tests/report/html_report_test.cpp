@@ -95,7 +95,7 @@ Json ValuesOf(const std::string& page) {
     return values;
 }
 
-// ---- Records --------------------------------------------------------------------------------------------------------
+// ---- Records -------------------------------------------------------------------------------------------------------
 
 TEST(HtmlReport, TellsARecordInALine) {
     Record record = RecordOf("a/b.gif", gif, 1234);
@@ -147,6 +147,14 @@ TEST(HtmlReport, TellsAnErrorInPlaceOfAnAnswer) {
     EXPECT_EQ(ValuesOf(page), Json::parse(R"(["x", null, null, null, "</script>Permission denied"])"));
     EXPECT_EQ(AnswersOf(page)["answers"], Json::array());
     EXPECT_EQ(CountOf(page, "</script>Permission"), 0U);
+}
+
+TEST(HtmlReport, AFailureHasTheSizeAndTimeThatItsDirectoryTells) {
+    Record record = FailureOf("x", "no");
+    record.state = {true, 77, 1700000000, 0, 1, 1};
+    const std::string page = PageOf({record});
+    EXPECT_EQ(ValuesOf(page), Json::parse(R"(["x", 77, 1700000000, null, "no"])"));
+    EXPECT_TRUE(Holds(page, ">77 B</a>"));
 }
 
 TEST(HtmlReport, ARecordWithoutIdentifierIsOfNoFormat) {
@@ -227,7 +235,15 @@ TEST(HtmlReport, TellsEachKindOfChange) {
     EXPECT_EQ(wordOf(ChangeKind::Gone), "gone");
 }
 
-// ---- Names that attack ----------------------------------------------------------------------------------------------
+TEST(HtmlReport, ATimeThatHasNoFormIsNone) {
+    ReportOptions options;
+    options.withChanges = true;
+    Record record = RecordOf("x", gif);
+    record.change = {ChangeKind::New, 1, 253402300800, ""};
+    EXPECT_EQ(ValuesOf(PageOf({record}, options))[6], nullptr);
+}
+
+// ---- Names that attack ---------------------------------------------------------------------------------------------
 
 TEST(HtmlReport, NoNameEndsItsElement) {
     const std::string names[] = {
@@ -292,7 +308,7 @@ TEST(HtmlReport, NamesOfFormatsAreText) {
     EXPECT_FALSE(Holds(page, "<b>"));
 }
 
-// ---- Head and end -----------------------------------------------------------------------------------------------------
+// ---- Head and end --------------------------------------------------------------------------------------------------
 
 TEST(HtmlReport, BeginsWithAPolicyThatLetsItsOwnScriptRunAlone) {
     const std::string page = PageOf({});
@@ -338,7 +354,7 @@ TEST(HtmlReport, APageOfNothingIsWhole) {
     EXPECT_FALSE(Holds(page, "class=\"chart\""));
 }
 
-// ---- Streaming ---------------------------------------------------------------------------------------------------------
+// ---- Streaming -----------------------------------------------------------------------------------------------------
 
 TEST(HtmlReport, EachRecordLeavesAtOnceAndWhole) {
     const std::unique_ptr<ReportWriter> writer = MakeHtmlWriter({});
@@ -369,7 +385,7 @@ TEST(HtmlReport, BlocksEndBehindOneMebibyte) {
     EXPECT_EQ(AnswersOf(page)["answers"].size(), 1U);
 }
 
-// ---- Without a script ----------------------------------------------------------------------------------------------------
+// ---- Without a script ----------------------------------------------------------------------------------------------
 
 std::string TotalOf(const std::string& page, const std::string& what) {
     const std::size_t place = page.find("<dt>" + what + "</dt>");

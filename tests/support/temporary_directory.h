@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -10,8 +11,8 @@
 
 class TemporaryDirectory {
  public:
-    TemporaryDirectory() {
-        path_ = testing::TempDir() + "fiid-cli-" + std::string(6, 'X');
+    explicit TemporaryDirectory(const std::string& parent = testing::TempDir()) {
+        path_ = parent + "fiid-cli-" + std::string(6, 'X');
         if (mkdtemp(path_.data()) == nullptr) ADD_FAILURE() << "no directory " << path_;
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
@@ -26,6 +27,12 @@ class TemporaryDirectory {
  private:
     std::string path_;
 };
+
+// Where thousands of files are made and removed at once: in memory, if there is a file system there.
+inline std::string QuickDirectory() {
+    const char* const shared = "/dev/shm/";
+    return access(shared, W_OK | X_OK) == 0 ? shared : testing::TempDir();
+}
 
 inline std::ptrdiff_t CountOpenDescriptors() {
     const std::filesystem::directory_iterator descriptors("/proc/self/fd");
