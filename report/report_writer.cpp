@@ -2,6 +2,7 @@
 #include "report/report_writer.h"
 
 #include "report/droid.h"
+#include "report/html_report.h"
 #include "report/json_writer.h"
 #include "report/line_writer.h"
 #include "report/siegfried.h"
@@ -24,7 +25,7 @@ std::unique_ptr<ReportWriter> MakeReportWriter(const ReportOptions& options) {
         case OutputFormat::Siegfried:
             return MakeSiegfriedWriter(options);
         case OutputFormat::Html:
-            return nullptr;  // MakeHtmlWriter(options)
+            return MakeHtmlWriter(options);
     }
     return nullptr;
 }

@@ -54,7 +54,8 @@ TEST(FormatsList, IsJson) {
                            {"name", format.name},
                            {"mime", format.mime},
                            {"puid", WordsOf(format.puids)},
-                           {"extensions", WordsOf(format.extensions)}};
+                           {"extensions", WordsOf(format.extensions)},
+                           {"family", format.family}};
         lines += tree.dump() + "\n";
         items += (items.empty() ? "\n" : ",\n") + tree.dump();
     }
@@ -64,10 +65,11 @@ TEST(FormatsList, IsJson) {
 
 TEST(FormatsList, IsLines) {
     for (const auto& [output, form] : {std::pair(OutputFormat::Csv, csvForm), std::pair(OutputFormat::Tsv, tsvForm)}) {
-        std::string expected = Line({"fiid", "name", "mime", "puid", "extensions"}, form);
+        std::string expected = Line({"fiid", "name", "mime", "puid", "extensions", "family"}, form);
         for (const fiid_format& format : AllFormats()) {
-            expected +=
-                Line({std::to_string(format.id), format.name, format.mime, format.puids, format.extensions}, form);
+            expected += Line(
+                {std::to_string(format.id), format.name, format.mime, format.puids, format.extensions, format.family},
+                form);
         }
         EXPECT_TRUE(ListOf(output) == expected);
     }

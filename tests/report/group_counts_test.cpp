@@ -2,11 +2,26 @@
 #include "report/group_counts.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 
 #include "support/random_numbers.h"
+
+// Reads of the temporary file fail while this is set.
+static bool readsFail = false;
+
+extern "C" {
+ssize_t __real_pread(int descriptor, void* bytes, size_t count, off_t offset);
+
+ssize_t __wrap_pread(int descriptor, void* bytes, size_t count, off_t offset) {
+    if (!readsFail) return __real_pread(descriptor, bytes, count, offset);
+    errno = EIO;
+    return -1;
+}
+}
 
 namespace {
 
@@ -113,6 +128,24 @@ TEST(GroupCounts, TakeNamesThatAreLongerThanTheBudget) {
         counts.Add("short", {2, 2});
     }
     EXPECT_EQ(Finished(counts), (std::vector<Group>{{"short", {6, 6}}, {name, {3, 3}}}));
+}
+
+// In either of the two sorts; what is missing is told.
+TEST(GroupCounts, TellThatTheTemporaryFileCouldNotBeRead) {
+    constexpr std::uint64_t names = 20000;
+    for (const bool inTheSecond : {false, true}) {
+        GroupCounts counts(50000);
+        for (std::uint64_t index = 0; index < names; ++index) counts.Add("name " + std::to_string(index), {1, 1});
+        readsFail = !inTheSecond;
+        counts.Finish();
+        readsFail = true;
+        Group group;
+        std::uint64_t came = 0;
+        while (counts.Next(group.name, group.count)) ++came;
+        readsFail = false;
+        EXPECT_LT(came, names);
+        EXPECT_EQ(counts.Failure(), "temporary file: Input/output error");
+    }
 }
 
 }  // namespace
