@@ -4,13 +4,11 @@
 #include <exception>
 
 #include "cli/options.h"
-#include "fiid/detect.h"
+#include "cli/scan_session.h"
+#include "cli/store_query.h"
 #include "report/formats_list.h"
 #include "report/output.h"
-#include "report/report_writer.h"
 #include "scan/descriptors.h"
-#include "scan/file_walk.h"
-#include "scan/identify.h"
 #include "scan/interrupt.h"
 #include "scan/path_list.h"
 
@@ -18,75 +16,18 @@ namespace {
 
 constexpr int successExitStatus = 0;
 
-std::uint32_t FlagsOf(const Options& options) {
-    std::uint32_t flags = 0;
-    if (!options.extendedText) flags |= FIID_NO_TEXT;
-    if (!options.further) flags |= FIID_NO_FURTHER;
-    if (options.explain) flags |= FIID_EXPLAIN;
-    return flags;
-}
-
-void Report(ReportWriter& writer, const Record& record) {
-    if (record.error.has_value()) WriteMessage(record.path + ": " + *record.error);
-    std::string rendered;
-    writer.Render(record, rendered);
-    writer.Place(record, rendered, BeginRecord());
-    EndRecord();
-}
-
-// Identifies everything the options name. Returns whether all of it could be read.
-bool IdentifyAll(const Options& options) {
-    const std::uint32_t flags = FlagsOf(options);
-    bool allRead = true;
-    ReportOptions reportOptions;
-    reportOptions.format = options.format;
-    reportOptions.explain = options.explain;
-    const std::unique_ptr<ReportWriter> writer = MakeReportWriter(reportOptions);
-    const auto write = [&](const Record& record) {
-        if (Interrupted()) return;  // it may have been cut short
-        allRead = allRead && !record.error.has_value();
-        Report(*writer, record);
-    };
-    const auto writeFailure = [&](const std::string& path, const std::string& reason) {
-        Record record;
-        record.path = path;
-        record.error = reason;
-        write(record);
-    };
-    const auto writeNamed = [&](const std::string& path) {
-        const std::optional<Record> record = IdentifyNamedPath(path, flags);
-        if (record.has_value()) write(*record);
-        return record.has_value();
-    };
-    const WalkVisitor visitor = {writeNamed, [&](const std::string& path) { write(IdentifyPath(path, flags)); },
-                                 writeFailure};
-
-    writer->Begin(BeginRecord());
-    EndRecord();
-    for (const std::string& path : options.paths) {
-        if (Interrupted()) break;
-        if (path == "-") {
-            write(IdentifyStandardInput(flags));
-        } else {
-            WalkPath(path, visitor);
-        }
-    }
-    if (options.filesFrom.has_value() && !Interrupted()) {
-        const std::optional<std::string> failure = ReadPathList(
-            *options.filesFrom, options.nulSeparated, [&](const std::string& path) { WalkPath(path, visitor); });
-        if (failure.has_value()) {
-            WriteMessage(*options.filesFrom + ": " + *failure);
-            allRead = false;
-        }
-    }
-    writer->End(BeginRecord(), Interrupted());
-    EndRecord();
-    FlushOutput();
-    return allRead;
-}
-
+// Output goes to a terminal, or to a program that writes a path and waits for its record.
 bool ReaderWaitsForRecords(const Options& options) {
     return isatty(STDOUT_FILENO) != 0 || (options.filesFrom.has_value() && PathsComeOneByOne(*options.filesFrom));
+}
+
+// Returns whether all was done as asked.
+bool Follow(const Options& options) {
+    if (options.listFormats) {
+        WriteFormatsList(options.report.format);
+        return true;
+    }
+    return options.query.has_value() ? RunStoreQuery(options) : RunScan(options);
 }
 
 int Run(int argc, char** argv) {
@@ -94,13 +35,7 @@ int Run(int argc, char** argv) {
     const std::optional<Options> options = ParseOptions(argc, argv, exitStatus);
     if (!options.has_value()) return exitStatus;
     if (ReaderWaitsForRecords(*options)) FlushEachRecord();
-    bool allRead = true;
-    if (options->listFormats) {
-        WriteFormatsList(options->format);
-    } else {
-        allRead = IdentifyAll(*options);
-    }
-    return allRead ? successExitStatus : failedExitStatus;
+    return Follow(*options) ? successExitStatus : failedExitStatus;
 }
 
 }  // namespace

@@ -3,9 +3,13 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <ctime>
 #include <map>
 #include <sstream>
+#include <thread>
 
+#include "cli/help_text.h"
+#include "cli/option_checks.h"
 #include "fiid/detect.h"
 #include "report/escape_text.h"
 #include "report/output.h"
@@ -14,65 +18,139 @@ namespace {
 
 constexpr int usageExitStatus = 2;
 
-constexpr const char* description =
-    R"(fiid tells the format of files by their content: it answers with one of about 430 format identifiers, which never
-change, and where they leave something open with one of a further table, which grows.
-A directory is walked recursively, in sorted order; symbolic links to directories are followed only when they are
-named on the command line or in a list. So are FIFOs read, to their end and into a temporary file; below a directory
-a FIFO is a failure. Standard input (-) is read likewise: a pipe there is copied whole, whatever its size, to a
-temporary file in TMPDIR (or /tmp). A file there is not copied, and is taken from its start, wherever it has been
-read to.)";
-
-constexpr const char* footer =
-    R"(Output formats: text (PATH: NAME [FIID], or PATH: NAME [FIID, FURTHER] where the further table is more precise),
-ndjson (a JSON object a line), json (one array), csv (RFC 4180), tsv (tab, line feed, carriage return and backslash
-are escaped). Records hold path, fiid, name, mime and puid (a list; separated by blanks in csv and tsv), or path and
-error; and behind them further, version, basis, warning (a list: extension for one that is unusual for the format, cut
-for a file that ends too early, several for more than one puid), size in bytes and mtime (UTC). Name, mime and puid
-are those of the most precise answer. What there is not to tell is left out in JSON and empty in csv and tsv. A path
-that is not UTF-8 has its bytes in path_hex in JSON, and the replacement character in path.
-In text and in messages a backslash of a path is doubled; control characters, also those from U+0080 to U+009F,
-bidirectional controls and line separators are escaped byte by byte (\x1B).
-
-Output is handed over by whole records, so that several processes can share one output (in a pipe: up to 4,096 bytes
-a record), and record by record when the paths of --files-from come through a pipe: a program may write a path and
-wait for its record. ndjson, csv and tsv serve such a program: behind the header of csv and tsv they hold a line for
-each path, also for a failure (csv more of them where a path holds line feeds); text writes failures to standard
-error only. A directory gives 0 to n records, an empty entry none. An entry of more than 65,536 bytes is a failure
-that shows its beginning.
-
-SIGINT, SIGTERM and SIGHUP end fiid behind a whole record, with the array of json closed, or after two seconds where
-it is inside a long identification or nobody reads its output; a second one ends it at once.
-
-Exit status: 0; 1 if any path could not be read or the output not be written; 2 for wrong usage; a signal ends fiid
-as that signal does (130 in a shell for SIGINT).
-
-Examples:
-  fiid report.doc                              the format of one file
-  fiid --format csv /srv/archive > formats.csv  everything below a directory
-  find . -type f -print0 | fiid -0 --files-from - --format ndjson
-  fiid --explain drawing.dwg                   the row that decided and what it looked at, too
-  fiid --mime picture.jxl                      PATH: image/jxl
-  gpg -d message.gpg | fiid -                  standard input
-  fiid --formats --format tsv                  all formats that fiid knows
-)";
-
 const std::map<std::string, OutputFormat> formatNames = {
-    {"text", OutputFormat::Text}, {"ndjson", OutputFormat::Ndjson}, {"json", OutputFormat::Json},
-    {"csv", OutputFormat::Csv},   {"tsv", OutputFormat::Tsv},
+    {"text", OutputFormat::Text},   {"ndjson", OutputFormat::Ndjson},
+    {"json", OutputFormat::Json},   {"csv", OutputFormat::Csv},
+    {"tsv", OutputFormat::Tsv},     {"path", OutputFormat::Path},
+    {"droid", OutputFormat::Droid}, {"siegfried", OutputFormat::Siegfried},
+    {"html", OutputFormat::Html},
 };
 
-std::string CheckOptions(const Options& options) {
-    const bool named = !options.paths.empty() || options.filesFrom.has_value();
-    if (!options.listFormats && !named) return "no path given";
-    if (options.listFormats && named) return "--formats takes no paths";
-    if (options.format != OutputFormat::Text && options.mime) return "--mime is an output format of its own";
-    if (options.listFormats && options.mime) return "--formats goes without --mime";
-    if (options.nulSeparated && !options.filesFrom.has_value()) return "-0 goes with --files-from";
-    const auto standardInputs = std::count(options.paths.begin(), options.paths.end(), "-");
-    const bool listFromStandardInput = options.filesFrom == "-";
-    if (standardInputs > 1 || (standardInputs == 1 && listFromStandardInput)) return "standard input can be read once";
-    return "";
+const std::map<std::string, SummaryKey> summaryKeys = {
+    {"format", SummaryKey::Format},       {"family", SummaryKey::Family},       {"mime", SummaryKey::Mime},
+    {"extension", SummaryKey::Extension}, {"directory", SummaryKey::Directory},
+};
+
+const std::map<std::string, StoreQueryKind> queryNames = {
+    {"summary", StoreQueryKind::Summary}, {"mismatch", StoreQueryKind::Mismatch},
+    {"changes", StoreQueryKind::Changes}, {"errors", StoreQueryKind::Errors},
+    {"files", StoreQueryKind::Files},     {"duplicates", StoreQueryKind::Duplicates},
+};
+
+void AddPathOptions(CLI::App& app, Options& options) {
+    app.option_defaults()->group("Paths");
+    app.add_option("--files-from", options.filesFrom, "Read the paths from FILE, one a line; - for standard input")
+        ->type_name("FILE");
+    app.add_flag("-0,--null", options.nulSeparated, "The list of --files-from is separated by NUL bytes");
+    app.add_flag("--formats", options.listFormats, "List all formats and end");
+}
+
+void AddAnswerOptions(CLI::App& app, Options& options, OptionWords& words) {
+    app.option_defaults()->group("Answers");
+    app.add_flag("--no-text", words.noText, "Do not tell text by its characters: such files are not known then");
+    app.add_flag("--no-further", words.noFurther, "Leave out the further table and versions");
+    app.add_flag("--explain", options.report.explain, "Also tell what decided, what it looked at, and what that cost");
+    app.add_option("--hash", words.hash, "Also tell a hash of each file, which is read whole: sha256 or xxh3")
+        ->type_name("KIND");
+}
+
+void AddOutputOptions(CLI::App& app, Options& options, OptionWords& words) {
+    app.option_defaults()->group("Output");
+    app.add_option("--format", words.format, "Form of the output")
+        ->capture_default_str()
+        ->check(CLI::IsMember(formatNames))
+        ->type_name("FORMAT");
+    app.add_flag(
+        "--mime", words.mime,
+        "Write PATH: TYPE/SUBTYPE; application/octet-stream where none is known, inode/x-empty for an empty file");
+    app.add_flag("--print0", words.print0, "Write paths alone, each ended by NUL: --format path for xargs -0");
+    app.add_option("--fields", words.fields, "Fields of csv, tsv, json and ndjson in this order, separated by commas")
+        ->type_name("LIST");
+    app.add_flag("--summary", words.summary, "Write how many files there are of which format, in place of records");
+    app.add_option("--by", words.by, "Sum up by this; implies --summary")
+        ->check(CLI::IsMember(summaryKeys))
+        ->type_name("KEY");
+    app.add_flag("--progress", words.progress,
+                 "Show progress on standard error; on a terminal it is shown by itself after a second");
+    app.add_flag("--no-progress", words.noProgress, "Never show progress");
+    app.add_flag("-v,--verbose", options.verbose, "Tell on standard error what is passed over");
+}
+
+void AddWalkOptions(CLI::App& app, Options& options, OptionWords& words) {
+    app.option_defaults()->group("Which files");
+    app.add_option("--match", words.match,
+                   "Only files of these formats: identifiers, PRONOM identifiers, media types (image/*) or families")
+        ->type_name("WHAT");
+    app.add_option("--exclude-format", words.excludeFormat, "No files of these formats")->type_name("WHAT");
+    app.add_flag("--mismatch", words.mismatch, "Only files whose extension is unusual for what they are");
+    app.add_option("--glob", words.globs, "Only files with such a name, as *.doc or src/**; !GLOB leaves files out")
+        ->type_name("GLOB");
+    app.add_option("--exclude", words.excludes, "Leave out files and directories with such a name")->type_name("GLOB");
+    // Of the two the last one counts.
+    app.add_flag_callback(
+           "--hidden", [&words] { words.hidden = true; },
+           "Look at names that begin with a full stop, which is the default")
+        ->trigger_on_parse();
+    app.add_flag_callback(
+           "--no-hidden", [&words] { words.hidden = false; }, "Leave out names that begin with a full stop")
+        ->trigger_on_parse();
+    app.add_option("--max-depth", options.maxDepth, "Go down so many levels; 1: what lies in a directory itself")
+        ->type_name("N");
+    app.add_flag("--one-file-system", options.oneFileSystem, "Do not enter directories of other file systems");
+    app.add_option("--min-size", words.minSize, "Only files of at least so many bytes; K, M, G and T count in 1,024")
+        ->type_name("SIZE");
+    app.add_option("--max-size", words.maxSize, "Only files of at most so many bytes")->type_name("SIZE");
+    app.add_option("-j,--jobs", options.jobs, "Files looked at at the same time; by default one for each core")
+        ->check(CLI::Range(1U, mostJobs))
+        ->type_name("N");
+    app.add_flag("--unsorted", words.unsorted, "Take directories in the order of the file system");
+}
+
+void AddStoreOptions(CLI::App& app, Options& options, OptionWords& words) {
+    app.option_defaults()->group("Store");
+    app.add_option("--store", options.store, "Keep the scan in FILE (SQLite), and look only at what is new or changed")
+        ->type_name("FILE");
+    app.add_flag("--prune", options.prune, "Take out of the store what is gone");
+    app.add_flag("--rescan", options.rescan, "Look at all files again");
+    app.add_flag("--refresh", options.refresh, "Look again where an older fiid may have answered otherwise");
+    app.add_option("--query", words.query, "Answer from the store, without a scan")
+        ->check(CLI::IsMember(queryNames))
+        ->type_name("QUERY");
+}
+
+// The words behind options, as what they stand for; each is known to be one of its map.
+void TakeWords(const OptionWords& words, Options& options) {
+    options.report.format = words.mime ? OutputFormat::Mime : formatNames.at(words.format);
+    if (words.print0) {
+        options.report.format = OutputFormat::Path;
+        options.report.pathEnd = '\0';
+    }
+    if (!words.by.empty()) {
+        options.summary = summaryKeys.at(words.by);
+    } else if (words.summary) {
+        options.summary = SummaryKey::Format;
+    }
+    if (!words.query.empty()) options.query = queryNames.at(words.query);
+    if (options.query == StoreQueryKind::Summary && !options.summary.has_value()) {
+        options.summary = SummaryKey::Format;
+    }
+    options.extendedText = !words.noText;
+    options.further = !words.noFurther;
+    options.sorted = !words.unsorted;
+    if (words.progress) options.progress = ProgressMode::On;
+    if (words.noProgress) options.progress = ProgressMode::Off;
+}
+
+// What a report tells of the run itself.
+void NameRun(Options& options) {
+    options.report.startedSeconds = std::time(nullptr);
+    options.report.named = options.paths;
+    for (const std::string& path : options.paths) {
+        if (!options.report.title.empty()) options.report.title += ' ';
+        options.report.title += path;
+    }
+    if (options.filesFrom.has_value()) options.report.title += (options.paths.empty() ? "" : " ") + *options.filesFrom;
+    if (options.query.has_value()) options.report.title = *options.store;
 }
 
 // Prints what was asked for or what is wrong, and returns the exit status. What is wrong may quote the command line.
@@ -92,39 +170,29 @@ int TellEarlyEnd(const CLI::App& app, const CLI::ParseError& error) {
 
 std::optional<Options> ParseOptions(int argc, char** argv, int& exitStatus) {
     Options options;
-    bool noText = false;
-    bool noFurther = false;
-    std::string format = "text";
-    CLI::App app(description, "fiid");
+    OptionWords words;
+    options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, mostJobs);
+    options.arguments.assign(argv + std::min(argc, 1), argv + argc);
+    CLI::App app(helpDescription, "fiid");
     app.set_version_flag("-V,--version", std::string("fiid ") + fiid_version());
-    app.footer(footer);
-    app.add_option("--format", format, "Output: text, ndjson, json, csv or tsv")
-        ->capture_default_str()
-        ->check(CLI::IsMember(formatNames))
-        ->type_name("FORMAT");
-    app.add_flag("--no-text", noText, "Do not tell text by its characters: such files are not known then");
-    app.add_flag("--no-further", noFurther, "Leave out the further table and versions");
-    app.add_flag(
-        "--mime", options.mime,
-        "Write PATH: TYPE/SUBTYPE; application/octet-stream where none is known, inode/x-empty for an empty file");
-    app.add_flag("--explain", options.explain, "Also tell what decided, what it looked at, and what that cost");
-    app.add_option("--files-from", options.filesFrom, "Read the paths from FILE, one a line; - for standard input")
-        ->type_name("FILE");
-    app.add_flag("-0,--null", options.nulSeparated, "The list of --files-from is separated by NUL bytes");
-    app.add_flag("--formats", options.listFormats, "List all formats and end");
+    app.footer(helpFooter);
+    AddOutputOptions(app, options, words);
+    AddAnswerOptions(app, options, words);
+    AddPathOptions(app, options);
+    AddWalkOptions(app, options, words);
+    AddStoreOptions(app, options, words);
     app.add_option("PATH", options.paths, "Files and directories; - for standard input")->type_name("");
     app.positionals_at_end(false);
     try {
         app.parse(argc, argv);
-        options.format = formatNames.at(format);
-        const std::string mistake = CheckOptions(options);
+        words.formatGiven = app.count("--format") > 0;
+        TakeWords(words, options);
+        const std::string mistake = CheckOptions(words, options);
         if (!mistake.empty()) throw CLI::ValidationError(mistake);
+        NameRun(options);
     } catch (const CLI::ParseError& error) {
         exitStatus = TellEarlyEnd(app, error);
         return std::nullopt;
     }
-    options.extendedText = !noText;
-    options.further = !noFurther;
-    if (options.mime) options.format = OutputFormat::Mime;
     return options;
 }

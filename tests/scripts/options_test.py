@@ -38,6 +38,7 @@ def needs(shell):
 
 HELP = tell(PROGRAM, "--help")
 OPTIONS = {option for names in re.findall(r"^  (-\S+)", HELP, re.M) for option in names.split(",")}
+WITH_VALUE = set(re.findall(r"^  (?:-\w,)?(--[\w-]+) [A-Z]+\b", HELP, re.M))
 FORMS = set(re.search(r"FORMAT:\{(.*?)\}", HELP).group(1).split(","))
 
 
@@ -46,6 +47,7 @@ class Program(unittest.TestCase):
 
     def test_help_is_read(self):
         self.assertLessEqual({"-h", "--help", "--format", "--files-from", "-0", "--null"}, OPTIONS)
+        self.assertLessEqual({"--format", "--files-from", "--jobs"}, WITH_VALUE)
         self.assertLessEqual({"text", "json"}, FORMS)
 
     def test_options(self):
@@ -127,8 +129,7 @@ class Completions(unittest.TestCase):
         self.assertTrue(text.startswith("#compdef fiid\n"))
         self.assertEqual(set(re.findall(r"(?<![\w-])(-[\w-]+)(?==?[\[,}])", arguments)), OPTIONS)
         # The equals sign lets a value follow it, too: --format=json.
-        with_value = {"--format", "--files-from"}
-        self.assertEqual(set(re.findall(r"(--[\w-]+)=\[", arguments)), with_value)
+        self.assertEqual(set(re.findall(r"(--[\w-]+)=[\[}]", arguments)), WITH_VALUE)
         self.assertEqual(set(re.search(r":form:\((.*?)\)", arguments).group(1).split()), FORMS)
 
     def test_fish(self):

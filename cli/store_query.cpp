@@ -1,0 +1,99 @@
+// store_query.cpp - answers from a store, without a scan.
+#include "cli/store_query.h"
+
+#include <memory>
+#include <string>
+
+#include "cli/scan_output.h"
+#include "report/escape_text.h"
+#include "report/output.h"
+#include "report/report_writer.h"
+#include "report/summary.h"
+#include "scan/interrupt.h"
+#include "store/store.h"
+
+namespace {
+
+bool AskForRecords(StoreQuery& store, StoreQueryKind kind, const StoreQuery::Take& take) {
+    switch (kind) {
+        case StoreQueryKind::Mismatch:
+            return store.Mismatch(take);
+        case StoreQueryKind::Changes:
+            return store.Changes(take);
+        case StoreQueryKind::Errors:
+            return store.Errors(take);
+        case StoreQueryKind::Duplicates:
+            return store.Duplicates(take);
+        case StoreQueryKind::Files:
+        case StoreQueryKind::Summary:
+            break;
+    }
+    return store.Files(take);
+}
+
+// An error that is asked for is an answer and no failure.
+bool IsTold(const Options& options, const Record& record) {
+    return record.error.has_value() || options.formats.Takes(record.answer);
+}
+
+// What a text can't tell, it tells in words of its own: --query errors is for people, too.
+void AppendFailure(const Options& options, const Record& record, std::string& rendered) {
+    if (options.report.format != OutputFormat::Text || !record.error.has_value()) return;
+    AppendEscapedText(rendered, record.path);
+    rendered += ": ";
+    AppendEscapedText(rendered, *record.error);
+    rendered += '\n';
+}
+
+bool WriteRecords(const Options& options, StoreQuery& store) {
+    const std::unique_ptr<ReportWriter> writer = MakeReportWriter(options.report);
+    writer->Begin(BeginRecord());
+    EndRecord();
+    std::string rendered;
+    const bool done = AskForRecords(store, *options.query, [&](const Record& record) {
+        if (!IsTold(options, record)) return true;
+        rendered.clear();
+        writer->Render(record, rendered);
+        AppendFailure(options, record, rendered);
+        writer->Place(record, rendered, BeginRecord());
+        EndRecord();
+        return !Interrupted();
+    });
+    writer->End(BeginRecord(), Interrupted());
+    EndRecord();
+    return done;
+}
+
+// Rows of one answer are counted by the store, where their paths don't matter.
+bool WriteSummary(const Options& options, StoreQuery& store) {
+    Summary summary(*options.summary);
+    bool done = true;
+    if (summary.Key() == SummaryKey::Extension || summary.Key() == SummaryKey::Directory) {
+        done = store.Files([&](const Record& record) {
+            if (IsTold(options, record)) summary.Add(record);
+            return !Interrupted();
+        });
+    } else {
+        done = store.CountAnswers([&](const AnswerCount& answer) {
+            if (IsTold(options, answer.record)) summary.AddMany(answer.record, {answer.files, answer.bytes});
+        });
+    }
+    if (done) WriteSummaryOf(summary, options);
+    return done;
+}
+
+}  // namespace
+
+bool RunStoreQuery(const Options& options) {
+    std::string mistake;
+    const std::unique_ptr<StoreQuery> store = StoreQuery::Open(*options.store, mistake);
+    if (store == nullptr) {
+        WriteMessage(mistake);
+        return false;
+    }
+    const bool done =
+        options.query == StoreQueryKind::Summary ? WriteSummary(options, *store) : WriteRecords(options, *store);
+    FlushOutput();
+    if (!done) WriteMessage(store->Mistake());
+    return done;
+}
