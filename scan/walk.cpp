@@ -61,7 +61,9 @@ bool Walk::Next(WalkItem& item) {
 }
 
 bool Walk::VisitNamed(WalkItem& item) {
-    const std::string path = *std::exchange(named_, std::nullopt);
+    std::string path;
+    path.swap(*named_);
+    named_.reset();
     const std::string_view toldPath = std::string_view(path).substr(0, longestToldPath);
     if (path.find('\0') != std::string::npos) {
         return Tell(item, Met::Failure, toldPath,
