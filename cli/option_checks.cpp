@@ -53,7 +53,16 @@ Mistake ReadHash(const OptionWords& words, Options& options) {
     if (words.hash.empty()) return "";
     const Mistake mistake = HashKindOfName(words.hash, options.hash);
     options.report.hash = options.hash;
-    return mistake.empty() ? "" : "--hash: " + mistake;
+    return mistake.empty() ? "" : "--hash: " + words.hash + " " + mistake;
+}
+
+// The hash of a store that fields ask for.
+HashKind HashAmong(const std::vector<std::string>& fields) {
+    for (const std::string& field : fields) {
+        if (field == "sha256") return HashKind::Sha256;
+        if (field == "xxh3") return HashKind::Xxh3;
+    }
+    return HashKind::None;
 }
 
 Mistake ReadFields(const OptionWords& words, Options& options) {
@@ -64,8 +73,8 @@ Mistake ReadFields(const OptionWords& words, Options& options) {
     }
     options.report.withChanges = options.query == StoreQueryKind::Changes;
     options.report.withCopies = options.query == StoreQueryKind::Duplicates;
-    const Mistake mistake = CheckFields(options.report);
-    return mistake.empty() ? "" : "--fields: " + mistake;
+    if (options.query.has_value()) options.report.hash = HashAmong(options.report.fields);
+    return CheckFields(options.report);
 }
 
 // The formats that lists and summaries have, too.
@@ -105,22 +114,38 @@ Mistake CheckPaths(const Options& options) {
     return "";
 }
 
+// Options that choose what a scan looks at, and how.
+bool HasOptionsOfAScan(const OptionWords& words, const Options& options) {
+    return !words.globs.empty() || !words.excludes.empty() || !words.hidden || options.maxDepth != UINT32_MAX ||
+           options.oneFileSystem || !words.minSize.empty() || !words.maxSize.empty() || words.noText ||
+           words.noFurther || words.unsorted;
+}
+
+Mistake CheckQuery(const OptionWords& words, const Options& options) {
+    if (options.prune || options.rescan || options.refresh) {
+        return "--query goes without --prune, --rescan and --refresh";
+    }
+    if (!words.hash.empty()) return "--hash goes with a scan";
+    if (options.query != StoreQueryKind::Summary && options.summary.has_value()) {
+        return "--summary and --by go with --query summary";
+    }
+    if (HasOptionsOfAScan(words, options)) {
+        return "--query answers for the whole store: only --match, --exclude-format and --mismatch choose among its "
+               "files";
+    }
+    return "";
+}
+
 Mistake CheckStore(const OptionWords& words, const Options& options) {
     const bool changes = options.prune || options.rescan || options.refresh;
     if ((changes || options.query.has_value()) && !options.store.has_value()) {
         return "--prune, --rescan, --refresh and --query go with --store";
     }
     if (options.listFormats && options.store.has_value()) return "--formats goes without --store";
-    if (options.query.has_value() && changes) return "--query goes without --prune, --rescan and --refresh";
-    if (options.query.has_value() && options.report.explain) return "a store holds no explanations";
-    if (options.query.has_value() && options.query != StoreQueryKind::Summary && options.summary.has_value()) {
-        return "--summary and --by go with --query summary";
-    }
     if (options.store.has_value() && options.store->empty()) return "--store needs a name";
     if (options.rescan && options.refresh) return "--rescan looks at all files; --refresh adds nothing to it";
     if (options.prune && options.filesFrom.has_value()) return "--prune goes with paths, or without any";
-    if (!words.hash.empty() && options.query.has_value()) return "--hash goes with a scan";
-    return "";
+    return options.query.has_value() ? CheckQuery(words, options) : "";
 }
 
 // With a store, records are written only where the command line speaks of them.

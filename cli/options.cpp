@@ -1,6 +1,8 @@
 // options.cpp - the command line, by CLI11.
 #include "cli/options.h"
 
+#include <sched.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <ctime>
@@ -36,6 +38,14 @@ const std::map<std::string, StoreQueryKind> queryNames = {
     {"changes", StoreQueryKind::Changes}, {"errors", StoreQueryKind::Errors},
     {"files", StoreQueryKind::Files},     {"duplicates", StoreQueryKind::Duplicates},
 };
+
+// The cores that the process may use, as taskset and containers leave them; else those of the machine.
+unsigned CoresOfProcess() {
+    cpu_set_t cores;
+    const bool isTold = sched_getaffinity(0, sizeof(cores), &cores) == 0;
+    const unsigned count = isTold ? static_cast<unsigned>(CPU_COUNT(&cores)) : std::thread::hardware_concurrency();
+    return std::clamp(count, 1U, mostJobs);
+}
 
 void AddPathOptions(CLI::App& app, Options& options) {
     app.option_defaults()->group("Paths");
@@ -76,16 +86,22 @@ void AddOutputOptions(CLI::App& app, Options& options, OptionWords& words) {
     app.add_flag("-v,--verbose", options.verbose, "Tell on standard error what is passed over");
 }
 
+// An option that may stand there again and again, with one text each time: the words behind that are paths.
+CLI::Option* AddRepeated(CLI::App& app, const char* name, std::vector<std::string>& texts, const char* description) {
+    return app.add_option(name, texts, description)->allow_extra_args(false);
+}
+
 void AddWalkOptions(CLI::App& app, Options& options, OptionWords& words) {
     app.option_defaults()->group("Which files");
-    app.add_option("--match", words.match,
-                   "Only files of these formats: identifiers, PRONOM identifiers, media types (image/*) or families")
+    AddRepeated(app, "--match", words.match,
+                "Only files of these formats: identifiers, PRONOM identifiers, media types (image/*) or families")
         ->type_name("WHAT");
-    app.add_option("--exclude-format", words.excludeFormat, "No files of these formats")->type_name("WHAT");
+    AddRepeated(app, "--exclude-format", words.excludeFormat, "No files of these formats")->type_name("WHAT");
     app.add_flag("--mismatch", words.mismatch, "Only files whose extension is unusual for what they are");
-    app.add_option("--glob", words.globs, "Only files with such a name, as *.doc or src/**; !GLOB leaves files out")
+    AddRepeated(app, "--glob", words.globs, "Only files with such a name, as *.doc or src/**; !GLOB leaves files out")
         ->type_name("GLOB");
-    app.add_option("--exclude", words.excludes, "Leave out files and directories with such a name")->type_name("GLOB");
+    AddRepeated(app, "--exclude", words.excludes, "Leave out files and directories with such a name")
+        ->type_name("GLOB");
     // Of the two the last one counts.
     app.add_flag_callback(
            "--hidden", [&words] { words.hidden = true; },
@@ -171,7 +187,7 @@ int TellEarlyEnd(const CLI::App& app, const CLI::ParseError& error) {
 std::optional<Options> ParseOptions(int argc, char** argv, int& exitStatus) {
     Options options;
     OptionWords words;
-    options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, mostJobs);
+    options.jobs = CoresOfProcess();
     options.arguments.assign(argv + std::min(argc, 1), argv + argc);
     CLI::App app(helpDescription, "fiid");
     app.set_version_flag("-V,--version", std::string("fiid ") + fiid_version());
