@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/asked_facts.h"
 #include "cli/named_paths.h"
 #include "cli/scan_flags.h"
 #include "cli/scan_output.h"
@@ -183,7 +184,9 @@ class ScanSession {
         if (now.size < options_.minSize || now.size > options_.maxSize) return std::nullopt;
         std::optional<Record> record = stored.Find(item.path, now);
         task.isFromStore = record.has_value();
-        return task.isFromStore ? record : LookAt(item);
+        if (!task.isFromStore) return LookAt(item);
+        KeepAskedFacts(options_.report, *record);
+        return record;
     }
 
     void Settle(Task& task) {
@@ -247,8 +250,8 @@ bool RunScan(const Options& options) {
         return false;
     }
     const bool allRead = ScanSession(options, store.get()).Run();
+    const bool wasKept = store->Mistake().empty();  // else the session has told it
     const std::string told = store->End(Interrupted());
-    if (!store->Mistake().empty()) return false;
-    WriteMessage(told);
-    return allRead;
+    if (wasKept) WriteMessage(store->Mistake().empty() ? told : store->Mistake());
+    return allRead && store->Mistake().empty();
 }

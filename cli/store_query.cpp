@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "cli/asked_facts.h"
 #include "cli/scan_output.h"
 #include "report/escape_text.h"
 #include "report/output.h"
@@ -45,13 +46,30 @@ void AppendFailure(const Options& options, const Record& record, std::string& re
     rendered += '\n';
 }
 
+// What a report tells of the scan itself: when it was, where its paths start, and which hashes there are, unless fields
+// have chosen one.
+bool ReadFactsOfScan(StoreQuery& store, ReportOptions& report) {
+    StoredRun run;
+    HashKind hash = HashKind::None;
+    if (!store.LastRun(run) || !store.Hash(hash)) return false;
+    if (run.run > 0) report.startedSeconds = run.startedSeconds;
+    report.directory = run.directory;
+    if (report.hash == HashKind::None) report.hash = hash;
+    return true;
+}
+
 bool WriteRecords(const Options& options, StoreQuery& store) {
-    const std::unique_ptr<ReportWriter> writer = MakeReportWriter(options.report);
+    ReportOptions report = options.report;
+    if (!ReadFactsOfScan(store, report)) return false;
+    const std::unique_ptr<ReportWriter> writer = MakeReportWriter(report);
     writer->Begin(BeginRecord());
     EndRecord();
     std::string rendered;
-    const bool done = AskForRecords(store, *options.query, [&](const Record& record) {
-        if (!IsTold(options, record)) return true;
+    Record record;
+    const bool done = AskForRecords(store, *options.query, [&](const Record& stored) {
+        if (!IsTold(options, stored)) return true;
+        record = stored;
+        KeepAskedFacts(report, record);
         rendered.clear();
         writer->Render(record, rendered);
         AppendFailure(options, record, rendered);

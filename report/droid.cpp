@@ -149,7 +149,9 @@ std::string_view TakeRow(std::string_view& rows) {
 class DroidWriter : public ReportWriter {
  public:
     explicit DroidWriter(const ReportOptions& options)
-        : hash_(options.hash), workingDirectory_(WorkingDirectory()), folders_(options.named, workingDirectory_) {}
+        : hash_(options.hash),
+          workingDirectory_(options.directory.empty() ? WorkingDirectory() : options.directory),
+          folders_(options.named, workingDirectory_) {}
 
     void Begin(std::string& out) override {
         const std::size_t start = out.size();

@@ -25,6 +25,7 @@ struct ReportOptions {
     std::string title;                // Html: what was looked at, for people; any bytes
     std::int64_t startedSeconds = 0;  // Html: when the run began, since 1970-01-01 UTC
     std::vector<std::string> named;   // Droid: the paths that were named; folders above them have no rows
+    std::string directory;            // Droid: where relative paths start; empty: in the working directory
 };
 
 // Makes the bytes of a report, from Begin to End. Whoever calls hands them over: what Begin, one call of Place, or End

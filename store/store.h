@@ -151,13 +151,13 @@ struct StoredRun {
     std::string directory;
 };
 
-// How many files have one answer.
+// How many files have one answer with the same warnings. Empty files are counted by themselves.
 struct AnswerCount {
-    Record record;  // without a path: its answer, or, for what could not be read, an error; the answer's size,
-                    // time, warnings and cost are not told
+    Record
+        record;  // without a path: its answer, or, for what could not be read, an error. The answer has its warnings;
+                 // its size is 0 or not told, its time and cost are not told
     std::uint64_t files = 0;
-    std::uint64_t bytes = 0;    // of all of them whose size is known
-    std::uint64_t unusual = 0;  // of them: those with FIID_WARN_EXTENSION
+    std::uint64_t bytes = 0;  // of all of them whose size is known
 };
 
 // Asks a store, also while it is scanned into: an answer is that of one moment. For one thread. Memory does not grow

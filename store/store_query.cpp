@@ -2,8 +2,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <compare>
+#include <map>
 #include <string_view>
-#include <unordered_map>
 
 #include "store/answers.h"
 #include "store/database.h"
@@ -57,6 +58,29 @@ std::string UnchangingFile(const std::string& file) {
 bool HasLog(const std::string& file) {
     struct stat status = {};
     return stat((file + "-wal").c_str(), &status) == 0 && status.st_size != 0;
+}
+
+// What files have in common that are counted together.
+struct AnswerKind {
+    std::int64_t answer = 0;  // 0 for none
+    std::int64_t warnings = 0;
+    bool isEmpty = false;
+
+    auto operator<=>(const AnswerKind&) const = default;
+};
+
+bool FillAnswer(const AnswerKind& kind, AnswerTexts& answers, Record& record) {
+    ClearResult(record.answer);
+    if (kind.answer == 0) {
+        record.error = "can't be read";
+        return true;
+    }
+    const StoredAnswer* const stored = answers.Find(kind.answer);
+    if (stored == nullptr) return false;
+    FillResult(*stored, record.answer);
+    record.answer.warnings = static_cast<std::uint32_t>(kind.warnings);
+    if (kind.isEmpty) record.answer.size = 0;
+    return true;
 }
 
 ChangeKind KindOf(std::string_view word) {
@@ -259,24 +283,17 @@ bool StoreQuery::CountAnswers(const std::function<void(const AnswerCount&)>& tak
         Statement rows;
         if (!rows.Prepare(parts_->database.Connection(), "SELECT answer, size, warnings FROM files"))
             return SQLITE_ERROR;
-        std::unordered_map<std::int64_t, AnswerCount> counts;  // by answer; 0 for none
+        std::map<AnswerKind, AnswerCount> counts;
         int status = rows.Step();
         for (; status == SQLITE_ROW; status = rows.Step()) {
-            AnswerCount& count = counts[rows.Number(0)];
+            const std::uint64_t size = FromColumn(rows.Number(1));
+            AnswerCount& count = counts[{rows.Number(0), rows.Number(2), size == 0 && !rows.IsNull(1)}];
             ++count.files;
-            count.bytes += FromColumn(rows.Number(1));
-            if ((rows.Number(2) & FIID_WARN_EXTENSION) != 0) ++count.unusual;
+            count.bytes += size;
         }
         if (status != SQLITE_DONE) return status;
-        for (auto& [answer, count] : counts) {
-            ClearResult(count.record.answer);
-            if (answer == 0) {
-                count.record.error = "can't be read";
-            } else {
-                const StoredAnswer* const stored = parts_->answers.Find(answer);
-                if (stored == nullptr) return SQLITE_CORRUPT;
-                FillResult(*stored, count.record.answer);
-            }
+        for (auto& [kind, count] : counts) {
+            if (!FillAnswer(kind, parts_->answers, count.record)) return SQLITE_CORRUPT;
             take(count);
         }
         return SQLITE_DONE;

@@ -103,21 +103,33 @@ TEST_F(Query, HashIsThatOfTheLatestRunThatHadOne) {
 TEST_F(Query, CountsFilesByTheirAnswers) {
     Record unusual = MadeRecord("b");
     unusual.answer.warnings = FIID_WARN_EXTENSION;
-    Record other = MadeRecord("c");
+    Record empty = MadeRecord("c");
+    empty.answer.size = 0;
+    Record other = MadeRecord("d");
     other.answer.fiid = 1999;
     other.answer.size = FIID_SIZE_UNKNOWN;
-    Scan(*store_, {MadeRecord("a"), unusual, other, MadeFailure("d", "No"), MadeFailure("e", "Never")});
+    Scan(*store_,
+         {MadeRecord("a"), unusual, empty, MadeRecord("a2"), other, MadeFailure("e", "No"), MadeFailure("f", "Never")});
     query_ = OpenQuery(file_);
-    std::map<std::uint16_t, AnswerCount> counts;
-    EXPECT_TRUE(query_->CountAnswers([&](const AnswerCount& count) { counts[count.record.answer.fiid] = count; }));
-    ASSERT_EQ(counts.size(), 3U);
-    EXPECT_EQ(counts[1503].files, 2U);
-    EXPECT_EQ(counts[1503].bytes, 200U);
-    EXPECT_EQ(counts[1503].unusual, 1U);
-    EXPECT_STREQ(counts[1503].record.answer.name, "GIF image");
-    EXPECT_EQ(counts[1999].bytes, 0U);
-    EXPECT_EQ(counts[0].files, 2U);
-    EXPECT_TRUE(counts[0].record.error.has_value());
+    std::vector<AnswerCount> counts;
+    EXPECT_TRUE(query_->CountAnswers([&](const AnswerCount& count) { counts.push_back(count); }));
+    const auto filesWith = [&](std::uint16_t fiid, std::uint32_t warnings, std::uint64_t size) {
+        AnswerCount found;
+        for (const AnswerCount& count : counts) {
+            const fiid_result& answer = count.record.answer;
+            if (answer.fiid == fiid && answer.warnings == warnings && answer.size == size) found = count;
+        }
+        return found;
+    };
+    ASSERT_EQ(counts.size(), 5U);
+    EXPECT_EQ(filesWith(1503, 0, FIID_SIZE_UNKNOWN).files, 2U);
+    EXPECT_EQ(filesWith(1503, 0, FIID_SIZE_UNKNOWN).bytes, 200U);
+    EXPECT_STREQ(filesWith(1503, 0, FIID_SIZE_UNKNOWN).record.answer.name, "GIF image");
+    EXPECT_EQ(filesWith(1503, FIID_WARN_EXTENSION, FIID_SIZE_UNKNOWN).bytes, 100U);
+    EXPECT_EQ(filesWith(1503, 0, 0).files, 1U);
+    EXPECT_EQ(filesWith(1999, 0, FIID_SIZE_UNKNOWN).bytes, 0U);
+    EXPECT_EQ(filesWith(0, 0, FIID_SIZE_UNKNOWN).files, 2U);
+    EXPECT_TRUE(filesWith(0, 0, FIID_SIZE_UNKNOWN).record.error.has_value());
 }
 
 TEST_F(Query, WhoeverTakesMayStop) {
