@@ -1,4 +1,5 @@
 // What the program writes for others: chosen fields, the columns of DROID and Siegfried, pages, hashes, summaries.
+#include <map>
 #include <nlohmann/json.hpp>
 #include <regex>
 
@@ -81,9 +82,9 @@ TEST_F(Output, WrongFormatsAreWrongUsage) {
 
 // ---- Columns of other programs --------------------------------------------------------------------------------------
 
-// DROID (The National Archives) exports a profile as CSV with "one row per file" in these columns, as its user guide
-// tells. The column of the hash is named after its kind. TYPE is File, Folder or Container; METHOD Signature, Container or
-// Extension; EXTENSION_MISMATCH true or false.
+// DROID (The National Archives) exports a profile as CSV in these columns, as its user guide tells. The column of the hash is
+// named after its kind. TYPE is File, Folder or Container; METHOD Signature, Container or Extension; EXTENSION_MISMATCH
+// true or false. A file with several possible formats has a row for each in the form "one row per format".
 TEST_F(Output, DroidColumns) {
     const auto rows = CsvRowsOf(Run("$FIID --format droid d/a.gif d/b.doc d/c,d").output);
     ASSERT_GE(rows.size(), 4U);
@@ -124,20 +125,26 @@ TEST_F(Output, DroidColumns) {
     EXPECT_EQ(hashed.back()[12], PartsOf(Run("sha256sum d/a.gif").output, ' ')[0]);
 }
 
-TEST_F(Output, DroidIdentifiersAreOnesAndLeadToTheFolder) {
+TEST_F(Output, DroidIdentifiersLeadToTheFolder) {
     Run("mkdir d/low; cp d/a.gif d/low/; cp d/a.gif d/z");
     const auto rows = CsvRowsOf(Run("$FIID --format droid d missing").output);
-    std::vector<std::string> identifiers;
-    std::string folder;
+    std::map<std::string, std::string> pathOf = {{"", ""}};
     for (std::size_t row = 1; row < rows.size(); ++row) {
+        const std::string path = CellOf(rows, row, "FILE_PATH");
+        const std::string identifier = CellOf(rows, row, "ID");
+        EXPECT_TRUE(!pathOf.contains(identifier) || pathOf[identifier] == path) << "an identifier is one path's";
+        pathOf[identifier] = path;
         const std::string parent = CellOf(rows, row, "PARENT_ID");
-        if (!parent.empty() && parent != "0") {
-            EXPECT_NE(std::find(identifiers.begin(), identifiers.end(), parent), identifiers.end()) << "a parent stands first";
-        }
-        identifiers.push_back(CellOf(rows, row, "ID"));
+        ASSERT_TRUE(pathOf.contains(parent)) << "the folder stands in front of " << path;
+        if (!parent.empty()) EXPECT_EQ(path.substr(0, path.rfind('/')), pathOf[parent]);
     }
-    const std::vector<std::string> sorted = Sorted(identifiers);
-    EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end());
+    std::vector<std::string> folders;
+    for (std::size_t row = 1; row < rows.size(); ++row) {
+        if (CellOf(rows, row, "TYPE") == "Folder") folders.push_back(CellOf(rows, row, "NAME"));
+    }
+    EXPECT_EQ(folders, (std::vector<std::string>{"d", "low"}));
+    EXPECT_EQ(CellOf(rows, rows.size() - 1, "NAME"), "missing");
+    EXPECT_NE(CellOf(rows, rows.size() - 1, "STATUS"), "Done");
 }
 
 // Siegfried's csv has these columns, as its documentation tells; since 1.10 a column "class" stands in front of "basis".
@@ -243,6 +250,106 @@ TEST_F(Output, AnswersAreTheSameWithAHash) {
     const ProgramRun compared = Run("(" + run + ") > plain; (" + run + " --hash xxh3) > hashed; cmp plain hashed && wc -l < hashed");
     EXPECT_EQ(compared.messages, "");
     EXPECT_GT(std::stoi("0" + compared.output), 100);
+}
+
+// ---- Summaries ------------------------------------------------------------------------------------------------------
+
+// Ten files: three images, two of them with an unusual name, four texts, an empty one, and two that are not known.
+class Summaries : public ProgramDirectory {
+ protected:
+    Summaries() {
+        Run("mkdir -p d/low d/high; printf GIF89a > d/a.gif; printf GIF89a > d/b.txt; printf GIF89a > d/low/c.PDF; "
+            "for name in 1.txt 2.txt low/3 low/4.TXT; do echo plain text > d/$name; done; : > d/high/empty; "
+            "printf '\\1\\2\\0\\3\\377\\0' | tee d/low/x > d/low/y.");
+    }
+};
+
+TEST_F(Summaries, NumbersAddUpByEveryKey) {
+    for (const char* key : {"format", "family", "mime", "extension", "directory"}) {
+        const std::string run = std::string("$FIID d missing --by ") + key + " --format ";
+        const ProgramRun whole = Run(run + "json");
+        EXPECT_EQ(whole.exitStatus, 1) << key;
+        EXPECT_EQ(whole.messages, "fiid: missing: No such file or directory\n") << key;
+        const Json summary = Json::parse(whole.output);
+        EXPECT_EQ(summary["by"], key);
+        EXPECT_EQ(summary["files"], 11) << key;
+        EXPECT_EQ(summary["bytes"], 74) << key;
+        EXPECT_EQ(summary["unreadable"], 1) << key;
+        EXPECT_EQ(summary["unusual"], 2) << key;
+        EXPECT_EQ(summary["unusual_bytes"], 12) << key;
+        int files = summary["unreadable"].get<int>();
+        int bytes = 0;
+        int last = 11;
+        for (const Json& group : summary["groups"]) {
+            EXPECT_LE(group["count"].get<int>(), last) << "the largest first";
+            last = group["count"].get<int>();
+            files += last;
+            bytes += group["bytes"].get<int>();
+            EXPECT_NEAR(group["share"].get<double>(), last / 11.0, 0.001);
+        }
+        if (std::string(key) == "format") {
+            files += summary["unknown"].get<int>();
+            bytes += summary["unknown_bytes"].get<int>();
+        }
+        EXPECT_EQ(files, 11) << key;
+        EXPECT_EQ(bytes, 74) << key;
+        const std::vector<std::string> lines = PartsOf(Run(run + "ndjson").output);
+        ASSERT_EQ(lines.size(), summary["groups"].size() + 1) << key;
+        Json end = summary;
+        end.erase("groups");
+        EXPECT_EQ(Json::parse(lines.back()), end) << key;
+        for (std::size_t index = 0; index + 1 < lines.size(); ++index) {
+            EXPECT_EQ(Json::parse(lines[index]), summary["groups"][index]) << key;
+        }
+    }
+}
+
+TEST_F(Summaries, GroupsAreThoseOfTheKey) {
+    const struct {
+        const char* key;
+        const char* field;
+        std::vector<std::pair<std::string, int>> counts;  // the largest first, then by name
+    } cases[] = {
+        {"mime", "mime", {{"text/plain", 4}, {"image/gif", 3}, {"application/octet-stream", 2}, {"inode/x-empty", 1}}},
+        {"family", "family", {{"text", 4}, {"image", 3}, {"unknown", 3}}},
+        {"extension", "extension", {{"txt", 4}, {"", 4}, {"gif", 1}, {"pdf", 1}}},
+        {"directory", "directory", {{"d/low", 5}, {"d", 4}, {"d/high", 1}}},
+        {"format", "name", {{"Text of 7-bit characters", 4}, {"GIF image", 3}, {"Empty file", 1}}},
+    };
+    for (const auto& [key, field, counts] : cases) {
+        const Json summary = Json::parse(Run(std::string("$FIID d --format json --summary --by ") + key).output);
+        std::map<std::string, int> seen;
+        for (const Json& group : summary["groups"]) seen[group[field]] = group["count"];
+        EXPECT_EQ(seen, (std::map<std::string, int>(counts.begin(), counts.end()))) << key;
+        EXPECT_EQ(summary["groups"][0][field], key == std::string("extension") ? summary["groups"][0][field] : Json(counts[0].first));
+    }
+}
+
+TEST_F(Summaries, EveryFormatTellsTheSameNumbers) {
+    EXPECT_EQ(Run("$FIID --summary d missing").exitStatus, 1);
+    const ProgramRun text = Run("$FIID --summary d missing");
+    EXPECT_EQ(text.output, Run("$FIID --by format d missing").output);
+    for (const char* fact : {"GIF image", "Text of 7-bit characters", "Empty file"}) {
+        EXPECT_NE(text.output.find(fact), std::string::npos) << fact;
+    }
+    EXPECT_EQ(text.output.find('\x1b'), std::string::npos);
+    const auto rows = CsvRowsOf(Run("$FIID --summary --format csv d missing").output);
+    std::map<std::string, std::string> counts;
+    for (std::size_t row = 1; row < rows.size(); ++row) counts[CellOf(rows, row, "name")] = CellOf(rows, row, "count");
+    EXPECT_EQ(counts["GIF image"], "3");
+    EXPECT_EQ(counts["Text of 7-bit characters"], "4");
+    const std::vector<std::string> lines = PartsOf(Run("$FIID --summary --format tsv d missing").output);
+    ASSERT_EQ(lines.size(), rows.size());
+    for (std::size_t row = 0; row < rows.size(); ++row) EXPECT_EQ(PartsOf(lines[row] + "\t", '\t'), rows[row]);
+}
+
+TEST_F(Summaries, CountWhatFiltersTake) {
+    EXPECT_EQ(Json::parse(Run("$FIID --summary --format json --match image d").output)["files"], 3);
+    EXPECT_EQ(Json::parse(Run("$FIID --summary --format json --mismatch d").output)["unusual"], 2);
+    EXPECT_EQ(Json::parse(Run("$FIID --summary --format json --glob '*.txt' d").output)["files"], 3);
+    EXPECT_EQ(Json::parse(Run("mkdir none; $FIID --summary --format json none").output)["files"], 0);
+    EXPECT_EQ(Run("$FIID --summary none").exitStatus, 0);
+    EXPECT_EQ(Run("$FIID --summary --fields path d").exitStatus, 2);
 }
 
 }  // namespace
