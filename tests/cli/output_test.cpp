@@ -136,7 +136,7 @@ TEST_F(Output, DroidIdentifiersLeadToTheFolder) {
         pathOf[identifier] = path;
         const std::string parent = CellOf(rows, row, "PARENT_ID");
         ASSERT_TRUE(pathOf.contains(parent)) << "the folder stands in front of " << path;
-        if (!parent.empty()) EXPECT_EQ(path.substr(0, path.rfind('/')), pathOf[parent]);
+        EXPECT_EQ(parent.empty() ? "" : path.substr(0, path.rfind('/')), pathOf[parent]);
     }
     std::vector<std::string> folders;
     for (std::size_t row = 1; row < rows.size(); ++row) {

@@ -37,8 +37,6 @@ class Store : public ProgramDirectory {
     }
 };
 
-using Held = std::map<std::string, std::string>;
-
 // ---- Again and again ------------------------------------------------------------------------------------------------
 
 TEST_F(Store, SecondRunFindsNothingNew) {
