@@ -46,7 +46,8 @@ TEST_F(FormatFilters, TakeAndLeaveOut) {
         {"--match 1557",                                    {"b.pdf"}},
         {"--match 4022",                                    {"c.txt", "empty"}},  // what the signature table says
         {"--match 20000",                                   {"empty"}},           // what the further table says
-        {"--match 1999",                                    {"unknown"}},
+        {"--match 20339",                                   {"unknown"}},
+        {"--match 1999 --no-text --no-further",             {"c.txt", "empty", "unknown"}},
         {"--match 1504",                                    {}},
         {"--match fmt/4",                                   {"a.gif"}},
         {"--match fmt/3",                                   {}},
@@ -323,7 +324,7 @@ TEST_F(ProgramDirectory, SizesAreInclusiveOnBothSides) {
 
 TEST_F(ProgramDirectory, SizesAreNotThoseOfPipes) {
     Run("mkfifo fifo");
-    EXPECT_EQ(Run("printf GIF89a > fifo & $FIID --format path --min-size 1K fifo").output, "fifo\n");
+    EXPECT_EQ(Run("timeout 20 bash -c 'printf GIF89a > fifo' & $FIID --format path --min-size 1K fifo").output, "fifo\n");
     EXPECT_EQ(Run("printf GIF89a | $FIID --format path --min-size 1K -").output, "-\n");
     EXPECT_EQ(Run("$FIID --format path --max-size 1K missing").exitStatus, 1);
 }

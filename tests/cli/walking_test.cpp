@@ -152,7 +152,7 @@ class DeepTree : public ProgramDirectory {
                 close(file);
                 paths_.insert(paths_.begin(), path + "/z.gif");
             }
-            name = std::string(199, static_cast<char>('a' + level % 26)) + std::to_string(level % 10);
+            name = std::string(199, static_cast<char>('a' + level % 25)) + std::to_string(level % 10);
             path += "/" + name;
         }
         close(directory);
@@ -286,7 +286,7 @@ TEST_F(Walking, WhatIsNoFileIsAFailureWhereItIsNamed) {
 TEST_F(Walking, NamedFifoIsReadToItsEndByEveryNumberOfJobs) {
     Run("mkfifo fifo; printf GIF89a > a.gif");
     for (const char* jobs : {"1", "4"}) {
-        const ProgramRun run = Run("{ printf %%PDF-; printf 1.4; } > fifo & $FIID --format tsv a.gif fifo a.gif -j " +
+        const ProgramRun run = Run("timeout 20 bash -c '{ printf %%PDF-; printf 1.4; } > fifo' & $FIID --format tsv a.gif fifo a.gif -j " +
                                    std::string(jobs) + " | cut -f 1,2,11");
         EXPECT_EQ(run.output, "path\tfiid\tsize\na.gif\t1503\t6\nfifo\t1557\t8\na.gif\t1503\t6\n");
     }
@@ -348,7 +348,7 @@ TEST_F(Walking, FirstRecordsOfAWalkWaitForNoOthers) {
     // Nobody writes into the FIFO before the records in front of it are there.
     const ProgramRun run = Run(
         "$FIID --format path d missing z -j 4 > out & for turn in {1..6000}; do [ $(wc -l < out) = 5 ] && break; sleep 0.01; "
-        "done; cat out; printf GIF89a > z; wait $!; tail -n 1 out");
+        "done; cat out; timeout 20 bash -c 'printf GIF89a > z'; wait $!; tail -n 1 out");
     EXPECT_EQ(run.output, "d/1\nd/2\nd/3\nd/4\nd/5\nz\n");
 }
 
