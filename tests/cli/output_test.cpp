@@ -36,7 +36,8 @@ TEST_F(Output, FieldsComeInTheOrderThatWasAskedFor) {
               "fiid\tmtime\tpath\tfamily\n1503\t2001-02-03T04:05:06Z\td/a.gif\timage\n");
     EXPECT_EQ(Run("$FIID --format ndjson --fields size,path,puid d/a.gif").output,
               "{\"size\":6,\"path\":\"d/a.gif\",\"puid\":[\"fmt/4\"]}\n");
-    EXPECT_EQ(Run("$FIID --format json --fields fiid,path d/a.gif").output, "[\n{\"fiid\":1503,\"path\":\"d/a.gif\"}\n]\n");
+    EXPECT_EQ(Run("$FIID --format json --fields fiid,path d/a.gif").output,
+              "[\n{\"fiid\":1503,\"path\":\"d/a.gif\"}\n]\n");
     EXPECT_EQ(Run("$FIID --format csv --fields path d/a.gif").output, "path\r\nd/a.gif\r\n");
 }
 
@@ -47,9 +48,11 @@ TEST_F(Output, EveryFieldOfARecordMayBeAskedFor) {
     ASSERT_EQ(chosen.size(), 5U);
     for (const std::string& field : PartsOf(fields, ',')) {
         if (field == "family") continue;
-        for (std::size_t row = 1; row < 5; ++row) EXPECT_EQ(CellOf(chosen, row, field), CellOf(all, row, field)) << field;
+        for (std::size_t row = 1; row < 5; ++row)
+            EXPECT_EQ(CellOf(chosen, row, field), CellOf(all, row, field)) << field;
     }
-    for (const std::string& field : PartsOf("row,signature,routine,further_row,further_signature,looked_at,bytes_read,calls", ',')) {
+    for (const std::string& field :
+         PartsOf("row,signature,routine,further_row,further_signature,looked_at,bytes_read,calls", ',')) {
         EXPECT_EQ(Run("$FIID --explain --format csv d/a.gif --fields " + field).exitStatus, 0) << field;
         EXPECT_EQ(Run("$FIID --format csv d/a.gif --fields " + field).exitStatus, 2) << field;
     }
@@ -57,9 +60,9 @@ TEST_F(Output, EveryFieldOfARecordMayBeAskedFor) {
 
 TEST_F(Output, WrongFieldsAreWrongUsage) {
     for (const char* options :
-         {"--fields color", "--fields path,color", "--fields ''", "--fields path,,fiid", "--fields PATH", "--fields row",
-          "--fields sha256", "--fields xxh3", "--hash xxh3 --fields sha256", "--hash sha256 --fields xxh3",
-          "--fields change", "--fields before", "--fields copies"}) {
+         {"--fields color", "--fields path,color", "--fields ''", "--fields path,,fiid", "--fields PATH",
+          "--fields row", "--fields sha256", "--fields xxh3", "--hash xxh3 --fields sha256",
+          "--hash sha256 --fields xxh3", "--fields change", "--fields before", "--fields copies"}) {
         const ProgramRun run = Run(std::string("$FIID --format csv d ") + options);
         EXPECT_EQ(run.exitStatus, 2) << options;
         EXPECT_EQ(run.output, "") << options;
@@ -92,9 +95,10 @@ TEST_F(Output, DroidColumns) {
     EXPECT_TRUE(rows[0][12].ends_with("HASH")) << rows[0][12];
     std::vector<std::string> others = rows[0];
     others.erase(others.begin() + 12);
-    EXPECT_EQ(others, PartsOf("ID,PARENT_ID,URI,FILE_PATH,NAME,METHOD,STATUS,SIZE,TYPE,EXT,LAST_MODIFIED,EXTENSION_MISMATCH,"
-                              "FORMAT_COUNT,PUID,MIME_TYPE,FORMAT_NAME,FORMAT_VERSION",
-                              ','));
+    EXPECT_EQ(others,
+              PartsOf("ID,PARENT_ID,URI,FILE_PATH,NAME,METHOD,STATUS,SIZE,TYPE,EXT,LAST_MODIFIED,EXTENSION_MISMATCH,"
+                      "FORMAT_COUNT,PUID,MIME_TYPE,FORMAT_NAME,FORMAT_VERSION",
+                      ','));
     std::size_t gif = 0;
     std::size_t doc = 0;
     std::size_t unknown = 0;
@@ -108,9 +112,16 @@ TEST_F(Output, DroidColumns) {
     const struct {
         const char* column;
         const char* cell;
-    } cells[] = {{"METHOD", "Signature"}, {"STATUS", "Done"},     {"SIZE", "6"},          {"TYPE", "File"},
-                 {"EXT", "gif"},          {"FORMAT_COUNT", "1"},  {"PUID", "fmt/4"},      {"MIME_TYPE", "image/gif"},
-                 {"FORMAT_VERSION", "89a"}, {"EXTENSION_MISMATCH", "false"}};
+    } cells[] = {{"METHOD", "Signature"},
+                 {"STATUS", "Done"},
+                 {"SIZE", "6"},
+                 {"TYPE", "File"},
+                 {"EXT", "gif"},
+                 {"FORMAT_COUNT", "1"},
+                 {"PUID", "fmt/4"},
+                 {"MIME_TYPE", "image/gif"},
+                 {"FORMAT_VERSION", "89a"},
+                 {"EXTENSION_MISMATCH", "false"}};
     for (const auto& [column, cell] : cells) EXPECT_EQ(CellOf(rows, gif, column), cell) << column;
     EXPECT_TRUE(CellOf(rows, gif, "FILE_PATH").ends_with("d/a.gif"));
     EXPECT_TRUE(CellOf(rows, gif, "URI").starts_with("file:/"));
@@ -154,12 +165,14 @@ TEST_F(Output, SiegfriedColumns) {
     ASSERT_EQ(rows.size(), 5U);
     std::vector<std::string> headings = rows[0];
     std::erase(headings, "class");
-    EXPECT_EQ(headings, PartsOf("filename,filesize,modified,errors,namespace,id,format,version,mime,basis,warning", ','));
+    EXPECT_EQ(headings,
+              PartsOf("filename,filesize,modified,errors,namespace,id,format,version,mime,basis,warning", ','));
     const struct {
         const char* column;
         const char* cell;
-    } cells[] = {{"filename", "d/a.gif"}, {"filesize", "6"}, {"errors", ""},        {"namespace", "pronom"},
-                 {"id", "fmt/4"},         {"version", "89a"}, {"mime", "image/gif"}, {"modified", "2001-02-03T04:05:06Z"}};
+    } cells[] = {
+        {"filename", "d/a.gif"}, {"filesize", "6"},  {"errors", ""},        {"namespace", "pronom"},
+        {"id", "fmt/4"},         {"version", "89a"}, {"mime", "image/gif"}, {"modified", "2001-02-03T04:05:06Z"}};
     for (const auto& [column, cell] : cells) EXPECT_EQ(CellOf(rows, 1, column), cell) << column;
     EXPECT_NE(CellOf(rows, 1, "format"), "");
     EXPECT_EQ(CellOf(rows, 2, "id"), "fmt/18");
@@ -185,8 +198,9 @@ TEST_F(Output, PageNeedsNoNetwork) {
     const std::string& page = run.output;
     EXPECT_TRUE(page.starts_with("<!DOCTYPE html>") || page.starts_with("<!doctype html>"));
     EXPECT_NE(page.find("</html>"), std::string::npos);
-    for (const char* load : {"(src|srcset|data|poster|action)\\s*=\\s*[\"']?\\s*(https?:)?//", "<link\\b", "@import", "<script[^>]*\\bsrc\\b",
-                             "url\\(\\s*[\"']?\\s*(https?:)?//", "fetch\\(", "XMLHttpRequest", "WebSocket", "<base\\b"}) {
+    for (const char* load : {"(src|srcset|data|poster|action)\\s*=\\s*[\"']?\\s*(https?:)?//", "<link\\b", "@import",
+                             "<script[^>]*\\bsrc\\b", "url\\(\\s*[\"']?\\s*(https?:)?//", "fetch\\(", "XMLHttpRequest",
+                             "WebSocket", "<base\\b"}) {
         EXPECT_FALSE(std::regex_search(page, std::regex(load, std::regex::icase))) << load;
     }
     for (const char* fact : {"copy136.gif", "b.doc", "missing", "No such file or directory", "138"}) {
@@ -225,7 +239,8 @@ TEST_F(Output, HashesAreThoseThatAreKnown) {
 }
 
 TEST_F(Output, HashesOfFilesOfManySizesArePlain) {
-    Run("mkdir e; for size in 1 55 56 63 64 65 4095 4096 4097 65535 65536 65537 131072 1000000 1048576 1048577 3000000; do "
+    Run("mkdir e; for size in 1 55 56 63 64 65 4095 4096 4097 65535 65536 65537 131072 1000000 1048576 1048577 "
+        "3000000; do "
         "yes $size | head -c $size > e/$size; done");
     EXPECT_EQ(Run("$FIID --format tsv --hash sha256 --fields sha256,path e -j 3 | tail -n +2 | sed 's/\\t/  /' > ours; "
                   "sort -k 2 ours > sorted; sha256sum e/* | sort -k 2 | cmp - sorted && wc -l < sorted")
@@ -235,7 +250,9 @@ TEST_F(Output, HashesOfFilesOfManySizesArePlain) {
 
 TEST_F(Output, HashOfAPipeAndOfWhatCannotBeRead) {
     Run("mkfifo fifo");
-    EXPECT_EQ(Run("timeout 20 bash -c 'printf abc > fifo' & $FIID --format tsv --hash xxh3 --fields path,xxh3,size fifo | tail -n 1").output,
+    EXPECT_EQ(Run("timeout 20 bash -c 'printf abc > fifo' & $FIID --format tsv --hash xxh3 --fields path,xxh3,size "
+                  "fifo | tail -n 1")
+                  .output,
               "fifo\t78af5f94892f3950\t3\n");
     EXPECT_EQ(Run("printf abc | $FIID --format tsv --hash xxh3 --fields path,xxh3 - | tail -n 1").output,
               "-\t78af5f94892f3950\n");
@@ -245,9 +262,11 @@ TEST_F(Output, HashOfAPipeAndOfWhatCannotBeRead) {
 }
 
 TEST_F(Output, AnswersAreTheSameWithAHash) {
-    const std::string run = "cd '" FIID_SAMPLES_DIR "'; $FIID . --format tsv --fields "
+    const std::string run = "cd '" FIID_SAMPLES_DIR
+                            "'; $FIID . --format tsv --fields "
                             "path,fiid,name,mime,puid,error,further,version,basis,warning,size,mtime ";
-    const ProgramRun compared = Run("(" + run + ") > plain; (" + run + " --hash xxh3) > hashed; cmp plain hashed && wc -l < hashed");
+    const ProgramRun compared =
+        Run("(" + run + ") > plain; (" + run + " --hash xxh3) > hashed; cmp plain hashed && wc -l < hashed");
     EXPECT_EQ(compared.messages, "");
     EXPECT_GT(std::stoi("0" + compared.output), 100);
 }
@@ -321,7 +340,8 @@ TEST_F(Summaries, GroupsAreThoseOfTheKey) {
         std::map<std::string, int> seen;
         for (const Json& group : summary["groups"]) seen[group[field]] = group["count"];
         EXPECT_EQ(seen, (std::map<std::string, int>(counts.begin(), counts.end()))) << key;
-        EXPECT_EQ(summary["groups"][0][field], key == std::string("extension") ? summary["groups"][0][field] : Json(counts[0].first));
+        EXPECT_EQ(summary["groups"][0][field],
+                  key == std::string("extension") ? summary["groups"][0][field] : Json(counts[0].first));
     }
 }
 
@@ -344,9 +364,9 @@ TEST_F(Summaries, EveryFormatTellsTheSameNumbers) {
 }
 
 TEST_F(Summaries, CountWhatFiltersTake) {
-    EXPECT_EQ(Json::parse(Run("$FIID --summary --format json --match image d").output)["files"], 3);
+    EXPECT_EQ(Json::parse(Run("$FIID --summary --format json d --match image").output)["files"], 3);
     EXPECT_EQ(Json::parse(Run("$FIID --summary --format json --mismatch d").output)["unusual"], 2);
-    EXPECT_EQ(Json::parse(Run("$FIID --summary --format json --glob '*.txt' d").output)["files"], 3);
+    EXPECT_EQ(Json::parse(Run("$FIID --summary --format json d --glob '*.txt'").output)["files"], 3);
     EXPECT_EQ(Json::parse(Run("mkdir none; $FIID --summary --format json none").output)["files"], 0);
     EXPECT_EQ(Run("$FIID --summary none").exitStatus, 0);
     EXPECT_EQ(Run("$FIID --summary --fields path d").exitStatus, 2);

@@ -76,7 +76,8 @@ TEST_F(ShowingProgress, BesideATerminalNothingIsShownUnasked) {
 }
 
 TEST_F(ShowingProgress, GoesToStandardErrorAlone) {
-    for (const char* options : {"", "--format json", "--format csv", "--print0", "--summary", "-j 1", "--files-from list"}) {
+    for (const char* options :
+         {"", "--format json", "--format csv", "--print0", "--summary", "-j 1", "--files-from list"}) {
         Run("ls d/* > list");
         const ProgramRun plain = Run(std::string("$FIID d ") + options);
         const ProgramRun shown = Run(std::string("$FIID --progress d ") + options);
@@ -127,7 +128,8 @@ TEST_F(ShowingProgress, ProgressOnATerminalLeavesTheOutputAlone) {
 TEST_F(ShowingProgress, NamesDoNotSteerTheTerminal) {
     Write("d/\x1b[2J\x07.gif", "GIF89a");
     Run("mkdir $'d/\\e[31m'; chmod 0 $'d/\\e[31m'");
-    const std::string shown = RunOnTerminal(directory_, WithoutPrivileges() + "$FIID --progress --verbose d $'\\e[32m'");
+    const std::string shown =
+        RunOnTerminal(directory_, WithoutPrivileges() + "$FIID --progress --verbose d $'\\e[32m'");
     for (const char* sequence : {"\x1b[2J", "\x1b[31m", "\x1b[32m", "\x07"}) {
         EXPECT_EQ(shown.find(sequence), std::string::npos) << sequence + 1;
     }
@@ -138,7 +140,8 @@ TEST_F(ShowingProgress, SummaryFitsTheTerminal) {
     EXPECT_NE(shown.find("GIF image"), std::string::npos);
     for (const std::string& line : LinesShown(shown)) {
         // Characters, not bytes: bars are drawn.
-        const auto characters = std::count_if(line.begin(), line.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
+        const auto characters =
+            std::count_if(line.begin(), line.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
         EXPECT_LE(characters, 60) << line;
     }
     EXPECT_EQ(Run("$FIID --summary d | grep -c $'\\e'").output, "0\n") << "none of it in a pipe";

@@ -10,7 +10,8 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr char closingLine[] = "fiid: s: ";  // standard error: "fiid: s: 3 files, 3 new, 0 changed, 0 gone, 0 unreadable"
+// Standard error of a scan: "fiid: s: 3 files, 3 new, 0 changed, 0 gone, 0 unreadable".
+constexpr char closingLine[] = "fiid: s: ";
 
 class Store : public ProgramDirectory {
  protected:
@@ -43,7 +44,8 @@ TEST_F(Store, SecondRunFindsNothingNew) {
     MakeFiles();
     EXPECT_EQ(Closing("d"), "3 files, 3 new, 0 changed, 0 gone, 0 unreadable\n");
     EXPECT_EQ(Closing("d"), "3 files, 0 new, 0 changed, 0 gone, 0 unreadable\n");
-    EXPECT_EQ(Held("fiid"), (std::map<std::string, std::string>{{"d/a.gif", "1503"}, {"d/b.doc", "1557"}, {"d/low/c", "1503"}}));
+    EXPECT_EQ(Held("fiid"),
+              (std::map<std::string, std::string>{{"d/a.gif", "1503"}, {"d/b.doc", "1557"}, {"d/low/c", "1503"}}));
 }
 
 TEST_F(Store, ChangesAreFoundBySizeAndTime) {
@@ -88,7 +90,8 @@ TEST_F(Store, PruneTakesOutWhatIsGoneBelowThePathsThatAreNamed) {
     const ProgramRun prune = Run("$FIID --store s --prune");
     EXPECT_EQ(prune.exitStatus, 0);
     EXPECT_NE(prune.messages.find("2 gone"), std::string::npos) << prune.messages;
-    EXPECT_EQ(Held("size"), (std::map<std::string, std::string>{{"d/b.doc", "8"}, {"d/low/c", "6"}, {"e/a.gif", "6"}, {"e/b.doc", "8"}}));
+    EXPECT_EQ(Held("size"), (std::map<std::string, std::string>{
+                                {"d/b.doc", "8"}, {"d/low/c", "6"}, {"e/a.gif", "6"}, {"e/b.doc", "8"}}));
 }
 
 TEST_F(Store, PruneIsNotFooledByFiltersAndFailures) {
@@ -108,8 +111,9 @@ TEST_F(Store, HashMayBeAskedForLater) {
     Closing("d");
     Closing("--hash sha256 d");
     EXPECT_EQ(Closing("--hash sha256 d"), "3 files, 0 new, 0 changed, 0 gone, 0 unreadable\n");
-    EXPECT_EQ(Run("$FIID --store s --hash sha256 --format tsv --fields sha256,path d | tail -n +2 | sed 's/\\t/  /'").output,
-              Run("sha256sum d/a.gif d/b.doc d/low/c").output);
+    EXPECT_EQ(
+        Run("$FIID --store s --hash sha256 --format tsv --fields sha256,path d | tail -n +2 | sed 's/\\t/  /'").output,
+        Run("sha256sum d/a.gif d/b.doc d/low/c").output);
     const ProgramRun run = Run("$FIID --store s --query duplicates --format ndjson");
     std::set<std::string> paths;
     for (const std::string& line : PartsOf(run.output)) {
@@ -148,7 +152,8 @@ TEST_F(Store, NamesOfAnyBytesAreKept) {
 }
 
 TEST_F(Store, DeepTreesAreKept) {
-    const ProgramRun made = Run("name=$(printf %0200d 0); for level in {1..60}; do mkdir $name; cd $name; done; printf GIF89a > a.gif");
+    const ProgramRun made =
+        Run("name=$(printf %0200d 0); for level in {1..60}; do mkdir $name; cd $name; done; printf GIF89a > a.gif");
     ASSERT_EQ(made.exitStatus, 0) << made.messages;
     EXPECT_EQ(Closing("0*"), "1 file, 1 new, 0 changed, 0 gone, 0 unreadable\n");
     EXPECT_EQ(Closing("0*"), "1 file, 0 new, 0 changed, 0 gone, 0 unreadable\n");
@@ -165,29 +170,40 @@ TEST_F(Store, OutputIsTheSameAsWithoutAStore) {
     Run("cp d/a.gif $'d/\\xff\\n'; ln -s a.gif d/link; mkfifo d/fifo");
     int number = 0;
     for (const char* options :
-         {"--format text", "--format ndjson", "--format json", "--format csv", "--format tsv", "--mime", "--print0",
-          "--format path", "--format droid", "--format siegfried", "--format csv --fields size,path,family",
-          "--format tsv --hash sha256", "--format csv --match image", "--format text --mismatch", "--summary",
-          "--by extension --format json", "--no-further --format csv", "--explain --format tsv", "--no-text --format csv"}) {
-        const std::string run = "$FIID " + std::string(options) + " ./d/ socket d//low missing d -j 2";
+         {"--format text --mismatch", "--format json", "--mime", "--print0", "--format droid", "--format siegfried",
+          "--format csv --fields size,path,family", "--format tsv --hash sha256", "--format csv --match image",
+          "--summary", "--by extension --format json", "--no-further --format csv", "--explain --format tsv",
+          "--no-text --format csv"}) {
+        const std::string run = "$FIID ./d/ socket d//low missing d -j 2 " + std::string(options);
         const std::string store = " --store s" + std::to_string(number++);
-        const ProgramRun compared = Run(run + " > plain 2> plain.messages; echo $?; for turn in 1 2 3; do " + run + store +
-                                        " > out 2> messages; echo $?; cmp out plain; cmp messages plain.messages; done");
-        EXPECT_EQ(compared.output, "1\n1\n1\n1\n") << options;
+        const ProgramRun compared =
+            Run(run + " > plain 2> plain.messages; echo $?; for turn in 1 2; do " + run + store +
+                " > out 2> messages; echo $?; cmp out plain; grep -v ^fiid:.s[0-9]*:..*files,.*gone messages | cmp - "
+                "plain.messages; done");
+        EXPECT_EQ(compared.output, "1\n1\n1\n") << options;
         EXPECT_EQ(compared.messages, "") << options;
     }
     // One store for options that ask for different answers.
-    for (const char* options : {"--format csv", "--format csv --no-further", "--format csv --no-text", "--format csv"}) {
+    for (const char* options :
+         {"--format csv", "--format csv --no-further", "--format csv --no-text", "--format csv"}) {
         const std::string run = "$FIID d " + std::string(options);
         EXPECT_EQ(Run(run + " --store shared").output, Run(run).output) << options;
     }
+}
+
+TEST_F(Store, ClosingLineStandsInPlaceOfRecords) {
+    MakeFiles();
+    EXPECT_EQ(Closing("d"), "3 files, 3 new, 0 changed, 0 gone, 0 unreadable\n");
+    EXPECT_EQ(Run("$FIID d --store s --format csv").messages, "");
+    EXPECT_EQ(Run("$FIID d --store s --summary").messages, "");
 }
 
 TEST_F(Store, StandardInputAndListsGoWithIt) {
     MakeFiles();
     EXPECT_EQ(Run("printf 'd\\0missing\\0' | $FIID -0 --files-from - --store s").exitStatus, 1);
     EXPECT_EQ(Run("$FIID --store s --query files --format path | grep -c d/").output, "3\n");
-    EXPECT_EQ(Run("printf 'd\\0' | $FIID -0 --files-from - --store s --format path").output, "d/a.gif\nd/b.doc\nd/low/c\n");
+    EXPECT_EQ(Run("printf 'd\\0' | $FIID -0 --files-from - --store s --format path").output,
+              "d/a.gif\nd/b.doc\nd/low/c\n");
 }
 
 // ---- Ends -----------------------------------------------------------------------------------------------------------
@@ -200,31 +216,37 @@ class ManyFiles : public Store {
             std::string directory = "d" + std::to_string(group);
             MakeDirectory(directory);
             for (int index = 0; index < files / 10; ++index) {
-                Write(directory + "/" + std::to_string(index), "GIF89a" + std::string(static_cast<std::size_t>(index), 'x'));
+                Write(directory + "/" + std::to_string(index),
+                      "GIF89a" + std::string(static_cast<std::size_t>(index), 'x'));
             }
         }
     }
     void ExpectAllHeldOnce() const {
-        const ProgramRun run = Run(
-            "$FIID d? --store s --format csv > out || exit 1; $FIID d? --format csv | cmp - out; $FIID --store s --query files "
-            "--format csv --fields path,fiid,size | tail -n +2 | sort > held; $FIID d? --format csv --fields path,fiid,size | "
-            "tail -n +2 | sort | cmp - held; wc -l < held; $FIID d? --store s");
+        const ProgramRun run =
+            Run("$FIID d? --store s --format csv > out || exit 1; $FIID d? --format csv | cmp - out; $FIID --store s "
+                "--query files "
+                "--format csv --fields path,fiid,size | tail -n +2 | sort > held; $FIID d? --format csv --fields "
+                "path,fiid,size | "
+                "tail -n +2 | sort | cmp - held; wc -l < held; $FIID d? --store s 2> closing");
         EXPECT_EQ(run.output, std::to_string(files) + "\n");
-        EXPECT_EQ(run.messages, "fiid: s: 2000 files, 0 new, 0 changed, 0 gone, 0 unreadable\n");
+        EXPECT_EQ(ReadWholeFile(directory_ + "/closing"),
+                  "fiid: s: 2000 files, 0 new, 0 changed, 0 gone, 0 unreadable\n");
     }
 };
 
 TEST_F(ManyFiles, KilledRunsGoOn) {
-    Run("for wait in 0 0.001 0.005 0.01 0.02 0.03 0.05 0.08; do $FIID d? --store s --hash sha256 & sleep $wait; kill -KILL $!; wait $!; "
+    Run("for wait in 0 0.005 0.02 0.04 0.08; do $FIID d? --store s --hash sha256 & sleep $wait; kill -KILL $!; wait "
+        "$!; "
         "done");
     ExpectAllHeldOnce();
 }
 
 TEST_F(ManyFiles, KilledWhileItsRecordsAreReadItGoesOn) {
     // The program waits for its reader, in the middle of its work.
-    const ProgramRun run = Run(
-        "mkfifo pipe; $FIID d? --store s --format csv --explain > pipe & exec 9<> pipe; head -c 20000 <&9 > /dev/null; kill -KILL "
-        "$!; wait $!; echo $?; exec 9<&-");
+    const ProgramRun run =
+        Run("mkfifo pipe; $FIID d? --store s --format csv --explain > pipe & exec 9<> pipe; head -c 20000 <&9 > "
+            "/dev/null; kill -KILL "
+            "$!; wait $!; echo $?; exec 9<&-");
     EXPECT_EQ(run.output, "137\n");
     ExpectAllHeldOnce();
 }
@@ -233,14 +255,16 @@ TEST_F(ManyFiles, InterruptedRunEndsBehindAWholeRecordAndGoesOn) {
     // With job control (set -m) the shell does not let a command in the background ignore SIGINT. The list's writer keeps
     // its pipe open.
     const ProgramRun run = Run(
-        "set -m; mkfifo list; exec 9<>list; $FIID --files-from list --store s --format csv > out & echo d0 >&9; echo d1 >&9; for "
+        "set -m; mkfifo list; exec 9<>list; $FIID --files-from list --store s --format csv > out & echo d0 >&9; echo "
+        "d1 >&9; for "
         "turn in {1..6000}; do [ $(wc -l < out) -gt 350 ] && break; sleep 0.01; done; kill -INT $!; wait $!; echo $?; "
         "tail -c 1 out | od -An -c");
     EXPECT_EQ(run.output, "130\n  \\n\n");
     const std::string out = ReadWholeFile(directory_ + "/out");
     EXPECT_TRUE(Run("$FIID --format csv d0 d1").output.starts_with(out));
     EXPECT_GT(CsvRowsOf(out).size(), 350U);
-    EXPECT_EQ(std::to_string(CsvRowsOf(out).size() - 1) + "\n", Run("$FIID --store s --query files --format tsv --fields path | grep -c /").output)
+    EXPECT_EQ(std::to_string(CsvRowsOf(out).size() - 1) + "\n",
+              Run("$FIID --store s --query files --format tsv --fields path | grep -c /").output)
         << "what was told is kept";
     ExpectAllHeldOnce();
 }
@@ -251,7 +275,8 @@ TEST_F(Store, SecondScanIsRefusedAndReadersAreNot) {
     MakeFiles();
     Closing("d");
     const ProgramRun run = Run(
-        "mkfifo list; exec 9<>list; $FIID --files-from list --store s --format path > out & echo d/a.gif >&9; for turn in "
+        "mkfifo list; exec 9<>list; $FIID --files-from list --store s --format path > out & echo d/a.gif >&9; for turn "
+        "in "
         "{1..6000}; do [ -s out ] && break; sleep 0.01; done; $FIID --store s d > /dev/null 2> refused; echo $?; "
         "$FIID --store s --query files --format path; $FIID --store s --query summary > /dev/null; echo $?; "
         "$FIID --store other d 2> /dev/null; echo $?; kill -TERM $!; wait $!; $FIID --store s d 2> /dev/null; echo $?");
@@ -282,7 +307,8 @@ TEST_F(Store, RelativePathsFromAnotherDirectoryAreRefused) {
     EXPECT_EQ(run.output, "");
     EXPECT_NE(run.messages, "");
     EXPECT_EQ(Held("fiid").size(), 3U);
-    EXPECT_EQ(Run("cd d; $FIID --store ../s --query files --format path | wc -l").output, "3\n") << "questions may come from anywhere";
+    EXPECT_EQ(Run("cd d; $FIID --store ../s --query files --format path | wc -l").output, "3\n")
+        << "questions may come from anywhere";
     EXPECT_EQ(Run("$FIID --store absolute $PWD/d; cd d; $FIID --store ../absolute $PWD").exitStatus, 0);
 }
 
@@ -293,7 +319,8 @@ TEST_F(Store, WhatIsNoStoreIsAFailureAndStaysAsItIs) {
     Write("text", "plain text, and more of it\n");
     Write("long", std::string(100000, 'x'));
     // The first page of an empty database of another program (application identifier 0x0F055112, a Fossil check-out).
-    std::string database = "SQLite format 3" + std::string(1, '\0') + std::string("\x10\x00\x01\x01\x00\x40\x20\x20", 8);
+    std::string database =
+        "SQLite format 3" + std::string(1, '\0') + std::string("\x10\x00\x01\x01\x00\x40\x20\x20", 8);
     database += std::string("\0\0\0\1\0\0\0\1", 8) + std::string(8, '\0') + std::string("\0\0\0\0\0\0\0\4", 8);
     database += std::string(8, '\0') + std::string("\0\0\0\1\0\0\0\0", 8) + std::string(4, '\0') + "\x0F\x05\x51\x12";
     database.resize(100, '\0');
@@ -335,10 +362,10 @@ TEST_F(Store, DamagedStoresAreFailures) {
 TEST_F(Store, WrongUsage) {
     MakeFiles();
     Closing("d");
-    for (const char* options :
-         {"--query files", "--store s --query files d", "--store s --query color", "--store s", "--store s --query ''", "--prune d",
-          "--rescan d", "--refresh d", "--store '' d", "--store s --query files --files-from list",
-          "--store s --query summary --format html", "--store s --query summary --format droid", "--store s --query files -"}) {
+    for (const char* options : {"--query files", "--store s --query files d", "--store s --query color", "--store s",
+                                "--store s --query ''", "--prune d", "--rescan d", "--refresh d", "--store '' d",
+                                "--store s --query files --files-from list", "--store s --query summary --format html",
+                                "--store s --query summary --format droid", "--store s --query files -"}) {
         const ProgramRun run = Run(std::string("$FIID ") + options + " < /dev/null");
         EXPECT_EQ(run.exitStatus, 2) << options;
         EXPECT_EQ(run.output, "") << options;
@@ -350,12 +377,13 @@ TEST_F(Store, WrongUsage) {
 
 class Questions : public Store {
  protected:
-    // Two runs: between them a file comes, one changes, one goes; a socket is named.
+    // Two runs: between them a file comes, one changes, one goes; one can't be read.
     Questions() {
         MakeFiles();
-        MakeSocket("socket");
-        Run("printf GIF89a > d/gone; $FIID --store s --hash sha256 d; printf 'plain text' > d/a.gif; printf '%%PDF-1.4' > d/new.pdf; "
-            "rm d/gone; $FIID --store s --hash sha256 --prune d socket");
+        Run("printf GIF89a > d/gone; printf GIF89a > d/secret; chmod 0 d/secret; " + WithoutPrivileges() +
+            "$FIID --store s --hash sha256 d; printf 'plain text' > d/a.gif; printf '%%PDF-1.4' > d/new.pdf; "
+            "rm d/gone; " +
+            WithoutPrivileges() + "$FIID --store s --hash sha256 --prune d");
     }
     ProgramRun Ask(const std::string& question) const { return Run("$FIID --store s --query " + question); }
 };
@@ -372,7 +400,8 @@ TEST_F(Questions, HaveAnswersInEveryFormat) {
         for (const char* format : {"csv", "tsv", "siegfried"}) {
             const ProgramRun run = Ask(std::string(query) + " --format " + format);
             EXPECT_EQ(run.exitStatus, 0) << query << format;
-            const std::string text = format == std::string("tsv") ? std::regex_replace(run.output, std::regex("\t"), ",") : run.output;
+            const std::string text =
+                format == std::string("tsv") ? std::regex_replace(run.output, std::regex("\t"), ",") : run.output;
             std::vector<std::string> told;
             for (const auto& row : CsvRowsOf(text)) {
                 if (told.empty() || told.back() != row[0]) told.push_back(row[0]);
@@ -390,8 +419,9 @@ TEST_F(Questions, HaveAnswersInEveryFormat) {
 
 TEST_F(Questions, FilesAreAllThatTheStoreHolds) {
     EXPECT_EQ(Ask("files --format tsv --fields path,fiid,error").output,
-              "path\tfiid\terror\nd/a.gif\t4022\t\nd/b.doc\t1557\t\nd/low/c\t1503\t\nd/new.pdf\t1557\t\nsocket\t\tis a socket, "
-              "not a file\n");
+              "path\tfiid\terror\nd/a.gif\t4022\t\nd/b.doc\t1557\t\nd/low/c\t1503\t\nd/new.pdf\t1557\t\nd/"
+              "secret\t\tPermission "
+              "denied\n");
     EXPECT_EQ(Ask("files --format path --match document").output, "d/b.doc\nd/new.pdf\n");
     EXPECT_EQ(Ask("files --format path --exclude-format document").output, "d/a.gif\nd/low/c\n");
     EXPECT_EQ(Ask("files --print0 --match image").output, std::string("d/low/c\0", 8));
@@ -407,15 +437,18 @@ TEST_F(Questions, MismatchesHaveTheUsualExtensions) {
 }
 
 TEST_F(Questions, ErrorsTellWhy) {
-    EXPECT_EQ(Ask("errors --format csv --fields path,error").output, "path,error\r\nsocket,\"is a socket, not a file\"\r\n");
+    EXPECT_EQ(Ask("errors --format csv --fields path,error").output, "path,error\r\nd/secret,Permission denied\r\n");
 }
 
 TEST_F(Questions, ChangesTellWhatWasBefore) {
     std::map<std::string, Json> last;
     const Json changes = Json::parse(Ask("changes --format json").output);
     for (const Json& change : changes) {
-        if (!last.contains(change["path"]) || last[change["path"]]["run"].get<int>() <= change["run"].get<int>()) last[change["path"]] = change;
+        ASSERT_TRUE(change.contains("path") && change.contains("run")) << change;
+        if (!last.contains(change["path"]) || last[change["path"]]["run"].get<int>() <= change["run"].get<int>())
+            last[change["path"]] = change;
     }
+    ASSERT_TRUE(last.contains("d/a.gif") && last.contains("d/new.pdf") && last.contains("d/gone"));
     EXPECT_EQ(last["d/a.gif"]["change"], "changed");
     EXPECT_EQ(last["d/a.gif"]["fiid"], 4022);
     EXPECT_NE(last["d/a.gif"]["before"].get<std::string>().find("GIF image"), std::string::npos);
@@ -427,9 +460,11 @@ TEST_F(Questions, ChangesTellWhatWasBefore) {
 }
 
 TEST_F(Questions, DuplicatesHaveTheirCopies) {
-    Run("mkdir e; cp d/low/c e/1; cp d/low/c e/2; cp d/new.pdf e/3; : > e/4; : > e/5; printf 'of no other' > e/6; $FIID --store s --hash sha256 e");
+    Run("mkdir e; cp d/low/c e/1; cp d/low/c e/2; cp d/new.pdf e/3; : > e/4; : > e/5; printf 'of no other' > e/6; "
+        "$FIID --store s --hash sha256 e");
     std::map<std::string, std::multiset<std::string>> byHash;
-    for (const Json& record : Json::parse(Ask("duplicates --format json").output)) byHash[record["sha256"]].insert(record["path"]);
+    for (const Json& record : Json::parse(Ask("duplicates --format json").output))
+        byHash[record.value("sha256", "no hash")].insert(record["path"]);
     std::set<std::multiset<std::string>> groups;
     for (const auto& [hash, paths] : byHash) groups.insert(paths);
     EXPECT_TRUE(groups.contains({"d/low/c", "e/1", "e/2"}));
@@ -441,10 +476,11 @@ TEST_F(Questions, SummaryIsThatOfARun) {
     for (const char* key : {"format", "family", "mime", "extension", "directory"}) {
         for (const char* format : {"text", "json", "ndjson", "csv", "tsv"}) {
             const std::string options = std::string(" --format ") + format + " --by " + key;
-            EXPECT_EQ(Ask("summary" + options).output, Run("$FIID d socket --summary" + options).output) << options;
+            EXPECT_EQ(Ask("summary" + options).output, Run(WithoutPrivileges() + "$FIID d --summary" + options).output)
+                << options;
         }
     }
-    EXPECT_EQ(Ask("summary").output, Run("$FIID d socket --summary").output);
+    EXPECT_EQ(Ask("summary").output, Run(WithoutPrivileges() + "$FIID d --summary").output);
     EXPECT_EQ(Json::parse(Ask("summary --format json").output)["files"], 5);
     EXPECT_EQ(Json::parse(Ask("summary --format json --match document").output)["files"], 2);
 }

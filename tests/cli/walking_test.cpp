@@ -58,10 +58,10 @@ TEST_F(Walking, OutputIsTheSameForEveryNumberOfJobs) {
     const std::string program = WithoutPrivileges() + "$FIID ";
     for (const char* options :
          {"", "--format ndjson", "--format json", "--format csv", "--format tsv", "--format path", "--print0", "--mime",
-          "--format droid", "--format siegfried", "--format csv --explain", "--format tsv --hash sha256",
-          "--unsorted --format tsv", "--verbose", "--summary", "--by directory --format csv",
-          "--format tsv --match image,unknown", "--format path --glob '*.gif' --exclude below"}) {
-        const std::string run = program + options + " missing d d/03/socket d/01 -j ";
+          "--format droid", "--format siegfried --explain", "--format tsv --hash sha256", "--unsorted --verbose",
+          "--summary", "--by directory --format csv", "--format tsv --match image,unknown",
+          "--format path --glob '*.gif' --exclude below"}) {
+        const std::string run = program + "missing d d/03/socket d/01 " + options + " -j ";
         const ProgramRun compared = Run(run + "1 > one 2> messages; echo $?; for jobs in 2 3 8; do " + run +
                                         "$jobs > out 2> told; echo $?; cmp out one; cmp told messages; done");
         EXPECT_EQ(compared.output, "1\n1\n1\n1\n") << options;
@@ -277,7 +277,8 @@ TEST_F(Walking, WhatIsNoFileIsAFailureWhereItIsNamed) {
         EXPECT_EQ(run.output, "a.gif\n") << path;
         EXPECT_EQ(run.messages.substr(0, 6 + std::string(path).size() + 2), "fiid: " + std::string(path) + ": ");
         EXPECT_EQ(run.exitStatus, 1) << path;
-        const ProgramRun listed = Run("printf '%s\\na.gif\\n' " + std::string(path) + " | $FIID --files-from - --print0");
+        const ProgramRun listed =
+            Run("printf '%s\\na.gif\\n' " + std::string(path) + " | $FIID --files-from - --print0");
         EXPECT_EQ(listed.output, std::string("a.gif\0", 6)) << path;
         EXPECT_EQ(listed.messages, run.messages) << path;
     }
@@ -286,8 +287,9 @@ TEST_F(Walking, WhatIsNoFileIsAFailureWhereItIsNamed) {
 TEST_F(Walking, NamedFifoIsReadToItsEndByEveryNumberOfJobs) {
     Run("mkfifo fifo; printf GIF89a > a.gif");
     for (const char* jobs : {"1", "4"}) {
-        const ProgramRun run = Run("timeout 20 bash -c '{ printf %%PDF-; printf 1.4; } > fifo' & $FIID --format tsv a.gif fifo a.gif -j " +
-                                   std::string(jobs) + " | cut -f 1,2,11");
+        const ProgramRun run =
+            Run("timeout 20 bash -c '{ printf %%PDF-; printf 1.4; } > fifo' & $FIID --format tsv a.gif fifo a.gif -j " +
+                std::string(jobs) + " | cut -f 1,2,11");
         EXPECT_EQ(run.output, "path\tfiid\tsize\na.gif\t1503\t6\nfifo\t1557\t8\na.gif\t1503\t6\n");
     }
 }
@@ -309,9 +311,11 @@ TEST_F(Walking, UnreadableDirectoryIsAFailureAndTheOthersGetTheirAnswers) {
 TEST_F(Walking, ChangingTreesLoseNothingThatStays) {
     Run("mkdir -p d/stay; for index in {1..60}; do printf GIF89a > d/stay/$index; printf GIF89a > d/$index.z; done");
     const ProgramRun run = Run(
-        "{ while :; do mkdir -p d/come/below; for index in {1..40}; do : > d/come/$index; : > d/come/below/$index; done;"
+        "{ while :; do mkdir -p d/come/below; for index in {1..40}; do : > d/come/$index; : > d/come/below/$index; "
+        "done;"
         " rm -rf d/come; done; } 2> /dev/null & for turn in 1 2 3 4 5 6; do $FIID --format tsv d 2> /dev/null > out; "
-        "status=$?; [ $status -le 1 ] || echo status $status; grep -c 1503 out; grep -v come out | wc -l; done; kill $!");
+        "status=$?; [ $status -le 1 ] || echo status $status; grep -c 1503 out; grep -v come out | wc -l; done; kill "
+        "$!");
     std::string expected;
     for (int turn = 0; turn < 6; ++turn) expected += "120\n121\n";
     EXPECT_EQ(run.output, expected);
@@ -320,7 +324,8 @@ TEST_F(Walking, ChangingTreesLoseNothingThatStays) {
 // ---- Lists ----------------------------------------------------------------------------------------------------------
 
 TEST_F(Walking, ListsHoldDirectoriesAndFilesInTheirOrder) {
-    Run("mkdir d; printf GIF89a > d/2; printf GIF89a > d/1; printf GIF89a > $'z\\ny'; printf 'd\\0missing\\0z\\ny\\0d/2' > list");
+    Run("mkdir d; printf GIF89a > d/2; printf GIF89a > d/1; printf GIF89a > $'z\\ny'; printf "
+        "'d\\0missing\\0z\\ny\\0d/2' > list");
     for (const char* jobs : {"1", "2", "8"}) {
         const ProgramRun run = Run("$FIID -0 --files-from list --print0 d/1 -j " + std::string(jobs));
         EXPECT_EQ(Sorted(PartsOf(run.output, '\0')), (std::vector<std::string>{"d/1", "d/1", "d/2", "d/2", "z\ny"}));
@@ -346,9 +351,10 @@ TEST_F(Walking, ProgramThatWritesAPathGetsItsRecordWithManyJobs) {
 TEST_F(Walking, FirstRecordsOfAWalkWaitForNoOthers) {
     Run("mkdir d; for index in {1..5}; do printf GIF89a > d/$index; done; mkfifo z");
     // Nobody writes into the FIFO before the records in front of it are there.
-    const ProgramRun run = Run(
-        "$FIID --format path d missing z -j 4 > out & for turn in {1..6000}; do [ $(wc -l < out) = 5 ] && break; sleep 0.01; "
-        "done; cat out; timeout 20 bash -c 'printf GIF89a > z'; wait $!; tail -n 1 out");
+    const ProgramRun run =
+        Run("$FIID --format path d missing z -j 4 > out & for turn in {1..6000}; do [ $(wc -l < out) = 5 ] && break; "
+            "sleep 0.01; "
+            "done; cat out; timeout 20 bash -c 'printf GIF89a > z'; wait $!; tail -n 1 out");
     EXPECT_EQ(run.output, "d/1\nd/2\nd/3\nd/4\nd/5\nz\n");
 }
 

@@ -39,9 +39,7 @@ class ProgramDirectory : public testing::Test {
 };
 
 // What makes root subject to permissions, in front of $FIID; nothing for other users, who are so anyhow.
-inline std::string WithoutPrivileges() {
-    return geteuid() == 0 ? "setpriv --inh-caps=-all --bounding-set=-all " : "";
-}
+inline std::string WithoutPrivileges() { return geteuid() == 0 ? "setpriv --inh-caps=-all --bounding-set=-all " : ""; }
 
 // The parts of a text that end in a character.
 inline std::vector<std::string> PartsOf(const std::string& text, char end = '\n') {
