@@ -210,7 +210,7 @@ TEST_F(Store, StandardInputAndListsGoWithIt) {
 
 class ManyFiles : public Store {
  protected:
-    static constexpr int files = 2000;
+    static constexpr int files = 1000;
     ManyFiles() {
         for (int group = 0; group < 10; ++group) {
             std::string directory = "d" + std::to_string(group);
@@ -230,7 +230,7 @@ class ManyFiles : public Store {
                 "tail -n +2 | sort | cmp - held; wc -l < held; $FIID d? --store s 2> closing");
         EXPECT_EQ(run.output, std::to_string(files) + "\n");
         EXPECT_EQ(ReadWholeFile(directory_ + "/closing"),
-                  "fiid: s: 2000 files, 0 new, 0 changed, 0 gone, 0 unreadable\n");
+                  "fiid: s: 1000 files, 0 new, 0 changed, 0 gone, 0 unreadable\n");
     }
 };
 
@@ -257,12 +257,12 @@ TEST_F(ManyFiles, InterruptedRunEndsBehindAWholeRecordAndGoesOn) {
     const ProgramRun run = Run(
         "set -m; mkfifo list; exec 9<>list; $FIID --files-from list --store s --format csv > out & echo d0 >&9; echo "
         "d1 >&9; for "
-        "turn in {1..6000}; do [ $(wc -l < out) -gt 350 ] && break; sleep 0.01; done; kill -INT $!; wait $!; echo $?; "
+        "turn in {1..6000}; do [ $(wc -l < out) -gt 150 ] && break; sleep 0.01; done; kill -INT $!; wait $!; echo $?; "
         "tail -c 1 out | od -An -c");
     EXPECT_EQ(run.output, "130\n  \\n\n");
     const std::string out = ReadWholeFile(directory_ + "/out");
     EXPECT_TRUE(Run("$FIID --format csv d0 d1").output.starts_with(out));
-    EXPECT_GT(CsvRowsOf(out).size(), 350U);
+    EXPECT_GT(CsvRowsOf(out).size(), 150U);
     EXPECT_EQ(std::to_string(CsvRowsOf(out).size() - 1) + "\n",
               Run("$FIID --store s --query files --format tsv --fields path | grep -c /").output)
         << "what was told is kept";
@@ -482,7 +482,8 @@ TEST_F(Questions, SummaryIsThatOfARun) {
     }
     EXPECT_EQ(Ask("summary").output, Run(WithoutPrivileges() + "$FIID d --summary").output);
     EXPECT_EQ(Json::parse(Ask("summary --format json").output)["files"], 5);
-    EXPECT_EQ(Json::parse(Ask("summary --format json --match document").output)["files"], 2);
+    EXPECT_EQ(Ask("summary --format json --match document").output,
+              Run(WithoutPrivileges() + "$FIID d --summary --format json --match document").output);
 }
 
 TEST_F(Questions, DuplicatesWithoutHashesSaySo) {
