@@ -47,9 +47,13 @@ unsigned CoresOfProcess() {
     return std::clamp(count, 1U, mostJobs);
 }
 
+// A variable of a shell that is not set must not take a limit away.
+std::string RequireText(const std::string& text) { return text.empty() ? "needs a value, and has an empty one" : ""; }
+
 void AddPathOptions(CLI::App& app, Options& options) {
     app.option_defaults()->group("Paths");
     app.add_option("--files-from", options.filesFrom, "Read the paths from FILE, one a line; - for standard input")
+        ->check(RequireText)
         ->type_name("FILE");
     app.add_flag("-0,--null", options.nulSeparated, "The list of --files-from is separated by NUL bytes");
     app.add_flag("--formats", options.listFormats, "List all formats and end");
@@ -61,6 +65,7 @@ void AddAnswerOptions(CLI::App& app, Options& options, OptionWords& words) {
     app.add_flag("--no-further", words.noFurther, "Leave out the further table and versions");
     app.add_flag("--explain", options.report.explain, "Also tell what decided, what it looked at, and what that cost");
     app.add_option("--hash", words.hash, "Also tell a hash of each file, which is read whole: sha256 or xxh3")
+        ->check(RequireText)
         ->type_name("KIND");
 }
 
@@ -75,6 +80,7 @@ void AddOutputOptions(CLI::App& app, Options& options, OptionWords& words) {
         "Write PATH: TYPE/SUBTYPE; application/octet-stream where none is known, inode/x-empty for an empty file");
     app.add_flag("--print0", words.print0, "Write paths alone, each ended by NUL: --format path for xargs -0");
     app.add_option("--fields", words.fields, "Fields of csv, tsv, json and ndjson in this order, separated by commas")
+        ->check(RequireText)
         ->type_name("LIST");
     app.add_flag("--summary", words.summary, "Write how many files there are of which format, in place of records");
     app.add_option("--by", words.by, "Sum up by this; implies --summary")
@@ -111,11 +117,15 @@ void AddWalkOptions(CLI::App& app, Options& options, OptionWords& words) {
            "--no-hidden", [&words] { words.hidden = false; }, "Leave out names that begin with a full stop")
         ->trigger_on_parse();
     app.add_option("--max-depth", options.maxDepth, "Go down so many levels; 1: what lies in a directory itself")
+        ->check(RequireText)
         ->type_name("N");
     app.add_flag("--one-file-system", options.oneFileSystem, "Do not enter directories of other file systems");
     app.add_option("--min-size", words.minSize, "Only files of at least so many bytes; K, M, G and T count in 1,024")
+        ->check(RequireText)
         ->type_name("SIZE");
-    app.add_option("--max-size", words.maxSize, "Only files of at most so many bytes")->type_name("SIZE");
+    app.add_option("--max-size", words.maxSize, "Only files of at most so many bytes")
+        ->check(RequireText)
+        ->type_name("SIZE");
     app.add_option("-j,--jobs", options.jobs, "Files looked at at the same time; by default one for each core")
         ->check(CLI::Range(1U, mostJobs))
         ->type_name("N");
@@ -125,6 +135,7 @@ void AddWalkOptions(CLI::App& app, Options& options, OptionWords& words) {
 void AddStoreOptions(CLI::App& app, Options& options, OptionWords& words) {
     app.option_defaults()->group("Store");
     app.add_option("--store", options.store, "Keep the scan in FILE (SQLite), and look only at what is new or changed")
+        ->check(RequireText)
         ->type_name("FILE");
     app.add_flag("--prune", options.prune, "Take out of the store what is gone");
     app.add_flag("--rescan", options.rescan, "Look at all files again");

@@ -252,6 +252,7 @@ bool RunScan(const Options& options) {
     const bool allRead = ScanSession(options, store.get()).Run();
     const bool wasKept = store->Mistake().empty();  // else the session has told it
     const std::string told = store->End(Interrupted());
-    if (wasKept) WriteMessage(store->Mistake().empty() ? told : store->Mistake());
+    const std::string& message = store->Mistake().empty() ? told : store->Mistake();
+    if (wasKept && !message.empty()) WriteMessage(message);
     return allRead && store->Mistake().empty();
 }

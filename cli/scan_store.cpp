@@ -24,6 +24,12 @@ std::string Counted(std::uint64_t number, const char* what) { return ", " + std:
 }  // namespace
 
 std::unique_ptr<ScanStore> ScanStore::Open(const Options& options, std::string& mistake) {
+    std::error_code missing;
+    const bool looksAtFiles = !options.paths.empty() || options.filesFrom.has_value();
+    if (!looksAtFiles && !std::filesystem::exists(*options.store, missing)) {
+        mistake = *options.store + ": there is no such store";
+        return nullptr;
+    }
     std::unique_ptr<Store> store = Store::Create(*options.store, mistake);
     if (store == nullptr) return nullptr;
     std::error_code error;
@@ -49,12 +55,20 @@ std::string ScanStore::End(bool interrupted) {
     interrupted = interrupted || Interrupted();
     StoreCounts counts;
     store_->EndRun(!Mistake().empty() ? RunEnd::Failed : interrupted ? RunEnd::Interrupted : RunEnd::Complete, counts);
-    std::string told =
-        *options_.store + ": " + std::to_string(counts.Files()) + (counts.Files() == 1 ? " file" : " files");
-    told += Counted(counts.fresh, "new") + Counted(counts.changed, "changed") + Counted(counts.gone, "gone") +
-            Counted(counts.unreadable, "unreadable");
-    if (counts.older > 0)
-        told += "; --refresh looks again at " + std::to_string(counts.older) + " that an older fiid told";
-    if (interrupted) told += "; interrupted: run it again to go on";
-    return told;
+    std::string told;
+    if (TellsCounts(interrupted)) {
+        told = ": " + std::to_string(counts.Files()) + (counts.Files() == 1 ? " file" : " files") +
+               Counted(counts.fresh, "new") + Counted(counts.changed, "changed") + Counted(counts.gone, "gone") +
+               Counted(counts.unreadable, "unreadable");
+    }
+    if (counts.older > 0) {
+        told += ": --refresh looks again at " + std::to_string(counts.older) + " that an older fiid told";
+    }
+    if (interrupted) told += ": interrupted; run it again to go on";
+    return told.empty() ? told : *options_.store + told;
+}
+
+bool ScanStore::TellsCounts(bool interrupted) const {
+    const bool writesNothing = !options_.writesRecords && !options_.summary.has_value();
+    return writesNothing || options_.verbose || interrupted;
 }

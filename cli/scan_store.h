@@ -26,13 +26,16 @@ class ScanStore {
     void CountUnchanged() { store_->CountUnchanged(); }
     bool CommitIfDue() { return store_->CommitIfDue(); }
 
-    // Takes out what is gone if the options ask for it, ends the run, and returns one line that tells what was done.
+    // Takes out what is gone if the options ask for it, ends the run, and returns a line for people that tells what was done, or
+    // nothing where records or a summary do.
     std::string End(bool interrupted);
 
     const std::string& Mistake() const { return store_->Mistake(); }
 
  private:
     ScanStore(const Options& options, std::unique_ptr<Store> store) : options_(options), store_(std::move(store)) {}
+
+    bool TellsCounts(bool interrupted) const;
 
     const Options& options_;
     std::unique_ptr<Store> store_;

@@ -39,7 +39,7 @@ bool IsTold(const Options& options, const Record& record) {
 
 // What a text can't tell, it tells in words of its own: --query errors is for people, too.
 void AppendFailure(const Options& options, const Record& record, std::string& rendered) {
-    if (options.report.format != OutputFormat::Text || !record.error.has_value()) return;
+    if (options.report.format != OutputFormat::Text || !rendered.empty() || !record.error.has_value()) return;
     AppendEscapedText(rendered, record.path);
     rendered += ": ";
     AppendEscapedText(rendered, *record.error);

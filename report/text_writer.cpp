@@ -73,7 +73,10 @@ void AppendChange(std::string& out, const Change& change) {
 // What is gone has the answer that it had.
 void AppendGone(std::string& out, const Record& record) {
     AppendRun(out, "gone in run ", record.change);
-    if (HasAnswer(record)) {
+    if (record.error.has_value()) {
+        out += ", was ";
+        AppendEscapedText(out, *record.error);
+    } else if (HasAnswer(record)) {
         out += ", was ";
         AppendAnswer(out, record.answer);
     } else {
@@ -87,7 +90,7 @@ class TextWriter : public IndependentRecords {
 
     void Render(const Record& record, std::string& out) const override {
         const bool gone = record.change.kind == ChangeKind::Gone;
-        if (record.error.has_value() || (!HasAnswer(record) && !gone)) return;
+        if (!gone && (record.error.has_value() || !HasAnswer(record))) return;
         AppendEscapedText(out, record.path);
         out += ": ";
         if (gone) {

@@ -249,8 +249,8 @@ Walk::Kind Walk::KindOfLink() const {
         const Kind kind = KindOf(status.st_mode);
         return kind == Kind::Directory ? Kind::LinkToDirectory : kind;
     }
-    // The link itself may be gone.
+    // One that leads to itself leads nowhere, too. The link itself may be gone.
     const bool leadsNowhere =
-        errno == ENOENT && fstatat(road_.Descriptor(), road_.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+        (errno == ENOENT || errno == ELOOP) && fstatat(road_.Descriptor(), road_.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0;
     return leadsNowhere ? Kind::BrokenLink : Kind::File;
 }

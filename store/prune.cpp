@@ -64,7 +64,7 @@ bool Store::Parts::ReadBatch(Statement& listing, const PathKey& from, const std:
     } else {
         listing.BindBlob(3, {});  // behind all texts
     }
-    if (&listing == &listNotRead) listing.Bind(4, number);
+    listing.Bind(4, number);  // what this run has put is as it says
     batch.clear();
     int status = listing.Step();
     for (; status == SQLITE_ROW; status = listing.Step()) {

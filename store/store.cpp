@@ -37,8 +37,8 @@ constexpr const char* noteGoneSql =
     "hash, answer, error FROM files WHERE path = ?1 AND path_hex = ?2 ON CONFLICT DO UPDATE SET kind = 'gone'";
 constexpr const char* removeSql = "DELETE FROM files WHERE path = ?1 AND path_hex = ?2";
 constexpr const char* listSql =
-    "SELECT path, path_hex, error IS NOT NULL FROM files WHERE (path, path_hex) >= (?1, ?2) AND path < ?3 "
-    "ORDER BY path, path_hex LIMIT 1000";
+    "SELECT path, path_hex, error IS NOT NULL FROM files WHERE (path, path_hex) >= (?1, ?2) AND path < ?3 AND "
+    "run <> ?4 ORDER BY path, path_hex LIMIT 1000";
 constexpr const char* listNotReadSql =
     "SELECT path, path_hex, 1 FROM files WHERE (path, path_hex) >= (?1, ?2) AND path < ?3 AND error IS NOT NULL AND "
     "run <> ?4 ORDER BY path, path_hex LIMIT 1000";
