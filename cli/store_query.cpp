@@ -37,24 +37,31 @@ bool IsTold(const Options& options, const Record& record) {
     return record.error.has_value() || options.formats.Takes(record.answer);
 }
 
-// What a text can't tell, it tells in words of its own: --query errors is for people, too.
+// What lines for people and lists of paths leave to the messages of a scan is asked for here: --query errors has no other
+// answers.
 void AppendFailure(const Options& options, const Record& record, std::string& rendered) {
-    if (options.report.format != OutputFormat::Text || !rendered.empty() || !record.error.has_value()) return;
-    AppendEscapedText(rendered, record.path);
-    rendered += ": ";
-    AppendEscapedText(rendered, *record.error);
-    rendered += '\n';
+    if (!record.error.has_value() || !rendered.empty()) return;
+    if (options.report.format == OutputFormat::Path && options.query == StoreQueryKind::Errors) {
+        rendered += record.path;
+        rendered += options.report.pathEnd;
+    } else if (options.report.format == OutputFormat::Text) {
+        AppendEscapedText(rendered, record.path);
+        rendered += ": ";
+        AppendEscapedText(rendered, *record.error);
+        rendered += '
+';
+    }
 }
 
 // What a report tells of the scan itself: when it was, where its paths start, and which hashes there are, unless fields
-// have chosen one.
+// have chosen one. In lines for people hashes are there where they show what belongs together.
 bool ReadFactsOfScan(StoreQuery& store, ReportOptions& report) {
     StoredRun run;
     HashKind hash = HashKind::None;
     if (!store.LastRun(run) || !store.Hash(hash)) return false;
     if (run.run > 0) report.startedSeconds = run.startedSeconds;
     report.directory = run.directory;
-    if (report.hash == HashKind::None) report.hash = hash;
+    if (report.hash == HashKind::None && (report.format != OutputFormat::Text || report.withCopies)) report.hash = hash;
     return true;
 }
 

@@ -38,9 +38,9 @@ TEST_F(ProgramStore, SummariesAreThoseOfTheScan) {
 
 TEST_F(ProgramStore, ReportsAreThoseOfTheScan) {
     Run("$FIID --store s.db --hash sha256 --explain d");
-    for (const char* arguments :
-         {"--format csv", "--format json --explain", "--format ndjson --explain", "--format siegfried", "--mismatch",
-          "--mime", "--format tsv --fields sha256,path", "--match image --print0 | tr '\\0' '|'"}) {
+    for (const char* arguments : {"--format csv", "--format json --explain", "--format ndjson --explain",
+                                  "--format siegfried", "--format tsv --mismatch", "--mime",
+                                  "--format tsv --fields sha256,path", "--match image --print0 | tr '\\0' '|'"}) {
         const std::string scan = Run(std::string("$FIID d --hash sha256 ") + arguments).output;
         EXPECT_EQ(Ask(std::string("files ") + arguments), scan) << arguments;
         EXPECT_EQ(Run(std::string("$FIID --store s.db --hash sha256 d ") + arguments).output, scan) << arguments;
@@ -78,6 +78,20 @@ TEST_F(ProgramStore, DuplicatesHaveTheirHash) {
     EXPECT_EQ(Ask("duplicates --format csv --fields path,sha256,copies"),
               "path,sha256,copies\r\nd/a.gif," + hash + ",2\r\nd/b.jpg," + hash + ",2\r\n");
     EXPECT_NE(Ask("duplicates --format csv").find(",sha256,copies\r\n"), std::string::npos);
+    EXPECT_EQ(Ask("duplicates"), "d/a.gif: GIF image [1503] (sha256: " + hash +
+                                     ") (2 copies)\n"
+                                     "d/b.jpg: GIF image [1503] (sha256: " +
+                                     hash + ") (2 copies)\n");
+    EXPECT_EQ(Ask("mismatch"), "d/b.jpg: GIF image [1503] (usual extensions: gif)\n");
+}
+
+TEST_F(ProgramStore, ErrorsAreToldInEveryFormat) {
+    Run("$FIID --store s.db d nowhere gone");
+    EXPECT_EQ(Ask("errors"), "gone: No such file or directory\nnowhere: No such file or directory\n");
+    EXPECT_EQ(Ask("errors --print0 | tr '\\0' '|'"), "gone|nowhere|");
+    EXPECT_EQ(Ask("errors --format tsv --fields path,error"),
+              "path\terror\ngone\tNo such file or directory\nnowhere\tNo such file or directory\n");
+    EXPECT_EQ(Ask("files --format path --match audio"), "");
 }
 
 }  // namespace
