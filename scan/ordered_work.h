@@ -2,7 +2,8 @@
 //
 // The threads do all of it: each in turn takes a batch of tasks from the source, and works on it while the others take and
 // work. The caller's thread receives what is done. So the source, which is cheap, needs no thread of its own, and the
-// bytes that come out are the same for any number of threads.
+// bytes that come out are the same for any number of threads. Where the system gives fewer threads than were asked for,
+// those that there are do all of it; where it gives none, the caller's does.
 #pragma once
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -45,12 +47,18 @@ template <typename Task, typename Worker>
 class OrderedWork {
  public:
     OrderedWork(const OrderedSteps<Task, Worker>& steps, const OrderedLimits& limits)
-        : steps_(steps), limits_(limits), batches_(std::max<std::size_t>(limits.batches, 1)) {}
+        : steps_(steps),
+          limits_(limits),
+          mostThreads_(limits.threads),
+          batches_(std::max<std::size_t>(limits.batches, 1)) {}
 
     // Runs until nothing is left and all is delivered. The first exception of any step ends it, and is thrown here.
     void Run() {
         std::unique_lock lock(mutex_);
-        StartThread();
+        if (!StartThread()) {
+            lock.unlock();
+            return RunAlone();
+        }
         try {
             while (!IsOver()) {
                 DeliverWhatIsDone(lock);
@@ -94,9 +102,37 @@ class OrderedWork {
         if (failure_ == nullptr) failure_ = std::current_exception();
     }
 
-    void StartThread() {
-        ++running_;
-        threads_.emplace_back([this] { RunThread(); });
+    // Returns false where the system gives no more: a limit of processes, or of memory, which a stack takes.
+    bool StartThread() {
+        try {
+            threads_.emplace_back([this] { RunThread(); });
+        } catch (const std::system_error&) {
+            return false;
+        }
+        ++running_;  // the thread waits for the mutex to take its count away
+        return true;
+    }
+
+    void RunAlone() {
+        const std::unique_ptr<Worker> worker = steps_.makeWorker();
+        std::vector<Task>& tasks = BatchOf(0).tasks;
+        while (true) {
+            GrowBatch(tasks);
+            const std::size_t count = steps_.take(tasks);
+            if (count == 0) return;
+            for (std::size_t index = 0; index < count; ++index) {
+                steps_.work(*worker, tasks[index]);
+                steps_.settle(tasks[index]);
+                steps_.deliver(tasks[index]);
+                steps_.idle();
+            }
+        }
+    }
+
+    // Batches grow, so that the first results come at once.
+    void GrowBatch(std::vector<Task>& tasks) {
+        batchTasks_ = std::clamp<std::size_t>(batchTasks_ * 2, 1, limits_.batchTasks);
+        tasks.resize(batchTasks_);
     }
 
     void RunThread() {
@@ -122,8 +158,7 @@ class OrderedWork {
             if (stopped_ || exhausted_ || failure_ != nullptr) return nullptr;
         }
         Batch& batch = BatchOf(taken_);  // nobody else changes taken_, nor looks at a batch that is not taken
-        batchTasks_ = std::clamp<std::size_t>(batchTasks_ * 2, 1, limits_.batchTasks);
-        batch.tasks.resize(batchTasks_);
+        GrowBatch(batch.tasks);
         batch.count = steps_.take(batch.tasks);
         batch.settled = batch.delivered = 0;
         batch.done.store(0, std::memory_order_relaxed);
@@ -131,7 +166,7 @@ class OrderedWork {
         exhausted_ = batch.count == 0;
         if (exhausted_) return nullptr;
         ++taken_;
-        if (threads_.size() < limits_.threads && !stopped_) StartThread();
+        if (threads_.size() < mostThreads_ && !stopped_ && !StartThread()) mostThreads_ = threads_.size();
         return &batch;
     }
 
@@ -178,6 +213,7 @@ class OrderedWork {
 
     const OrderedSteps<Task, Worker>& steps_;
     const OrderedLimits limits_;
+    std::size_t mostThreads_;  // that there can be, as far as is known
     std::mutex source_;  // whose turn it is to take; locked in front of mutex_
     std::mutex mutex_;   // all below
     std::condition_variable news_;
@@ -186,7 +222,7 @@ class OrderedWork {
     std::vector<std::thread> threads_;
     std::uint64_t taken_ = 0;      // batches
     std::uint64_t delivered_ = 0;  // batches
-    std::size_t batchTasks_ = 0;   // of the last batch: they grow, so that the first results come at once
+    std::size_t batchTasks_ = 0;   // of the last batch
     unsigned running_ = 0;         // threads
     bool exhausted_ = false;
     bool stopped_ = false;

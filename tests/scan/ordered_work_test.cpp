@@ -1,12 +1,29 @@
 // Work in several threads: every task once, in order, within the window, and failures of each step.
 #include "scan/ordered_work.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <atomic>
+#include <cerrno>
 #include <numeric>
 #include <set>
 #include <stdexcept>
+
+namespace {
+
+std::atomic<int> threadsLeft = 1000000;  // that the system gives
+
+}  // namespace
+
+// Stands in front of that of the system.
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
+                              void* argument) {
+    using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+    static const auto create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
+    return threadsLeft-- > 0 ? create(thread, attributes, start, argument) : EAGAIN;
+}
 
 namespace {
 
@@ -110,6 +127,29 @@ TEST(OrderedWork, NeverStartsMoreThreadsThanAllowed) {
     Squares squares(3000);
     squares.Run({3, 4, 40});
     EXPECT_LE(squares.workers, 3);
+}
+
+TEST(OrderedWork, GoesOnWithTheThreadsThatTheSystemGives) {
+    for (const int given : {0, 1, 2, 3}) {
+        threadsLeft = given;
+        Squares squares(3000);
+        squares.Run({16, 8, 40});
+        threadsLeft = 1000000;
+        EXPECT_GE(squares.workers, 1);
+        EXPECT_LE(squares.workers, std::max(given, 1));
+        squares.ExpectAllInOrder();
+    }
+}
+
+TEST(OrderedWork, FailureWithoutAnyThread) {
+    threadsLeft = 0;
+    Squares working(1000);
+    working.steps.work = [](Worker&, Task& task) {
+        if (task.number == 500) throw std::runtime_error("no more");
+    };
+    EXPECT_THROW(working.Run({2, 8, 4}), std::runtime_error);
+    threadsLeft = 1000000;
+    EXPECT_EQ(working.delivered.size(), 500U);
 }
 
 TEST(OrderedWork, SlowTaskHoldsUpTheWindowAndWhatIsDoneBehindItIsSettled) {
