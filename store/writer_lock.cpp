@@ -33,7 +33,8 @@ std::string OwnerOf(int descriptor) {
 
 WriterLock::~WriterLock() {
     if (descriptor_ < 0) return;
-    unlink(file_.c_str());
+    // Where somebody has taken the store away, another process may hold a new one.
+    if (IsAt(descriptor_, file_)) unlink(file_.c_str());
     close(descriptor_);
 }
 
