@@ -45,7 +45,7 @@ struct Task {
 
 // What a thread has for itself.
 struct Worker {
-    StoreReader* stored = nullptr;  // null where there is no store
+    StoreReader* stored = nullptr;  // null where there is no store, or not the means for one reader more
 };
 
 WalkOptions WalkOptionsOf(const Options& options) {
@@ -130,9 +130,10 @@ class ScanSession {
     std::unique_ptr<Worker> MakeWorker() {
         auto worker = std::make_unique<Worker>();
         if (store_ == nullptr) return worker;
+        std::unique_ptr<StoreReader> reader = store_->OpenReader();
+        worker->stored = reader.get();
         const std::lock_guard lock(readersMutex_);
-        readers_.push_back(store_->OpenReader());
-        worker->stored = readers_.back().get();
+        readers_.push_back(std::move(reader));
         return worker;
     }
 
@@ -162,8 +163,8 @@ class ScanSession {
             case Met::File:
                 break;
         }
-        if (worker.stored == nullptr) return LookAt(task.item);
-        return LookBehindStore(*worker.stored, task);
+        if (store_ == nullptr) return LookAt(task.item);
+        return LookBehindStore(worker.stored, task);
     }
 
     std::optional<Record> LookAt(const WalkItem& item) const {
@@ -171,8 +172,9 @@ class ScanSession {
         return IdentifyEntry(DirectoryOf(item), item.path, item.nameStart, identify_);
     }
 
-    // A look at what the store does not know. Its own files are never opened: that would take its locks away.
-    std::optional<Record> LookBehindStore(StoreReader& stored, Task& task) const {
+    // A look at what the store does not know. Its own files are never opened: that would take its locks away. Without a
+    // reader all files are looked at.
+    std::optional<Record> LookBehindStore(StoreReader* stored, Task& task) const {
         WalkItem& item = task.item;
         const FileState now = StateOfEntry(DirectoryOf(item), item.path.c_str() + item.nameStart);
         if (!now.known) return LookAt(item);
@@ -182,7 +184,8 @@ class ScanSession {
             return std::nullopt;
         }
         if (now.size < options_.minSize || now.size > options_.maxSize) return std::nullopt;
-        std::optional<Record> record = stored.Find(item.path, now);
+        std::optional<Record> record;
+        if (stored != nullptr) record = stored->Find(item.path, now);
         task.isFromStore = record.has_value();
         if (!task.isFromStore) return LookAt(item);
         KeepAskedFacts(options_.report, *record);
