@@ -104,8 +104,8 @@ void AppendBar(std::string& out, std::uint64_t files, std::uint64_t most, std::s
     constexpr std::string_view full = "\xE2\x96\x88";
     if (columns == 0) return;
     const std::uint32_t steps = static_cast<std::uint32_t>(columns) * (utf8 ? 8 : 1);
-    std::uint64_t length = RoundedShare(files, most, steps);
-    if (files > 0) length = std::max<std::uint64_t>(length, 1);
+    std::size_t length = static_cast<std::size_t>(RoundedShare(files, most, steps));  // at most `steps`
+    if (files > 0) length = std::max<std::size_t>(length, 1);
     const std::size_t whole = utf8 ? length / 8 : length;
     const std::size_t rest = utf8 ? length % 8 : 0;
     for (std::size_t column = 0; column < whole; ++column) out += utf8 ? full : "#";

@@ -92,7 +92,7 @@ class OrderedWork {
         std::size_t delivered = 0;
     };
 
-    Batch& BatchOf(std::uint64_t number) { return batches_[number % batches_.size()]; }
+    Batch& BatchOf(std::uint64_t number) { return batches_[static_cast<std::size_t>(number % batches_.size())]; }
 
     bool IsOver() const { return failure_ != nullptr || (running_ == 0 && delivered_ == taken_); }
 
