@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
-"""options_test.py PROGRAM: every option, form of output and field of the program stands in its manual page and every option
-and form in each completion, and the other way round; the library's manual page tells all that its header declares; and the
-examples of README.md are true."""
+"""options_test.py PROGRAM: every option, form of output, field and word that an option takes stands in the program's manual
+page, and all but the fields in each completion, and the other way round; the library's manual page tells all that its header
+declares; and the examples of README.md are true."""
 import functools
 import os
 import re
 import shutil
 import subprocess
 import sys
+import tempfile
 import unittest
 
 TOP = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -24,7 +25,8 @@ def tell(*command):
 
 
 def section(page, title):
-    return page.split("\n== %s\n" % title)[1].split("\n== ")[0]
+    """A section of a manual page or, with number signs, of a document."""
+    return re.split(r"^(?:==|##) ", re.split(r"^(?:==|##) %s\n" % title, page, flags=re.M)[1], flags=re.M)[0]
 
 
 def terms(text):
@@ -42,6 +44,24 @@ WITH_VALUE = set(re.findall(r"^  (?:-\w,)?(--[\w-]+) [A-Z]+\b", HELP, re.M))
 FORMS = set(re.search(r"FORMAT:\{(.*?)\}", HELP).group(1).split(","))
 
 
+def mistake(*options):
+    """What the program has to say about a word that it does not know."""
+    run = subprocess.run([PROGRAM, *options, os.devnull], capture_output=True, text=True, stdin=subprocess.DEVNULL)
+    return run.stderr.splitlines()[0]
+
+
+# What options take, of the program's help or, where it lists them, of its complaint.
+FAMILIES = mistake("--match", "nonsense").split(" families are ")[1].split(", ")
+FIELDS = mistake("--fields", "nonsense", "--format", "csv").split("; there are ")[1].split(", ")
+WORDS = {
+    "--by": set(re.search(r"--by KEY:\{(.*?)\}", HELP).group(1).split(",")),
+    "--query": set(re.search(r"--query QUERY:\{(.*?)\}", HELP).group(1).split(",")),
+    "--hash": set(re.search(r"--hash KIND .*: (\w+) or (\w+)\n", HELP).groups()),
+    "--match": set(FAMILIES),
+    "--exclude-format": set(FAMILIES),
+}
+
+
 class Program(unittest.TestCase):
     page = read("man", "fiid.1.adoc")
 
@@ -49,6 +69,22 @@ class Program(unittest.TestCase):
         self.assertLessEqual({"-h", "--help", "--format", "--files-from", "-0", "--null"}, OPTIONS)
         self.assertLessEqual({"--format", "--files-from", "--jobs"}, WITH_VALUE)
         self.assertLessEqual({"text", "json"}, FORMS)
+        self.assertLessEqual({"fiid", "copies"}, set(FIELDS))
+
+    def test_words_of_options(self):
+        for option, words in WORDS.items():
+            text = re.search(r"^\*%s\* .*::\n((?:.+\n)+)" % option, self.page, re.M).group(1)
+            if option != "--exclude-format":  # it takes what is told at --match
+                self.assertEqual(set(re.findall(r"(?<!-)\*([a-z]\w*)\*", text)), words, option)
+
+    def test_families(self):
+        told = re.search(r"families \(([^)]*)\)", HELP).group(1)
+        self.assertEqual(re.split(r",\s+", told), FAMILIES)
+        formats = tell(PROGRAM, "--formats", "--format", "tsv").splitlines()
+        column = formats[0].split("\t").index("family")
+        self.assertEqual({line.split("\t")[column] for line in formats[1:]}, set(FAMILIES))
+        row = re.search(r"^\| `family` \| when named \| (.*) \|$", read("docs", "output-formats.md"), re.M).group(1)
+        self.assertEqual(re.findall(r"`(\w+)`", row), FAMILIES)
 
     def test_options(self):
         self.assertEqual(set(terms(section(self.page, "Options"))), OPTIONS)
@@ -57,9 +93,14 @@ class Program(unittest.TestCase):
         self.assertEqual(set(terms(section(self.page, "Output").split("The fields of a record")[0])), FORMS)
 
     def test_fields(self):
-        told = terms(section(self.page, "Output").split("The fields of a record")[1])
+        told = terms(section(self.page, "Output").split("The fields of a record")[1].split("Others stand behind")[0])
         header = tell(PROGRAM, "--explain", "--format", "tsv", os.path.join(TOP, "README.md")).splitlines()[0].split("\t")
         self.assertEqual([field for field in told if field != "path_hex"], header)
+
+    def test_all_fields(self):
+        self.assertEqual(terms(section(self.page, "Output").split("The fields of a record")[1]), FIELDS)
+        table = section(read("docs", "output-formats.md"), "Fields")
+        self.assertEqual(set(re.findall(r"^\| `(\w+)` \|", table, re.M)), set(FIELDS))
 
     def test_words_of_fields(self):
         header = read("include", "fiid", "detect.h")
@@ -76,6 +117,29 @@ class Program(unittest.TestCase):
 
 class Readme(unittest.TestCase):
     """The examples of README.md print what they show. Times are those of a check-out."""
+
+    def test_from_the_package_to_a_report(self):
+        """A directory that holds nothing but the way to the samples, and the commands one behind the other."""
+        text = section(read("README.md"), "From the package to a report in five minutes")
+        examples = re.findall(r"^    \$ (fiid .*)\n((?:    [^$].*\n|\n(?=    [^$]))*)", text, re.M)
+        self.assertGreaterEqual(len(examples), 6)
+        with tempfile.TemporaryDirectory() as directory:
+            os.symlink(os.path.join(TOP, "samples"), os.path.join(directory, "samples"))
+            for command, shown in examples:
+                told = subprocess.run(["sh", "-c", 'fiid() { "$0" "$@"; }; ' + command, os.path.abspath(PROGRAM)], cwd=directory,
+                                      check=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True).stdout
+                self.assertEqual(told, re.sub("^    ", "", shown, flags=re.M), command)
+            with open(os.path.join(directory, "report.html"), encoding="utf-8") as report:
+                self.assertIn("samples/pdf/writer.pdf", report.read())
+
+    def test_names_of_files(self):
+        """What README.md and docs/ARCHITECTURE.md call a file or folder of the project is one."""
+        folders = "|".join(sorted(name for name in os.listdir(TOP) if os.path.isdir(os.path.join(TOP, name)) and name != "build"))
+        for document in ("README.md", "docs/ARCHITECTURE.md"):
+            named = re.findall(r"[`(](?:\./)?((?:%s)/[\w./-]*)" % folders, read(document))
+            self.assertGreater(len(named), 5)
+            for name in named:
+                self.assertTrue(os.path.exists(os.path.join(TOP, name)), document + " names " + name)
 
     def test_examples(self):
         without_times = functools.partial(re.sub, r'"mtime":"[^"]*"', '"mtime":""')
@@ -120,6 +184,9 @@ class Completions(unittest.TestCase):
         self.assertEqual(self.complete_in_bash("--format", ""), FORMS)
         self.assertEqual(self.complete_in_bash("--format", "=", "nd"), {"ndjson"})
         self.assertEqual(self.complete_in_bash("--format", "="), FORMS)
+        for option, words in WORDS.items():
+            self.assertEqual(self.complete_in_bash(option, ""), words)
+            self.assertEqual(self.complete_in_bash(option, "="), words)
         self.assertIn(os.path.join(TOP, "README.md"), self.complete_in_bash(os.path.join(TOP, "READ")))
         self.assertIn(os.path.join(TOP, "README.md"), self.complete_in_bash("--files-from", os.path.join(TOP, "READ")))
 
@@ -131,6 +198,10 @@ class Completions(unittest.TestCase):
         # The equals sign lets a value follow it, too: --format=json.
         self.assertEqual(set(re.findall(r"(--[\w-]+)=[\[}]", arguments)), WITH_VALUE)
         self.assertEqual(set(re.search(r":form:\((.*?)\)", arguments).group(1).split()), FORMS)
+        families = re.search(r"families=\((.*?)\)", text).group(1)
+        for option, words in WORDS.items():
+            offered = re.search(r"%s=\[.*?\]:\w+:\((.*?)\)" % option, arguments).group(1).replace("$families", families)
+            self.assertEqual(set(offered.split()), words, option)
 
     def test_fish(self):
         lines = re.findall(r"^complete -c fiid (.*)$", read("completions", "fiid.fish"), re.M)
@@ -138,6 +209,10 @@ class Completions(unittest.TestCase):
         named |= {"--" + name for line in lines for name in re.findall(r"-l (\S+)", line)}
         self.assertEqual(named, OPTIONS)
         self.assertEqual(set(re.search(r"-l format -x -a '(.*?)'", "\n".join(lines)).group(1).split()), FORMS)
+        families = re.search(r"set -l families '(.*?)'", read("completions", "fiid.fish")).group(1)
+        for option, words in WORDS.items():
+            offered = re.search(r"-l %s -x -a ['\"](.*?)['\"]" % option[2:], "\n".join(lines)).group(1)
+            self.assertEqual(set(offered.replace("$families", families).split()), words, option)
 
     @needs("zsh")
     def test_zsh_reads_it(self):
