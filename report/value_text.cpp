@@ -20,12 +20,10 @@ void AppendHex(std::string& out, std::string_view bytes) {
     for (const char byte : bytes) AppendHexByte(out, static_cast<std::uint8_t>(byte), lowerHexDigits);
 }
 
-// The last digits of a number, as many as the array has.
-template <std::size_t count>
-void AppendDigits(std::string& out, std::uint32_t number) {
-    std::array<char, count> digits;
-    for (std::size_t index = count; index-- > 0; number /= 10) digits[index] = static_cast<char>('0' + number % 10);
-    out.append(digits.data(), digits.size());
+// Writes the last digits of a number, as many as count tells, and returns what is behind them.
+char* WriteDigits(char* to, std::size_t count, std::uint32_t number) {
+    for (std::size_t index = count; index-- > 0; number /= 10) to[index] = static_cast<char>('0' + number % 10);
+    return to + count;
 }
 
 void AppendJsonWords(std::string& out, std::string_view words) {
@@ -75,17 +73,18 @@ void AppendTimeWithoutZone(std::string& out, std::int64_t seconds) {
     const sys_days day = floor<days>(time);
     const year_month_day date(day);
     const hh_mm_ss<std::chrono::seconds> clock(time - day);
-    AppendDigits<4>(out, static_cast<std::uint32_t>(int{date.year()}));
-    out += '-';
-    AppendDigits<2>(out, unsigned{date.month()});
-    out += '-';
-    AppendDigits<2>(out, unsigned{date.day()});
-    out += 'T';
-    AppendDigits<2>(out, static_cast<std::uint32_t>(clock.hours().count()));
-    out += ':';
-    AppendDigits<2>(out, static_cast<std::uint32_t>(clock.minutes().count()));
-    out += ':';
-    AppendDigits<2>(out, static_cast<std::uint32_t>(clock.seconds().count()));
+    std::array<char, 19> text;
+    char* to = WriteDigits(text.data(), 4, static_cast<std::uint32_t>(int{date.year()}));
+    const auto addTwo = [&to](char separator, std::uint32_t number) {
+        *to = separator;
+        to = WriteDigits(to + 1, 2, number);
+    };
+    addTwo('-', unsigned{date.month()});
+    addTwo('-', unsigned{date.day()});
+    addTwo('T', static_cast<std::uint32_t>(clock.hours().count()));
+    addTwo(':', static_cast<std::uint32_t>(clock.minutes().count()));
+    addTwo(':', static_cast<std::uint32_t>(clock.seconds().count()));
+    out.append(text.data(), text.size());
 }
 
 void AppendTime(std::string& out, std::int64_t seconds) {

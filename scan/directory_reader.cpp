@@ -18,7 +18,7 @@ constexpr std::size_t bufferBytes = 65536;
 
 }  // namespace
 
-DirectoryReader::DirectoryReader() : buffer_(std::make_unique<char[]>(bufferBytes)) {}
+DirectoryReader::DirectoryReader() : buffer_(std::make_unique_for_overwrite<char[]>(bufferBytes)) {}
 
 void DirectoryReader::Start(int descriptor) {
     descriptor_ = descriptor;

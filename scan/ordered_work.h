@@ -65,7 +65,7 @@ class OrderedWork {
                 lock.unlock();
                 steps_.idle();
                 lock.lock();
-                if (!HasNews()) news_.wait_for(lock, std::chrono::milliseconds(longestWait));
+                WaitForNews(lock);
             }
         } catch (...) {
             if (!lock.owns_lock()) lock.lock();  // a step fails while it is open
@@ -79,9 +79,16 @@ class OrderedWork {
     }
 
  private:
-    static constexpr int longestWait = 100;  // milliseconds between two calls of idle, when nothing comes
-    // What is done in a batch of slow tasks is told as often as this, and of a quick batch its end. What is in front of a
-    // task that takes long is found without being told of.
+    using Clock = std::chrono::steady_clock;
+
+    static constexpr std::chrono::milliseconds longestWait{100};  // between two calls of idle, when nothing comes
+    // What is done sooner takes one thread.
+    static constexpr std::chrono::milliseconds secondThreadTime{1};
+    // The caller's thread is woken when a part of the batches under way is done, or as much time has gone by: to be woken
+    // for each batch costs more than to deliver it.
+    static constexpr std::size_t partToTell = 3;
+    // What is done in slow batches is told as often as this. What is in front of a task that takes long is found without
+    // being told of.
     static constexpr std::chrono::milliseconds handOverTime{20};
 
     struct Batch {
@@ -111,6 +118,11 @@ class OrderedWork {
         }
         ++running_;  // the thread waits for the mutex to take its count away
         return true;
+    }
+
+    // One thread more, if there are fewer; after a failure no other is tried.
+    void StartThreadUpTo(std::size_t threads) {
+        if (threads_.size() < threads && !stopped_ && !StartThread()) mostThreads_ = threads_.size();
     }
 
     void RunAlone() {
@@ -148,12 +160,22 @@ class OrderedWork {
         Tell();
     }
 
-    // The next batch, or null when there is none. A thread more is started when this one has its work, so that a single
-    // file takes one thread.
+    // A first task that takes long is no reason for the others to wait.
+    void WaitForNews(std::unique_lock<std::mutex>& lock) {
+        if (HasNews()) return;
+        const std::size_t threads = std::min<std::size_t>(mostThreads_, 2);
+        const bool mayStart = threads_.size() < threads;
+        const std::cv_status status = news_.wait_for(lock, mayStart ? secondThreadTime : longestWait);
+        if (status == std::cv_status::timeout && !IsOver()) StartThreadUpTo(threads);
+    }
+
+    // The next batch, or null when there is none. A thread more is started when this one has its work and there was more
+    // in front of it.
     Batch* TakeBatch() {
         const std::lock_guard turn(source_);
         {
             std::unique_lock lock(mutex_);
+            if (taken_ - delivered_ == batches_.size()) Tell();  // nothing goes on before that is delivered
             room_.wait(lock, [this] { return stopped_ || taken_ - delivered_ < batches_.size(); });
             if (stopped_ || exhausted_ || failure_ != nullptr) return nullptr;
         }
@@ -165,26 +187,34 @@ class OrderedWork {
         const std::lock_guard lock(mutex_);
         exhausted_ = batch.count == 0;
         if (exhausted_) return nullptr;
-        ++taken_;
-        if (threads_.size() < mostThreads_ && !stopped_ && !StartThread()) mostThreads_ = threads_.size();
+        if (taken_++ > 0) StartThreadUpTo(mostThreads_);
         return &batch;
     }
 
     void WorkOn(Worker& worker, Batch& batch) {
-        using Clock = std::chrono::steady_clock;
         Clock::time_point told = Clock::now();
-        const std::size_t count = batch.count;  // a batch that is handed over whole may be another one already
+        const std::size_t count = batch.count;
         for (std::size_t index = 0; index < count; ++index) {
             steps_.work(worker, batch.tasks[index]);
             const Clock::time_point now = Clock::now();
-            if (index + 1 < count) batch.done.store(index + 1, std::memory_order_release);
-            if (index + 1 < count && now - told < handOverTime) continue;
+            const bool isLast = index + 1 == count;
+            if (!isLast) batch.done.store(index + 1, std::memory_order_release);
+            if (!isLast && now - told < handOverTime) continue;
             told = now;
             const std::lock_guard lock(mutex_);
-            batch.done.store(index + 1, std::memory_order_release);
-            Tell();
+            batch.done.store(index + 1, std::memory_order_release);  // the last: it may be another batch from here on
+            TellOfWork(now, isLast);
             if (stopped_) return;
         }
+    }
+
+    // While tasks are taken one by one somebody may wait for each.
+    void TellOfWork(Clock::time_point now, bool batchIsDone) {
+        if (batchIsDone) ++untold_;
+        if (limits_.batchTasks > 1 && untold_ * partToTell < batches_.size() && now - told_ < handOverTime) return;
+        told_ = now;
+        untold_ = 0;
+        Tell();
     }
 
     void Tell() {
@@ -214,8 +244,8 @@ class OrderedWork {
     const OrderedSteps<Task, Worker>& steps_;
     const OrderedLimits limits_;
     std::size_t mostThreads_;  // that there can be, as far as is known
-    std::mutex source_;  // whose turn it is to take; locked in front of mutex_
-    std::mutex mutex_;   // all below
+    std::mutex source_;        // whose turn it is to take; locked in front of mutex_
+    std::mutex mutex_;         // all below
     std::condition_variable news_;
     std::condition_variable room_;
     std::vector<Batch> batches_;  // a ring, by number
@@ -227,5 +257,7 @@ class OrderedWork {
     bool exhausted_ = false;
     bool stopped_ = false;
     bool hasNews_ = false;
+    std::size_t untold_ = 0;    // batches that were done since the caller's thread was told
+    Clock::time_point told_{};  // when that was
     std::exception_ptr failure_;
 };

@@ -15,6 +15,21 @@ constexpr std::uint8_t lengthBits = 7;
 constexpr std::uint8_t lengthGoesOn = 0x80;
 constexpr std::size_t longestLength = (sizeof(std::size_t) * 8 + lengthBits - 1) / lengthBits;  // in bytes
 
+// Eight bytes of a record from an offset on as a number. Records that are equal in front of them are in the order of these
+// numbers, where they differ.
+std::uint64_t SortKeyOf(std::string_view record, std::size_t offset) {
+    const std::string_view bytes = record.substr(offset, sizeof(std::uint64_t));
+    std::uint64_t key = 0;
+    for (std::size_t index = 0; index < sizeof(key); ++index) {
+        key = (key << 8) | (index < bytes.size() ? static_cast<std::uint8_t>(bytes[index]) : 0U);
+    }
+    return key;
+}
+
+std::size_t CommonBytes(std::string_view left, std::string_view right) {
+    return static_cast<std::size_t>(std::ranges::mismatch(left, right).in1 - left.begin());
+}
+
 std::uint32_t PlaceOf(std::size_t chunk, std::size_t offset) {
     return static_cast<std::uint32_t>((chunk << offsetBits) | offset);
 }
@@ -79,11 +94,28 @@ bool RecordBlock::Next(std::string_view& record) {
     return true;
 }
 
+// Sorted by keys that mostly decide: names of one directory have long beginnings in common, behind which they soon differ.
 void RecordBlock::SortIndex() {
+    struct Keyed {
+        std::uint64_t key;
+        Place place;
+    };
+    const std::string_view first = RecordAt(0);
+    std::size_t common = first.size();
+    std::vector<Keyed> keyed;
+    keyed.reserve(count_);
+    std::string_view record;
+    for (Place place = 0; place != end_; place = PlaceBehind(place, record.size())) {
+        record = RecordAt(place);
+        common = CommonBytes(first.substr(0, common), record);
+        keyed.push_back({0, place});
+    }
+    for (Keyed& entry : keyed) entry.key = SortKeyOf(RecordAt(entry.place), common);
+    std::sort(keyed.begin(), keyed.end(), [this](const Keyed& left, const Keyed& right) {
+        return left.key != right.key ? left.key < right.key : RecordAt(left.place) < RecordAt(right.place);
+    });
     index_.reserve(count_);
-    for (Place place = 0; place != end_; place = PlaceBehind(place, RecordAt(place).size())) index_.push_back(place);
-    std::sort(index_.begin(), index_.end(),
-              [this](Place left, Place right) { return RecordAt(left) < RecordAt(right); });
+    for (const Keyed& entry : keyed) index_.push_back(entry.place);
     end_ = static_cast<Place>(index_.size());
 }
 

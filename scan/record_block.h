@@ -27,7 +27,7 @@ class RecordBlock {
 
     void Add(std::string_view record);
 
-    // Once, behind all Adds and in front of all else. Sorting takes no memory but that of the index.
+    // Once, behind all Adds and in front of all else. While it sorts it takes 16 bytes for each record beside them.
     void Finish(RecordOrder order);
 
     // Returns false when there are no more. The record lives as long as the block.
