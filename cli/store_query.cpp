@@ -48,8 +48,7 @@ void AppendFailure(const Options& options, const Record& record, std::string& re
         AppendEscapedText(rendered, record.path);
         rendered += ": ";
         AppendEscapedText(rendered, *record.error);
-        rendered += '
-';
+        rendered += '\n';
     }
 }
 

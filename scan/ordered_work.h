@@ -103,6 +103,8 @@ class OrderedWork {
 
     bool IsOver() const { return failure_ != nullptr || (running_ == 0 && delivered_ == taken_); }
 
+    bool IsFull() const { return taken_ - delivered_ >= batches_.size(); }
+
     bool HasNews() const { return hasNews_ || IsOver(); }
 
     void NoteFailure() {
@@ -175,8 +177,7 @@ class OrderedWork {
         const std::lock_guard turn(source_);
         {
             std::unique_lock lock(mutex_);
-            if (taken_ - delivered_ == batches_.size()) Tell();  // nothing goes on before that is delivered
-            room_.wait(lock, [this] { return stopped_ || taken_ - delivered_ < batches_.size(); });
+            room_.wait(lock, [this] { return stopped_ || !IsFull(); });
             if (stopped_ || exhausted_ || failure_ != nullptr) return nullptr;
         }
         Batch& batch = BatchOf(taken_);  // nobody else changes taken_, nor looks at a batch that is not taken
@@ -208,10 +209,11 @@ class OrderedWork {
         }
     }
 
-    // While tasks are taken one by one somebody may wait for each.
+    // While tasks are taken one by one somebody may wait for each, and while there is no room other threads do.
     void TellOfWork(Clock::time_point now, bool batchIsDone) {
         if (batchIsDone) ++untold_;
-        if (limits_.batchTasks > 1 && untold_ * partToTell < batches_.size() && now - told_ < handOverTime) return;
+        const bool canWait = limits_.batchTasks > 1 && !IsFull() && untold_ * partToTell < batches_.size();
+        if (canWait && now - told_ < handOverTime) return;
         told_ = now;
         untold_ = 0;
         Tell();
