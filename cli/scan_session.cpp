@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <ctime>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -91,7 +92,11 @@ class ScanSession {
             [this] { Idle(); },
         };
         output_.Begin();
-        OrderedWork<Task, Worker>(steps, LimitsOf()).Run();
+        if (IsSingleFile()) {
+            TellSingleFile();
+        } else {
+            OrderedWork<Task, Worker>(steps, LimitsOf()).Run();
+        }
         const std::optional<std::string> listFailure = named_.ListFailure();
         if (listFailure.has_value()) output_.Complain(*options_.filesFrom + ": " + *listFailure);
         output_.End(Interrupted());
@@ -103,6 +108,22 @@ class ScanSession {
     OrderedLimits LimitsOf() const {
         const bool oneByOne = options_.filesFrom.has_value() && PathsComeOneByOne(*options_.filesFrom);
         return {options_.jobs, oneByOne ? std::size_t{1} : batchTasks, 4 * std::size_t{options_.jobs} + 2};
+    }
+
+    // One that is told sooner than a thread is started.
+    bool IsSingleFile() const {
+        if (options_.filesFrom.has_value() || options_.paths.size() != 1 || options_.paths[0] == "-") return false;
+        std::error_code error;
+        const bool isQuick = options_.hash == HashKind::None && store_ == nullptr;
+        return isQuick && std::filesystem::is_regular_file(options_.paths[0], error);
+    }
+
+    void TellSingleFile() {
+        std::vector<Task> tasks(1);
+        Worker worker;
+        if (Take(tasks) == 0) return;
+        Work(worker, tasks[0]);
+        Deliver(tasks[0]);
     }
 
     std::size_t Take(std::vector<Task>& tasks) {
