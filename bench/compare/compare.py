@@ -10,7 +10,7 @@ import measure
 import tables
 from file_list import FileList
 
-PARTS = ["times", "counts", "flat", "cliffs"]
+PARTS = ["times", "counts", "flat", "cliffs", "program"]
 DEAREST_OF = ["storage", "unclaimed storage", "package", "text"]
 CLIFF_LOOKS = 30
 
@@ -25,6 +25,8 @@ def parse_arguments():
     parser.add_argument("--files", type=int, default=5000,
                         help="files are repeated under fresh names until there are so many (default: 5000)")
     parser.add_argument("--lap", type=int, default=1500, help="a class goes round until so many looks (default: 1500)")
+    parser.add_argument("--trees", type=int, default=50000,
+                        help="files of the trees that the program walks with one thread and with two (default: 50000)")
     parser.add_argument("--only", choices=PARTS, action="append", help="measure this part alone; may be repeated")
     parser.add_argument("--json", metavar="FILE", help="also write all figures to FILE")
     parser.add_argument("--against", metavar="FILE", help="also print the figures beside those of an earlier --json")
@@ -106,6 +108,12 @@ def measure_all(arguments, folder):
         result["flat"] = count_flat(tools, files)
     if "cliffs" in parts:
         result["cliffs"] = measure_cliffs(tools, files, arguments.rounds)
+    if "program" in parts:
+        trees = files.trees(arguments.trees)
+        empty = os.path.join(folder, "empty")
+        os.makedirs(empty)
+        result["trees"] = {name: count_of for name, (_, count_of) in trees.items()}
+        result["program"] = measure.program_rounds(tools, arguments.rounds, trees, empty)
     return result
 
 
@@ -120,6 +128,8 @@ def print_all(result):
         tables.print_flat(result)
     if "cliffs" in result:
         tables.print_cliffs(result)
+    if "program" in result:
+        tables.print_program(result)
 
 
 def main():

@@ -9,7 +9,9 @@ import sys
 CLASSES = ["early row", "later row", "markup", "storage", "unclaimed storage", "package", "text", "unknown"]
 SHUFFLED = "shuffled"
 START = "start"
+WHOLE_TREE = "all of them"
 SAMPLE_SIZE = 40
+FILES_OF_A_DIRECTORY = 500
 
 
 def real_files(directories):
@@ -92,3 +94,21 @@ class FileList:
         paths = [names[0] for names in self.by_class[name]]
         count = min(SAMPLE_SIZE, len(paths))
         return self.write("sample " + name, [paths[index * len(paths) // count] for index in range(count)]), count
+
+    def trees(self, wanted):
+        """A tree for each class, as many files in each and together as many as wanted, links to the copies in directories of
+        500: {name: (path, files)}. The last is the tree of all."""
+        top = os.path.join(self.folder, "tree")
+        each = -(-wanted // len(self.by_class))
+        trees = {}
+        for name, members in self.by_class.items():
+            root = os.path.join(top, name.replace(" ", "_"))
+            for number in range(each):
+                folder = os.path.join(root, f"{number // FILES_OF_A_DIRECTORY:04}")
+                if number % FILES_OF_A_DIRECTORY == 0:
+                    os.makedirs(folder)
+                copy = members[number % len(members)][0]
+                os.link(copy, os.path.join(folder, f"{number:06}_{os.path.basename(copy)}"))
+            trees[name] = (root, each)
+        trees[WHOLE_TREE] = (top, each * len(trees))
+        return trees

@@ -1,10 +1,14 @@
 """What is measured: times in interleaved rounds, and counts that noise cannot touch."""
+import os
+import random
 import re
 import subprocess
+import time
 
 from file_list import START
 
 FORMATS = ["text", "ndjson"]
+JOBS = ["1", "2"]
 CALL = re.compile(r"^(?:\d+ +)?(\w+)\((.*)= (-?\d+)")
 MARK = "fiid: a counted lap begins or ends"
 
@@ -19,6 +23,9 @@ class Tools:
 
     def program_command(self, output_format, listed):
         return [self.program, "--format", output_format, "--files-from", listed]
+
+    def walk_command(self, jobs, tree):
+        return [self.program, "-j", jobs, "--format", "ndjson", tree]
 
 
 def rounds(tools, number, laps, with_program):
@@ -40,6 +47,39 @@ def rounds(tools, number, laps, with_program):
                 start = median(times[START][who][clock]) if who in FORMATS else 0
                 entry[clock] = [(time - start) / files for time in entry[clock]]
     return times
+
+
+def timed(command):
+    """Microseconds of a command's processors and of the clock on the wall, its output to /dev/null."""
+    began = time.perf_counter()
+    process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
+    _, status, usage = os.wait4(process.pid, 0)
+    wall = time.perf_counter() - began
+    process.returncode = os.waitstatus_to_exitcode(status)
+    if process.returncode != 0:
+        raise subprocess.CalledProcessError(process.returncode, command)
+    return {"cpu": (usage.ru_utime + usage.ru_stime) * 1e6, "wall": wall * 1e6}
+
+
+def by_file(started, times, files):
+    """Times by file: less the median of what starting takes."""
+    return [(time_of_all - median(started)) / files for time_of_all in times]
+
+
+def program_rounds(tools, number, trees, empty):
+    """Microseconds a file, {tree: {jobs: {"cpu": [one a round], "wall": [...]}}}: rounds in which every tree takes its turn
+    with every number of jobs, in an order drawn anew, and one in front that does not count."""
+    runs = [(name, jobs) for name in [START, *trees] for jobs in JOBS]
+    times = {run: {"cpu": [], "wall": []} for run in runs}
+    draw = random.Random(3)
+    for counted in [False] + [True] * number:
+        for name, jobs in draw.sample(runs, len(runs)):
+            told = timed(tools.walk_command(jobs, empty if name == START else trees[name][0]))
+            for clock in told:
+                times[name, jobs][clock] += [told[clock]] if counted else []
+    return {name: {jobs: {clock: by_file(times[START, jobs][clock], values, files)
+                          for clock, values in times[name, jobs].items()} for jobs in JOBS}
+            for name, (_, files) in trees.items()}
 
 
 def median(values):

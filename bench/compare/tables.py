@@ -2,7 +2,7 @@
 import math
 
 from file_list import CLASSES, SHUFFLED, START
-from measure import FORMATS, median
+from measure import FORMATS, JOBS, median
 
 IN_LAPS = "the mix, in laps"
 IN_DISORDER = "the mix, shuffled"
@@ -80,6 +80,20 @@ def print_start(result):
     print(f"Starting the program, over an empty list, is subtracted from its times: {told}.\n")
 
 
+def print_program(result):
+    one, two = JOBS
+    print("The program over trees, `--format ndjson`, with one thread and with two; ratios round by round:\n")
+    body = []
+    for name, row in result["program"].items():
+        cpu, wall = ({jobs: row[jobs][clock] for jobs in JOBS} for clock in ("cpu", "wall"))
+        rates = [f"{1e6 / median(wall[jobs]):,.0f}" for jobs in JOBS]
+        body.append([name, f"{result['trees'][name]:,}", *rates, spread(ratios(wall, one, two)),
+                     number(min(wall[one]) / min(wall[two])), *(number(median(cpu[jobs])) for jobs in JOBS),
+                     spread(ratios(cpu, two, one)), number(min(cpu[two]) / min(cpu[one]))])
+    table(["tree", "files", "files/s, -j 1", "files/s, -j 2", "times as fast", "of the least times", "CPU us a file, -j 1", "-j 2",
+           "ratio", "of the least times"], body)
+
+
 COUNTS = [("calls", "system calls"), ("preads", "preads"), ("bytes", "bytes read"), ("instructions", "instructions"),
           ("blocks", "heap blocks"), ("detect preads", "detect: preads"),
           ("detect bytes", "detect: bytes read"), ("detect instructions", "detect: instructions"),
@@ -142,6 +156,13 @@ def print_change(before, after):
         table(["class", *(title for _, title in COUNTS)],
               [[name, *(f"{number(old[name].get(key, math.nan))} / {number(new[name][key])}" for key, _ in COUNTS)]
                for name in new if name in old])
+    if "program" in before and "program" in after:
+        table(["tree", *(f"CPU us a file, -j {jobs}" for jobs in JOBS), "times as fast"],
+              [[name, *(" / ".join(number(median(run["program"][name][jobs]["cpu"])) for run in (before, after))
+                        for jobs in JOBS),
+                " / ".join(number(median(ratios({jobs: run["program"][name][jobs]["wall"] for jobs in JOBS}, *JOBS)))
+                           for run in (before, after))]
+               for name in after["program"] if name in before["program"]])
     if "cliffs" in before and "cliffs" in after:
         table(["input", "ratio to the floor"],
               [[name, " / ".join(number(median(ratios({who: entry["cpu"] for who, entry in row["times"].items()},

@@ -62,6 +62,19 @@ class FileLists(unittest.TestCase):
         self.assertEqual(files.sample("markup")[1], 1)
 
 
+    def test_trees_have_as_many_files_of_each_class(self):
+        files = self.lay_out(2)
+        files.by_class = {"early row": files.copies[:1], "text": files.copies[1:]}
+        trees = files.trees(1203)
+        self.assertEqual({name: count for name, (_, count) in trees.items()},
+                         {"early row": 602, "text": 602, "all of them": 1204})
+        for name, (path, count) in trees.items():
+            found = [len(names) for _, _, names in os.walk(path) if names]
+            self.assertEqual(sum(found), count, name)
+            self.assertEqual(max(found), 500, name)
+        self.assertEqual(sorted(os.listdir(os.path.join(trees["text"][0], "0001")))[-1], "000601_00001_b_b.txt")
+
+
 class Counts(unittest.TestCase):
     def test_a_line_of_a_trace(self):
         for line, expected in (('12 pread64(3</a (b) = 7>, ""..., 4096, 0) = 512', ("pread64", "512")),
@@ -98,6 +111,47 @@ class Figures(unittest.TestCase):
         self.assertIn("| text | 2 | 2.00 (1.00 to 3.00) | 4.00 (2.00 to 6.00) |", output.getvalue())
         self.assertIn("| the mix, in laps | 2.00 | 2.00 |", output.getvalue())
         self.assertIn("| the mix, shuffled | 5.00 | 5.00 |", output.getvalue())
+
+
+    def test_starting_is_subtracted_from_runs_of_the_program(self):
+        self.assertEqual(measure.by_file([3, 1, 2], [12, 22], 10), [1, 2])
+
+    def test_the_program_with_two_threads_beside_one(self):
+        row = {"1": {"cpu": [10, 10, 10], "wall": [10, 12, 11]}, "2": {"cpu": [10, 11, 10.5], "wall": [5, 6, 5]}}
+        result = {"trees": {"text": 6250}, "program": {"text": row}}
+        output = io.StringIO()
+        with redirect_stdout(output):
+            tables.print_program(result)
+        self.assertIn("| text | 6,250 | 90,909 | 200,000 | 2.00 (2.00 to 2.20) | 2.00 | 10.0 | 10.5 | 1.05 (1.00 to 1.10) | 1.00 |",
+                      output.getvalue())
+
+
+class Runs(unittest.TestCase):
+    def test_a_run_is_timed_and_must_not_fail(self):
+        told = measure.timed([sys.executable, "-c", "print(sum(range(100000)))"])
+        self.assertEqual(sorted(told), ["cpu", "wall"])
+        self.assertTrue(all(time > 0 for time in told.values()))
+        with self.assertRaises(measure.subprocess.CalledProcessError):
+            measure.timed([sys.executable, "-c", "raise SystemExit(3)"])
+
+    def test_every_tree_takes_its_turn_with_every_number_of_threads(self):
+        runs = []
+
+        def timed(command):
+            runs.append(command)
+            return {"cpu": 100 * len(command[-1]), "wall": 50}
+
+        class Tools:
+            walk_command = staticmethod(lambda jobs, tree: [jobs, tree])
+
+        original, measure.timed = measure.timed, timed
+        self.addCleanup(setattr, measure, "timed", original)
+        rounds = measure.program_rounds(Tools, 2, {"a": ("aaa", 10), "b": ("bb", 1)}, "e")
+        self.assertEqual(rounds, {"a": dict.fromkeys("12", {"cpu": [20, 20], "wall": [0, 0]}),
+                                  "b": dict.fromkeys("12", {"cpu": [100, 100], "wall": [0, 0]})})
+        for first in range(0, 18, 6):
+            self.assertEqual(sorted(runs[first:first + 6]),
+                             [[jobs, tree] for jobs in "12" for tree in ("aaa", "bb", "e")])
 
 
 class MadeFiles(unittest.TestCase):
