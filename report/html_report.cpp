@@ -87,20 +87,6 @@ void AppendIntegerIf(std::string& out, bool known, Integer number) {
 
 std::uint16_t FormatOf(const fiid_result& answer) { return answer.further != 0 ? answer.further : answer.fiid; }
 
-std::string_view ChangeWord(ChangeKind kind) {
-    switch (kind) {
-        case ChangeKind::None:
-            return "";
-        case ChangeKind::New:
-            return "new";
-        case ChangeKind::Changed:
-            return "changed";
-        case ChangeKind::Gone:
-            return "gone";
-    }
-    return "";
-}
-
 void AppendKey(std::string& out, std::string_view key) {
     out += ",\"";
     out += key;
@@ -202,7 +188,7 @@ void HtmlWriter::AppendAskedFor(std::string& out, const Record& record) const {
     if (options_.withCopies) AppendIntegerIf(out, record.copies != 0, record.copies);
     if (options_.hash != HashKind::None) AppendTextIfAny(out, record.hash);
     if (options_.withChanges) {
-        AppendTextIfAny(out, ChangeWord(record.change.kind));
+        AppendTextIfAny(out, WordOf(record.change.kind));
         const bool changed = record.change.kind != ChangeKind::None;
         AppendIntegerIf(out, changed, record.change.run);
         AppendIntegerIf(out, changed && TimeHasAForm(record.change.seconds), record.change.seconds);

@@ -25,20 +25,6 @@ Value ModifiedTime(const fiid_result& answer) {
 
 Value Size(const fiid_result& answer) { return answer.size != FIID_SIZE_UNKNOWN ? Number(answer.size) : nothing; }
 
-std::string_view WordOf(ChangeKind kind) {
-    switch (kind) {
-        case ChangeKind::None:
-            break;
-        case ChangeKind::New:
-            return "new";
-        case ChangeKind::Changed:
-            return "changed";
-        case ChangeKind::Gone:
-            return "gone";
-    }
-    return "";
-}
-
 bool HasChange(const Record& record) { return record.change.kind != ChangeKind::None; }
 
 Value RunTime(const Record& record) {

@@ -16,3 +16,17 @@ std::optional<std::int64_t> ModifiedSecondsOf(const Record& record) {
     const std::int64_t seconds = answered ? record.answer.modified_seconds : record.state.modifiedSeconds;
     return TimeHasAForm(seconds) ? std::optional(seconds) : std::nullopt;
 }
+
+std::string_view WordOf(ChangeKind kind) {
+    switch (kind) {
+        case ChangeKind::None:
+            break;
+        case ChangeKind::New:
+            return "new";
+        case ChangeKind::Changed:
+            return "changed";
+        case ChangeKind::Gone:
+            return "gone";
+    }
+    return "";
+}

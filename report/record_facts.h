@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "scan/record.h"
 
@@ -13,3 +14,6 @@ bool HasAnswer(const Record& record);
 // 9999: from the answer, or else from its directory, for a file that could not be read. Nothing where it is not known.
 std::optional<std::uint64_t> SizeOf(const Record& record);
 std::optional<std::int64_t> ModifiedSecondsOf(const Record& record);
+
+// "new", "changed", "gone", or "" for None. Static.
+std::string_view WordOf(ChangeKind kind);

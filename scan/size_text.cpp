@@ -1,4 +1,4 @@
-// size_text.cpp - sizes as people write and read them.
+// size_text.cpp - sizes as people write them.
 #include "scan/size_text.h"
 
 #include <charconv>
@@ -43,28 +43,4 @@ std::optional<std::uint64_t> ParseSize(std::string_view text) {
     if (!rest.empty() || (binary && !inBytes)) return std::nullopt;
     if (count > UINT64_MAX >> bits) return std::nullopt;
     return count << bits;
-}
-
-std::string FormatSize(std::uint64_t bytes) {
-    std::size_t unit = 0;
-    unsigned bits = bitsOfStep;
-    while (unit + 1 < unitLetters.size() && bytes >> bits >= 1024) {
-        ++unit;
-        bits += bitsOfStep;
-    }
-    if (bytes < 1024) return std::to_string(bytes) + " B";
-
-    // The rest is below 2^60, so ten times as much fits.
-    const std::uint64_t size = std::uint64_t{1} << bits;
-    std::uint64_t whole = bytes >> bits;
-    std::uint64_t tenths = ((bytes & (size - 1)) * 10 + size / 2) >> bits;
-    if (tenths == 10) {
-        tenths = 0;
-        ++whole;
-    }
-    if (whole == 1024) {  // never of the last unit, of which 64 bits hold 16
-        whole = 1;
-        ++unit;
-    }
-    return std::to_string(whole) + '.' + std::to_string(tenths) + ' ' + unitLetters[unit] + "iB";
 }

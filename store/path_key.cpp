@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace {
+#include "scan/utf8.h"
 
-constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
+namespace {
 
 bool IsNormalised(std::string_view path) {
     if (path.size() > 1 && path.ends_with('/')) return false;
@@ -19,53 +19,11 @@ bool IsNormalised(std::string_view path) {
     return true;
 }
 
-struct ByteRange {
-    std::uint8_t first;
-    std::uint8_t last;
-};
-
-// What may stand behind the lead byte of a character: the limits keep out long forms, halves of surrogate pairs, and
-// numbers above U+10FFFF.
-ByteRange SecondBytes(std::uint8_t lead) {
-    switch (lead) {
-        case 0xE0:
-            return {0xA0, 0xBF};
-        case 0xED:
-            return {0x80, 0x9F};
-        case 0xF0:
-            return {0x90, 0xBF};
-        case 0xF4:
-            return {0x80, 0x8F};
-        default:
-            return {0x80, 0xBF};
-    }
-}
-
-// The first character of bytes, which are not empty: how many bytes there are of it, and whether that is all of it.
-struct Start {
-    std::size_t size;
-    bool whole;
-};
-
-Start StartOf(std::string_view bytes) {
-    const auto lead = static_cast<std::uint8_t>(bytes[0]);
-    if (lead < 0x80) return {1, lead != 0};
-    if (lead < 0xC2 || lead > 0xF4) return {1, false};
-    const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    ByteRange range = SecondBytes(lead);
-    for (std::size_t index = 1; index < size; ++index) {
-        if (index == bytes.size()) return {index, false};
-        const auto byte = static_cast<std::uint8_t>(bytes[index]);
-        if (byte < range.first || byte > range.last) return {index, false};
-        range = {0x80, 0xBF};
-    }
-    return {size, true};
-}
-
+// Whether bytes are UTF-8 without NUL bytes, which end a text for many who read it.
 bool IsText(std::string_view bytes) {
     while (!bytes.empty()) {
-        const Start start = StartOf(bytes);
-        if (!start.whole) return false;
+        const Utf8Start start = StartOfUtf8(bytes);
+        if (!start.whole || bytes[0] == '\0') return false;
         bytes.remove_prefix(start.size);
     }
     return true;
@@ -74,8 +32,8 @@ bool IsText(std::string_view bytes) {
 std::string TextOf(std::string_view bytes) {
     std::string text;
     while (!bytes.empty()) {
-        const Start start = StartOf(bytes);
-        text += start.whole ? bytes.substr(0, start.size) : replacementCharacter;
+        const Utf8Start start = StartOfUtf8(bytes);
+        text += start.whole && bytes[0] != '\0' ? bytes.substr(0, start.size) : replacementCharacter;
         bytes.remove_prefix(start.size);
     }
     return text;

@@ -1,4 +1,4 @@
-// Sizes as people write and read them.
+// Sizes as people write them.
 #include "scan/size_text.h"
 
 #include <gtest/gtest.h>
@@ -53,35 +53,6 @@ TEST(ParseSize, SixtyFourBitsAreTheLimit) {
     EXPECT_EQ(ParseSize("16384P"), std::nullopt);
     EXPECT_EQ(ParseSize("18014398509481983K"), largest - 1023);
     EXPECT_EQ(ParseSize("18014398509481984K"), std::nullopt);
-}
-
-TEST(FormatSize, BytesStandAsTheyAre) {
-    EXPECT_EQ(FormatSize(0), "0 B");
-    EXPECT_EQ(FormatSize(1), "1 B");
-    EXPECT_EQ(FormatSize(1023), "1023 B");
-}
-
-TEST(FormatSize, OneDigitBehindThePoint) {
-    EXPECT_EQ(FormatSize(1024), "1.0 KiB");
-    EXPECT_EQ(FormatSize(1536), "1.5 KiB");
-    EXPECT_EQ(FormatSize(std::uint64_t{4} << 30), "4.0 GiB");
-    EXPECT_EQ(FormatSize(std::uint64_t{1} << 40), "1.0 TiB");
-    EXPECT_EQ(FormatSize(std::uint64_t{1} << 50), "1.0 PiB");
-    EXPECT_EQ(FormatSize(std::uint64_t{1} << 60), "1.0 EiB");
-}
-
-TEST(FormatSize, RoundsToTheNearestAndHalvesUp) {
-    EXPECT_EQ(FormatSize(1024 + 51), "1.0 KiB");
-    EXPECT_EQ(FormatSize(1024 + 52), "1.1 KiB");
-    EXPECT_EQ(FormatSize(1024 + 256), "1.3 KiB");
-    EXPECT_EQ(FormatSize(2047), "2.0 KiB");
-}
-
-TEST(FormatSize, NeverTells1024OfAUnit) {
-    EXPECT_EQ(FormatSize(1024 * 1024 - 52), "1023.9 KiB");
-    EXPECT_EQ(FormatSize(1024 * 1024 - 51), "1.0 MiB");
-    EXPECT_EQ(FormatSize((std::uint64_t{1} << 60) - 1), "1.0 EiB");
-    EXPECT_EQ(FormatSize(largest), "16.0 EiB");
 }
 
 }  // namespace
