@@ -51,12 +51,12 @@ unsigned CoresOfProcess() {
 std::string RequireText(const std::string& text) { return text.empty() ? "needs a value, and has an empty one" : ""; }
 
 void AddPathOptions(CLI::App& app, Options& options) {
+    app.add_flag("--formats", options.listFormats, "List all formats and end");
     app.option_defaults()->group("Paths");
     app.add_option("--files-from", options.filesFrom, "Read the paths from FILE, one a line; - for standard input")
         ->check(RequireText)
         ->type_name("FILE");
     app.add_flag("-0,--null", options.nulSeparated, "The list of --files-from is separated by NUL bytes");
-    app.add_flag("--formats", options.listFormats, "List all formats and end");
 }
 
 void AddAnswerOptions(CLI::App& app, Options& options, OptionWords& words) {
@@ -69,7 +69,7 @@ void AddAnswerOptions(CLI::App& app, Options& options, OptionWords& words) {
         ->type_name("KIND");
 }
 
-void AddOutputOptions(CLI::App& app, Options& options, OptionWords& words) {
+void AddOutputOptions(CLI::App& app, OptionWords& words) {
     app.option_defaults()->group("Output");
     app.add_option("--format", words.format, "Form of the output")
         ->capture_default_str()
@@ -86,10 +86,6 @@ void AddOutputOptions(CLI::App& app, Options& options, OptionWords& words) {
     app.add_option("--by", words.by, "Sum up by this; implies --summary")
         ->check(CLI::IsMember(summaryKeys))
         ->type_name("KEY");
-    app.add_flag("--progress", words.progress,
-                 "Show progress on standard error; on a terminal it is shown by itself after a second");
-    app.add_flag("--no-progress", words.noProgress, "Never show progress");
-    app.add_flag("-v,--verbose", options.verbose, "Tell on standard error what is passed over");
 }
 
 // An option that may stand there again and again, with one text each time: the words behind that are paths.
@@ -126,10 +122,18 @@ void AddWalkOptions(CLI::App& app, Options& options, OptionWords& words) {
     app.add_option("--max-size", words.maxSize, "Only files of at most so many bytes")
         ->check(RequireText)
         ->type_name("SIZE");
+}
+
+void AddRunOptions(CLI::App& app, Options& options, OptionWords& words) {
+    app.option_defaults()->group("Run");
     app.add_option("-j,--jobs", options.jobs, "Files looked at at the same time; by default one for each core")
         ->check(CLI::Range(1U, mostJobs))
         ->type_name("N");
     app.add_flag("--unsorted", words.unsorted, "Take directories in the order of the file system");
+    app.add_flag("--progress", words.progress,
+                 "Show progress on standard error; on a terminal it is shown by itself after a second");
+    app.add_flag("--no-progress", words.noProgress, "Never show progress");
+    app.add_flag("-v,--verbose", options.verbose, "Tell on standard error what is passed over");
 }
 
 void AddStoreOptions(CLI::App& app, Options& options, OptionWords& words) {
@@ -203,11 +207,12 @@ std::optional<Options> ParseOptions(int argc, char** argv, int& exitStatus) {
     CLI::App app(helpDescription, "fiid");
     app.set_version_flag("-V,--version", std::string("fiid ") + fiid_version());
     app.footer(helpFooter);
-    AddOutputOptions(app, options, words);
-    AddAnswerOptions(app, options, words);
     AddPathOptions(app, options);
     AddWalkOptions(app, options, words);
+    AddAnswerOptions(app, options, words);
+    AddOutputOptions(app, words);
     AddStoreOptions(app, options, words);
+    AddRunOptions(app, options, words);
     app.add_option("PATH", options.paths, "Files and directories; - for standard input")->type_name("");
     app.positionals_at_end(false);
     try {
