@@ -13,15 +13,23 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
+#include <ctime>
 
 namespace {
 
 constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr unsigned deadlineSeconds = 2;
 
+// Signals that come as close to the first one as this are the same wish: timeout(1) sends its signal to the program and
+// then to its group, and others send SIGTERM and SIGHUP together.
+constexpr std::uint32_t sameWishMilliseconds = 100;
+
 // Written by handlers, read by all threads.
 std::atomic<int> signalThatCame = 0;
-static_assert(std::atomic<int>::is_always_lock_free, "a handler may not take a lock");
+std::atomic<std::uint32_t> firstCameAt = 0;  // in milliseconds of a clock that runs on; 0 before it is noted
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<std::uint32_t>::is_always_lock_free,
+              "a handler may not take a lock");
 
 // Filled before the handlers are set, and never changed then.
 int wakingEnd = -1;
@@ -44,10 +52,26 @@ void SetDeadline() {
     alarm(deadlineSeconds);
 }
 
+// They begin anew every 49 days: what lies between two of them is right all the same.
+std::uint32_t MillisecondsNow() {
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<std::uint32_t>(now.tv_sec) * 1000U + static_cast<std::uint32_t>(now.tv_nsec / 1'000'000);
+}
+
+bool CameWithTheFirst() {
+    const std::uint32_t first = firstCameAt.load();
+    return first == 0 || MillisecondsNow() - first < sameWishMilliseconds;
+}
+
 // Two signals may come at the same moment, to two threads: one of them is the first.
 extern "C" void NoteSignal(int number) {
     int none = 0;
-    if (!signalThatCame.compare_exchange_strong(none, number)) return EndBy(number);
+    if (!signalThatCame.compare_exchange_strong(none, number)) {
+        if (!CameWithTheFirst()) EndBy(number);
+        return;
+    }
+    firstCameAt = MillisecondsNow();
     const int reason = errno;
     const char note = 0;
     [[maybe_unused]] const ssize_t noted =

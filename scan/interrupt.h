@@ -3,7 +3,7 @@
 #pragma once
 
 // Catches the signals from here on; one that is ignored already, as nohup does with SIGHUP, stays ignored. A second
-// signal ends the program at once, and two seconds behind the first one SIGALRM ends it by that: inside a long
+// signal, a tenth of a second or more behind it, ends the program at once, and two seconds behind the first one SIGALRM ends it by that: inside a long
 // identification, or when nobody reads what it writes. Records that were gathered and not handed over by then are lost.
 // Called once, before threads are started and behind FillStandardDescriptors: it opens descriptors.
 void CatchInterrupts();

@@ -42,8 +42,25 @@ TEST_P(InterruptDeathTest, SecondSignalEndsTheProgramAtOnce) {
         {
             CatchInterrupts();
             raise(SIGTERM);
+            usleep(110'000);
             raise(number);
             _exit(1);
+        },
+        testing::KilledBySignal(number), "");
+}
+
+// As timeout(1) sends it, to the program and to its group.
+TEST_P(InterruptDeathTest, SignalThatComesTwiceAtATimeIsOne) {
+    const int number = GetParam();
+    EXPECT_EXIT(
+        {
+            CatchInterrupts();
+            raise(number);
+            raise(number);
+            raise(SIGTERM);
+            if (!Interrupted()) _exit(2);
+            EndIfInterrupted();
+            _exit(3);
         },
         testing::KilledBySignal(number), "");
 }
