@@ -160,7 +160,10 @@ class ScanSession {
 
     void Work(Worker& worker, Task& task) const {
         task.rendered.clear();
-        task.isFromStore = false;
+        task.record.reset();
+        task.isFromStore = task.isWritten = false;
+        task.isCutShort = Interrupted();
+        if (task.isCutShort) return;  // the rest of a batch may take longer than the program has left
         task.lookedSeconds = std::time(nullptr);
         task.record = RecordOf(worker, task);
         task.isCutShort = Interrupted();
