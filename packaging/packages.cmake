@@ -27,8 +27,9 @@ identifiers, its name, MIME type, PRONOM identifiers and version: bytes at
 scattered offsets, compound storages, ZIP packages, XML and HTML, mail,
 encoded text and statistics decide.
 
-It costs little more than opening the file, writes text, JSON, CSV or TSV,
-and is made for archives, e-discovery, search indexers and mail gateways.")
+It costs little more than opening the file, sums up, keeps scans of millions
+of files in SQLite, writes text, JSON, CSV, TSV or an HTML report, and is made
+for archives, e-discovery, search indexers and mail gateways.")
 
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_NAME libfiid1)
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SECTION libs)
