@@ -34,6 +34,7 @@ CONTENTS = [
     ("doc", b"GIF89a\x01\x00\x01\x00\x00\x00\x00;"),
 ]
 FILES_OF_A_DIRECTORY = 1000
+MOST_MEGABYTES = 64  # of memory, whatever the number of files
 
 
 def make_file(path, number):
@@ -67,34 +68,36 @@ def make_directory(top, count):
     return paths
 
 
-class Run:
-    """One run of the program, to its end or killed before."""
+class Launcher:
+    """Runs the program, to its end or killed before, in a small process that measures it."""
 
-    def __init__(self, program, arguments, output=subprocess.DEVNULL, kill_after=None):
-        started = time.monotonic()
-        self.first_byte = None
-        pipe = output == subprocess.PIPE
-        process = subprocess.Popen([program] + arguments, stdout=output, stderr=subprocess.PIPE, stdin=subprocess.DEVNULL)
-        self.lines = []
-        if pipe:
-            first = process.stdout.readline()
-            self.first_byte = time.monotonic() - started
-            self.lines = [first] + process.stdout.readlines()
-        if kill_after is not None:
-            time.sleep(kill_after)
-            process.send_signal(signal.SIGKILL)
-        self.messages = process.stderr.read().decode("utf-8", "replace")
-        _, status, usage = os.wait4(process.pid, 0)
-        process.returncode = os.waitstatus_to_exitcode(status)
-        self.exit_status = process.returncode
-        self.seconds = time.monotonic() - started
-        self.processor_seconds = usage.ru_utime + usage.ru_stime
-        self.peak_megabytes = usage.ru_maxrss / 1024
+    def __init__(self, program, folder):
+        self.program = program
+        self.output = os.path.join(folder, "output")
+        self.messages = os.path.join(folder, "messages")
+        path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "launcher.py")
+        self.process = subprocess.Popen([sys.executable, "-E", "-S", path], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        text=True)
+
+    def run(self, arguments, with_output=False, kill_after=None):
+        order = {"command": [self.program, *arguments], "output": self.output if with_output else None,
+                 "messages": self.messages, "kill_after": kill_after}
+        self.process.stdin.write(json.dumps(order) + "\n")
+        self.process.stdin.flush()
+        run = argparse.Namespace(**json.loads(self.process.stdout.readline()), lines=[])
+        with open(self.messages, encoding="utf-8", errors="replace") as stream:
+            run.messages = stream.read()
+        if with_output:
+            with open(self.output, "rb") as stream:
+                run.lines = stream.readlines()
+            os.unlink(self.output)
+        return run
 
 
 class Bench:
-    def __init__(self, program, files, kills, seed):
+    def __init__(self, program, files, kills, seed, folder):
         self.program = program
+        self.launcher = Launcher(program, folder)
         self.files = files
         self.kills = kills
         self.random = random.Random(seed)
@@ -111,6 +114,7 @@ class Bench:
             label, self.files / run.seconds, run.seconds, 1e6 * run.processor_seconds / self.files, run.peak_megabytes, first,
             extra))
         sys.stdout.flush()
+        self.require(run.peak_megabytes < MOST_MEGABYTES, "%s: more than %d MB of memory" % (label, MOST_MEGABYTES))
 
     def answers(self, folder):
         told = {}
@@ -139,25 +143,28 @@ class Bench:
     def scan_alone(self, top, expected):
         fields = ["--format", "tsv", "--fields", "path,fiid,further", top]
         for jobs in ("1", "2"):
-            run = Run(self.program, ["-j", jobs] + fields, subprocess.PIPE)
+            run = self.launcher.run(["-j", jobs] + fields, with_output=True)
             self.say("-j %s" % jobs, run)
             self.compare("-j " + jobs, expected, run.lines)
-        run = Run(self.program, ["-j", "2", "--unsorted"] + fields, subprocess.PIPE)
+        run = self.launcher.run(["-j", "2", "--unsorted"] + fields, with_output=True)
         self.say("-j 2 --unsorted", run)
         self.compare("--unsorted", sorted(expected), run.lines[:1] + sorted(run.lines[1:]))
         return run.seconds
 
     def scan_killed(self, top, store, expected, whole_seconds):
-        peak = 0
+        peak = kept = 0
         started = time.monotonic()
-        for kill in range(self.kills):
-            after = self.random.uniform(0.05, 2 * whole_seconds / self.kills)
-            run = Run(self.program, ["--store", store, top], kill_after=after)
+        for _ in range(self.kills):
+            after = self.random.uniform(0.05, min(2, whole_seconds))
+            run = self.launcher.run(["--store", store, top], kill_after=after)
             self.require(run.exit_status in (-signal.SIGKILL, 0), "killed run: %d %s" % (run.exit_status, run.messages))
             peak = max(peak, run.peak_megabytes)
-            print("  killed after %.2f s: %d files in the store" % (after, self.count(store)))
+            before, kept = kept, self.count(store)
+            self.require(kept >= before, "files were lost")
+            ended = "killed" if run.exit_status != 0 else "through, not to be killed,"
+            print("  %s after %.2f s: %d files in the store" % (ended, after, kept))
             sys.stdout.flush()
-        run = Run(self.program, ["--store", store, top])
+        run = self.launcher.run(["--store", store, top])
         self.require(run.exit_status == 0, "last run: %d %s" % (run.exit_status, run.messages))
         print("  %s" % run.messages.strip())
         run.peak_megabytes = max(peak, run.peak_megabytes)
@@ -185,18 +192,19 @@ class Bench:
         self.compare("--query files", expected, out)
 
     def scan_again(self, top, store, expected):
-        run = Run(self.program, ["--store", store, top])
+        run = self.launcher.run(["--store", store, top])
         self.say("again, nothing new", run, "; size of the store %.0f bytes a file" % (os.path.getsize(store) / self.files))
         self.require(run.exit_status == 0 and " 0 new, 0 changed" in run.messages, "second scan: " + run.messages)
-        run = Run(self.program, ["--store", store, "--format", "tsv", "--fields", "path,fiid,further", top], subprocess.PIPE)
+        run = self.launcher.run(["--store", store, "--format", "tsv", "--fields", "path,fiid,further", top], with_output=True)
         self.say("again, with records", run)
         self.compare("records from the store", expected, run.lines)
 
     def ask(self, store):
         for query in ("summary", "mismatch", "changes", "errors", "duplicates", "files"):
-            run = Run(self.program, ["--store", store, "--query", query, "--format", "ndjson"], subprocess.PIPE)
+            run = self.launcher.run(["--store", store, "--query", query, "--format", "ndjson"], with_output=True)
             print("  --query %-12s %6.2f s, peak %5.1f MB, %d lines" % (query, run.seconds, run.peak_megabytes, len(run.lines)))
             self.require(run.exit_status == 0, "--query %s: %s" % (query, run.messages))
+            self.require(run.peak_megabytes < MOST_MEGABYTES, "--query %s: more than %d MB" % (query, MOST_MEGABYTES))
 
     def run(self, folder, what, make):
         top = os.path.join(folder, what)
@@ -207,7 +215,7 @@ class Bench:
         store = os.path.join(folder, what + ".db")
         self.scan_killed(top, store, expected, seconds)
         self.scan_again(top, store, expected)
-        run = Run(self.program, ["--store", store, "--rescan", "--hash", "xxh3", top])
+        run = self.launcher.run(["--store", store, "--rescan", "--hash", "xxh3", top])
         self.say("--rescan --hash xxh3", run)
         self.ask(store)
         shutil.rmtree(top)
@@ -222,7 +230,7 @@ def main():
     parser.add_argument("--directory", help="where the files are made; by default where temporary files lie")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory(prefix="fiid-scan-", dir=options.directory) as folder:
-        bench = Bench(os.path.abspath(options.program), options.files, options.kills, options.seed)
+        bench = Bench(os.path.abspath(options.program), options.files, options.kills, options.seed, folder)
         bench.told = bench.answers(folder)
         bench.run(folder, "tree", make_tree)
         bench.run(folder, "directory", make_directory)
