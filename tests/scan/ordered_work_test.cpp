@@ -123,6 +123,19 @@ TEST(OrderedWork, StartsNoMoreThreadsThanThereAreBatchesAndOne) {
     squares.ExpectAllInOrder();
 }
 
+TEST(OrderedWork, SlowFirstTaskDoesNotHoldUpTheNext) {
+    Squares squares(2);
+    std::atomic<bool> secondIsDone = false;
+    squares.steps.work = [&](Worker&, Task& task) {
+        while (task.number == 0 && !secondIsDone) std::this_thread::yield();
+        task.result = task.number * task.number;
+        secondIsDone = secondIsDone || task.number == 1;
+    };
+    squares.Run({2, 8, 4});
+    squares.ExpectAllInOrder();
+    EXPECT_EQ(squares.workers, 2);
+}
+
 TEST(OrderedWork, NeverStartsMoreThreadsThanAllowed) {
     Squares squares(3000);
     squares.Run({3, 4, 40});

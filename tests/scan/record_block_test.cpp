@@ -55,6 +55,31 @@ TEST(RecordBlock, SortsByUnsignedBytes) {
     EXPECT_EQ(RecordsOf(block), std::string("|Z|a|a\0|ab|b|b|\xC3\xA9|", 18));
 }
 
+// The keys that it sorts by are eight bytes behind what all records have in common.
+TEST(RecordBlock, SortsWhatKeysDoNotTellApart) {
+    RecordBlock block;
+    const std::string common = "a long beginning ";
+    for (const char* const rest : {"12345678b", "12345678", "12345678a", "1234567", "\xFF", "1234567\x01", "2"}) {
+        block.Add(common + rest);
+    }
+    block.Add(common + std::string("1234567\0", 8));
+    block.Finish(RecordOrder::Sorted);
+    std::string expected;
+    for (const std::string& rest : {std::string("1234567"), std::string("1234567\0", 8), std::string("1234567\x01"),
+                                    std::string("12345678"), std::string("12345678a"), std::string("12345678b"),
+                                    std::string("2"), std::string("\xFF")}) {
+        expected += common + rest + "|";
+    }
+    EXPECT_EQ(RecordsOf(block), expected);
+}
+
+TEST(RecordBlock, SortsRecordsOfWhichOneIsTheBeginningOfAll) {
+    RecordBlock block;
+    for (const char* const record : {"nameb", "name", "namea", "name"}) block.Add(record);
+    block.Finish(RecordOrder::Sorted);
+    EXPECT_EQ(RecordsOf(block), "name|name|namea|nameb|");
+}
+
 TEST(RecordBlock, NothingAddedIsNothing) {
     for (const RecordOrder order : {RecordOrder::Sorted, RecordOrder::AsAdded}) {
         RecordBlock block;
