@@ -16,6 +16,7 @@
 #include "cli/asked_facts.h"
 #include "cli/named_paths.h"
 #include "cli/scan_flags.h"
+#include "cli/scan_limits.h"
 #include "cli/scan_output.h"
 #include "cli/scan_store.h"
 #include "report/output.h"
@@ -27,11 +28,10 @@
 
 namespace {
 
-constexpr std::size_t batchTasks = 64;
-// Far down in a tree paths may be of a megabyte each. A batch takes no more when its paths come to this.
+// A batch takes no more when its paths come to this: far down in a tree they may be of a megabyte each.
 constexpr std::size_t batchPathBytes = std::size_t{64} << 10;
 
-constexpr std::size_t longestKeptPath = 4096;
+constexpr std::size_t longestKeptPath = 512;
 
 // One thing that was met, and what became of it.
 struct Task {
@@ -87,6 +87,7 @@ class ScanSession {
             [this](std::vector<Task>& tasks) { return Take(tasks); },
             [this] { return MakeWorker(); },
             [this](Worker& worker, Task& task) { Work(worker, task); },
+            [](const Task& task) { return task.item.path.size(); },
             [this](Task& task) { Settle(task); },
             [this](Task& task) { Deliver(task); },
             [this] { Idle(); },
@@ -104,10 +105,13 @@ class ScanSession {
     }
 
  private:
-    // Whoever writes paths into a pipe may wait for the record of one before the next: nothing is gathered then.
     OrderedLimits LimitsOf() const {
-        const bool oneByOne = options_.filesFrom.has_value() && PathsComeOneByOne(*options_.filesFrom);
-        return {options_.jobs, oneByOne ? std::size_t{1} : batchTasks, 4 * std::size_t{options_.jobs} + 2};
+        ScanNeeds needs;
+        needs.jobs = options_.jobs;
+        needs.oneByOne = options_.filesFrom.has_value() && PathsComeOneByOne(*options_.filesFrom);
+        needs.readsStore = store_ != nullptr;
+        needs.descriptors = DescriptorsOfProcess();
+        return LimitsOfScan(needs);
     }
 
     // One that is told sooner than a thread is started.
@@ -230,8 +234,9 @@ class ScanSession {
     void Deliver(Task& task) {
         wasCutShort_ = wasCutShort_ || task.isCutShort;
         if (!wasCutShort_) Tell(task);
-        // Tasks are used again, with the memory of their texts; but not with that of uncommonly long ones.
-        if (task.item.path.size() > longestKeptPath) task = Task();
+        // Tasks are used again, with the memory of their texts; but not with that of uncommonly long ones, which goes with
+        // what they are moved to: an empty text that is assigned leaves it in place.
+        if (task.item.path.size() > longestKeptPath) const Task dropped = std::move(task);
     }
 
     void Tell(const Task& task) {

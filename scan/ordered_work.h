@@ -30,6 +30,7 @@ struct OrderedSteps {
     std::function<std::size_t(std::vector<Task>& tasks)> take;
     std::function<std::unique_ptr<Worker>()> makeWorker;  // called in the worker's thread
     std::function<void(Worker& worker, Task& task)> work;
+    std::function<std::size_t(const Task& task)> weigh;  // what it takes of the weight below; empty: none takes any
     // Both in the caller's thread: settle for each task soon after it is done, in any order; deliver for each task behind
     // that, in the order in which they were taken.
     std::function<void(Task& task)> settle;
@@ -41,6 +42,8 @@ struct OrderedLimits {
     unsigned threads = 1;         // at least 1
     std::size_t batchTasks = 64;  // most tasks of a batch, at least 1
     std::size_t batches = 8;      // most batches under way, done and not delivered ones among them
+    // Nothing more is taken while the tasks of batches under way weigh this or more together. At least one is under way.
+    std::size_t weight = SIZE_MAX;
 };
 
 template <typename Task, typename Worker>
@@ -94,6 +97,7 @@ class OrderedWork {
     struct Batch {
         std::vector<Task> tasks;
         std::size_t count = 0;              // tasks that were taken
+        std::size_t weight = 0;             // of these
         std::atomic<std::size_t> done = 0;  // of them, from the first on; then settled, then delivered
         std::size_t settled = 0;
         std::size_t delivered = 0;
@@ -103,9 +107,19 @@ class OrderedWork {
 
     bool IsOver() const { return failure_ != nullptr || (running_ == 0 && delivered_ == taken_); }
 
-    bool IsFull() const { return taken_ - delivered_ >= batches_.size(); }
-
     bool HasNews() const { return hasNews_ || IsOver(); }
+
+    bool HasRoom() const {
+        return taken_ == delivered_ || (taken_ - delivered_ < batches_.size() && weight_ < limits_.weight);
+    }
+
+    std::size_t WeightOf(const Batch& batch) const {
+        std::size_t weight = 0;
+        for (std::size_t index = 0; steps_.weigh && index < batch.count; ++index) {
+            weight += steps_.weigh(batch.tasks[index]);
+        }
+        return weight;
+    }
 
     void NoteFailure() {
         if (failure_ == nullptr) failure_ = std::current_exception();
@@ -177,17 +191,19 @@ class OrderedWork {
         const std::lock_guard turn(source_);
         {
             std::unique_lock lock(mutex_);
-            room_.wait(lock, [this] { return stopped_ || !IsFull(); });
+            room_.wait(lock, [this] { return stopped_ || HasRoom(); });
             if (stopped_ || exhausted_ || failure_ != nullptr) return nullptr;
         }
         Batch& batch = BatchOf(taken_);  // nobody else changes taken_, nor looks at a batch that is not taken
         GrowBatch(batch.tasks);
         batch.count = steps_.take(batch.tasks);
+        batch.weight = WeightOf(batch);
         batch.settled = batch.delivered = 0;
         batch.done.store(0, std::memory_order_relaxed);
         const std::lock_guard lock(mutex_);
         exhausted_ = batch.count == 0;
         if (exhausted_) return nullptr;
+        weight_ += batch.weight;
         if (taken_++ > 0) StartThreadUpTo(mostThreads_);
         return &batch;
     }
@@ -212,7 +228,7 @@ class OrderedWork {
     // While tasks are taken one by one somebody may wait for each, and while there is no room other threads do.
     void TellOfWork(Clock::time_point now, bool batchIsDone) {
         if (batchIsDone) ++untold_;
-        const bool canWait = limits_.batchTasks > 1 && !IsFull() && untold_ * partToTell < batches_.size();
+        const bool canWait = limits_.batchTasks > 1 && HasRoom() && untold_ * partToTell < batches_.size();
         if (canWait && now - told_ < handOverTime) return;
         told_ = now;
         untold_ = 0;
@@ -238,6 +254,7 @@ class OrderedWork {
             lock.lock();
             if (number == delivered_ && batch.delivered == batch.count) {
                 ++delivered_;
+                weight_ -= batch.weight;
                 room_.notify_one();
             }
         }
@@ -254,6 +271,7 @@ class OrderedWork {
     std::vector<std::thread> threads_;
     std::uint64_t taken_ = 0;      // batches
     std::uint64_t delivered_ = 0;  // batches
+    std::size_t weight_ = 0;       // of the batches between these two
     std::size_t batchTasks_ = 0;   // of the last batch
     unsigned running_ = 0;         // threads
     bool exhausted_ = false;

@@ -187,6 +187,30 @@ TEST(OrderedWork, SlowTaskHoldsUpTheWindowAndWhatIsDoneBehindItIsSettled) {
     squares.ExpectAllInOrder();
 }
 
+TEST(OrderedWork, NothingIsTakenWhileTheTasksUnderWayWeighEnough) {
+    for (const int heaviest : {9, 10, 1000}) {  // below, at and above what may be under way
+        Squares squares(60);
+        std::atomic<int> weight = 0;
+        std::atomic<int> largest = 0;
+        const auto weigh = [=](const Task& task) { return task.number % 7 == 0 ? heaviest : 1; };
+        squares.steps.weigh = [=](const Task& task) { return static_cast<std::size_t>(weigh(task)); };
+        squares.steps.work = [&](Worker&, Task& task) {
+            weight += weigh(task);
+            largest = std::max(largest.load(), weight.load());
+            task.result = task.number * task.number;
+        };
+        squares.steps.deliver = [&](Task& task) {
+            weight -= weigh(task);
+            squares.delivered.push_back(task.number);
+            squares.results.push_back(task.result);
+        };
+        squares.Run({8, 1, 40, 10});
+        squares.ExpectAllInOrder();
+        EXPECT_LE(largest, 9 + heaviest);
+        EXPECT_EQ(weight, 0);
+    }
+}
+
 TEST(OrderedWork, SlowBatchIsHandedOverInPieces) {
     Squares squares(4);
     squares.taken = 0;
