@@ -46,7 +46,7 @@ struct WalkOptions {
     bool sorted = true;                   // else a directory's files as the file system has them, then its directories
     bool oneFileSystem = false;           // directories on another device than the named one's are not entered
     std::uint32_t maxDepth = UINT32_MAX;  // 1: what lies in a named directory itself; 0: nothing below it
-    std::size_t memory = 16 * 1024 * 1024;  // in bytes, for names; what does not fit lies in a temporary file
+    std::size_t memory = std::size_t{16} << 20;  // in bytes, for names; what does not fit lies in a temporary file
     // Asked for what is met below a named directory, with its path relative to that one, and whether it is a directory,
     // not over a link. What it does not take is passed over, a directory with all that lies below it. Empty: takes all.
     std::function<bool(std::string_view relativePath, bool directory)> takes;
