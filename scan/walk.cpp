@@ -250,7 +250,7 @@ Walk::Kind Walk::KindOfLink() const {
         return kind == Kind::Directory ? Kind::LinkToDirectory : kind;
     }
     // One that leads to itself leads nowhere, too. The link itself may be gone.
-    const bool leadsNowhere =
-        (errno == ENOENT || errno == ELOOP) && fstatat(road_.Descriptor(), road_.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    const bool leadsNowhere = (errno == ENOENT || errno == ELOOP) &&
+                              fstatat(road_.Descriptor(), road_.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0;
     return leadsNowhere ? Kind::BrokenLink : Kind::File;
 }
