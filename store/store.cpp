@@ -105,7 +105,9 @@ bool Store::Commit() {
     if (!parts_->inTransaction) return true;
     if (!parts_->database.Run("COMMIT")) return Fail();
     parts_->inTransaction = false;
-    return true;
+    if (parts_->IsInItsPlace()) return true;
+    mistake_ = parts_->file + " is not there any more: it was moved or removed while it was written";
+    return false;
 }
 
 bool Store::CommitIfDue() {
@@ -196,6 +198,13 @@ void Store::Parts::FindOwnFiles() {
         state.inode = status.st_ino;
         state.device = status.st_dev;
     }
+}
+
+// SQLite goes on writing into a file that has lost its name.
+bool Store::Parts::IsInItsPlace() const {
+    struct stat status = {};
+    return ownFiles.empty() || (stat(resolved.c_str(), &status) == 0 && status.st_ino == ownFiles.front().inode &&
+                                status.st_dev == ownFiles.front().device);
 }
 
 bool Store::IsOwnFile(const FileState& state) const {

@@ -42,6 +42,7 @@ struct Store::Parts {
     bool ChecksDirectory(const StoreRun& asked, std::string& mistake);
     bool AddRun();
     void FindOwnFiles();
+    bool IsInItsPlace() const;  // its name still leads to the file that is written to
     bool ReadPast();
 
     // Takes a path out of the store.

@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include "store/database.h"
@@ -172,6 +173,34 @@ TEST(StoreFile, LockOfADeadProcessHindersNobody) {
     EXPECT_TRUE(std::filesystem::exists(file + "-lock"));
     EXPECT_EQ(Scan(*OpenStore(file), {MadeRecord("a")}).fresh, 1U);
     EXPECT_FALSE(std::filesystem::exists(file + "-lock"));
+}
+
+TEST(StoreFile, LockOfALaterStoreOfTheNameStays) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.At("store");
+    std::unique_ptr<Store> first = OpenStore(file);
+    for (const char* const suffix : {"", "-wal", "-shm", "-lock"}) std::filesystem::remove(file + suffix);
+    const std::unique_ptr<Store> second = OpenStore(file);
+    first.reset();
+    EXPECT_TRUE(std::filesystem::exists(file + "-lock"));
+}
+
+// Whether it was removed, or another file was put in its place.
+TEST(StoreFile, StoreThatIsTakenAwayEndsTheRunInWords) {
+    for (const bool isReplaced : {false, true}) {
+        const TemporaryDirectory directory;
+        const std::string file = directory.At("store");
+        const std::unique_ptr<Store> store = OpenStore(file);
+        Begin(*store, RunIn("/here"));
+        EXPECT_TRUE(store->Put(MadeRecord("a"), lookedAt));
+        EXPECT_TRUE(store->Commit());
+        std::filesystem::rename(file, file + ".old");
+        if (isReplaced) std::ofstream(file) << "another";
+        EXPECT_TRUE(store->Put(MadeRecord("b"), lookedAt));
+        EXPECT_FALSE(store->Commit());
+        EXPECT_FALSE(store->Put(MadeRecord("c"), lookedAt));
+        EXPECT_EQ(store->Mistake(), file + " is not there any more: it was moved or removed while it was written");
+    }
 }
 
 TEST(StoreFile, NothingLiesBesideAStoreThatIsClosed) {
