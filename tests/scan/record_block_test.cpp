@@ -65,9 +65,9 @@ TEST(RecordBlock, SortsWhatKeysDoNotTellApart) {
     block.Add(common + std::string("1234567\0", 8));
     block.Finish(RecordOrder::Sorted);
     std::string expected;
-    for (const std::string& rest : {std::string("1234567"), std::string("1234567\0", 8), std::string("1234567\x01"),
-                                    std::string("12345678"), std::string("12345678a"), std::string("12345678b"),
-                                    std::string("2"), std::string("\xFF")}) {
+    for (const std::string& rest :
+         {std::string("1234567"), std::string("1234567\0", 8), std::string("1234567\x01"), std::string("12345678"),
+          std::string("12345678a"), std::string("12345678b"), std::string("2"), std::string("\xFF")}) {
         expected += common + rest + "|";
     }
     EXPECT_EQ(RecordsOf(block), expected);
