@@ -8,9 +8,9 @@
 
 // What limits depend on.
 struct ScanNeeds {
-    unsigned jobs = 1;         // threads that were asked for
-    bool oneByOne = false;     // whoever writes paths waits for the record of one before the next
-    bool readsStore = false;   // each thread has a reader of a store
+    unsigned jobs = 1;                       // threads that were asked for
+    bool oneByOne = false;                   // whoever writes paths waits for the record of one before the next
+    bool readsStore = false;                 // each thread has a reader of a store
     std::uint64_t descriptors = UINT64_MAX;  // that the process may have
 };
 
