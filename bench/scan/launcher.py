@@ -12,11 +12,15 @@ PIECE = 1 << 16
 
 
 def copy_output(source, path, began):
-    """Copies what comes out of a pipe into a file; returns when the first of it came, in seconds."""
+    """Copies what comes out of a pipe into a file; returns when the first record was there, behind a line of heads, in
+    seconds."""
     first = None
+    lines = 0
     with open(path, "wb", buffering=0) as target:
         while piece := os.read(source, PIECE):
-            first = first or time.monotonic() - began
+            if first is None:
+                lines += piece.count(b"\n")
+                first = time.monotonic() - began if lines >= 2 else None
             target.write(piece)
     os.close(source)
     return first
@@ -38,7 +42,7 @@ def launch(order):
         time.sleep(order["kill_after"])
         os.kill(process, signal.SIGKILL)
     _, status, usage = os.wait4(process, 0)
-    return {"exit_status": os.waitstatus_to_exitcode(status), "seconds": time.monotonic() - began, "first_byte": first,
+    return {"exit_status": os.waitstatus_to_exitcode(status), "seconds": time.monotonic() - began, "first_record": first,
             "processor_seconds": usage.ru_utime + usage.ru_stime, "peak_megabytes": usage.ru_maxrss / 1024}
 
 

@@ -109,7 +109,7 @@ class Bench:
             print("WRONG: %s" % what)
 
     def say(self, label, run, extra=""):
-        first = "" if run.first_byte is None else ", first record after %.3f s" % run.first_byte
+        first = "" if run.first_record is None else ", first record after %.3f s" % run.first_record
         print("  %-22s %8.0f files/s, %6.1f s, %6.1f us of processor a file, peak %5.1f MB%s%s" % (
             label, self.files / run.seconds, run.seconds, 1e6 * run.processor_seconds / self.files, run.peak_megabytes, first,
             extra))
