@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <ctime>
 
 #include "store/file_rows.h"
@@ -16,6 +17,8 @@
 namespace {
 
 constexpr auto longestTransaction = std::chrono::milliseconds(750);
+// So many files are some tenths of a second's work: a scan that is killed soon, again and again, goes on all the same.
+constexpr std::uint32_t largestTransaction = 8192;
 
 constexpr const char* addSql =
     "INSERT INTO files (path, path_hex, answer, error, warnings, size, mtime, mtime_ns, inode, device, hash, "
@@ -96,6 +99,7 @@ bool Store::Begin() {
     if (parts_->inTransaction) return true;
     if (!parts_->database.Run("BEGIN IMMEDIATE")) return Fail();
     parts_->inTransaction = true;
+    parts_->puts = 0;
     parts_->since = std::chrono::steady_clock::now();
     return true;
 }
@@ -112,7 +116,9 @@ bool Store::Commit() {
 
 bool Store::CommitIfDue() {
     if (!parts_->inTransaction) return mistake_.empty();
-    return std::chrono::steady_clock::now() - parts_->since < longestTransaction || Commit();
+    const bool isDue =
+        parts_->puts >= largestTransaction || std::chrono::steady_clock::now() - parts_->since >= longestTransaction;
+    return !isDue || Commit();
 }
 
 // Relative paths all start from the directory of the latest run: this is what keeps it so.
@@ -224,6 +230,7 @@ std::unique_ptr<StoreReader> Store::OpenReader(std::string& mistake) const {
 
 bool Store::Put(const Record& record, std::int64_t lookedSeconds) {
     if (!Begin()) return false;
+    ++parts_->puts;
     FileRow row = MakeFileRow(record, lookedSeconds);
     if (!record.error) {
         row.answer = parts_->answers.IdOf(record.answer, AnswerFlags(parts_->run.flags), parts_->run.tables);

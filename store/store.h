@@ -110,8 +110,8 @@ class Store {
     // Counts a record that a reader found. Nothing is written for it.
     void CountUnchanged() { ++counts_.unchanged; }
 
-    // Commits when more than three quarters of a second have passed since what was put first. To be called several
-    // times a second.
+    // Commits when three quarters of a second have passed since what was put first, or 8,192 records have been put. To be
+    // called several times a second.
     bool CommitIfDue();
     bool Commit();
 

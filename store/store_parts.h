@@ -34,6 +34,7 @@ struct Store::Parts {
     bool notesNew = false;      // new files are changes
     bool findsNothing = false;  // its readers need not look
     bool inTransaction = false;
+    std::uint32_t puts = 0;                       // in the transaction
     std::chrono::steady_clock::time_point since;  // of what was put first in the transaction
     std::atomic<std::uint64_t> older = 0;
 

@@ -529,6 +529,18 @@ TEST_F(StoreOfRuns, CommitsWhenItIsDue) {
     End(*store_);
 }
 
+TEST_F(StoreOfRuns, CommitsWhenThereIsMuch) {
+    Begin(*store_, RunIn("/here"));
+    for (int number = 0; number < 8191; ++number)
+        EXPECT_TRUE(store_->Put(MadeRecord(std::to_string(number)), lookedAt));
+    EXPECT_TRUE(store_->CommitIfDue());
+    EXPECT_EQ(Asked(&StoreQuery::Files).size(), 0U);
+    EXPECT_TRUE(store_->Put(MadeRecord("one more"), lookedAt));
+    EXPECT_TRUE(store_->CommitIfDue());
+    EXPECT_EQ(Asked(&StoreQuery::Files).size(), 8192U);
+    End(*store_);
+}
+
 TEST_F(StoreOfRuns, EndIsTold) {
     StoredRun last;
     EXPECT_TRUE(OpenQuery(file_)->LastRun(last));
