@@ -265,8 +265,8 @@ class ScanSession {
     ScanOutput output_;
     const IdentifyOptions identify_;
     std::mutex readersMutex_;
-    std::vector<std::unique_ptr<StoreReader>>
-        readers_;  // the texts of their records are theirs, behind the threads' end
+    // The texts of records belong to the readers, and are told behind the end of the threads that read.
+    std::vector<std::unique_ptr<StoreReader>> readers_;
     std::atomic<bool> storeFailed_ = false;
     bool wasCutShort_ = false;
 };

@@ -10,6 +10,7 @@
 #include "report/escape_text.h"
 #include "report/hex_digits.h"
 #include "report/json_text.h"
+#include "report/readable_numbers.h"
 #include "report/value_text.h"
 
 namespace {
@@ -87,8 +88,8 @@ void AppendScriptText(std::string& out, std::string_view bytes) {
 }
 
 std::string GroupDigits(std::uint64_t number) {
-    std::string digits = std::to_string(number);
-    for (std::size_t place = digits.size(); place > 3;) digits.insert(place -= 3, 1, ',');
+    std::string digits;
+    AppendGroupedNumber(digits, number);
     return digits;
 }
 
